@@ -1,0 +1,21 @@
+#pragma once
+
+/// Marks what the shared library offers. Everything else stays hidden.
+/// OXA_BUILDING is defined while the library itself is compiled.
+#ifdef _WIN32
+#ifdef OXA_BUILDING
+#define OXA_API __declspec(dllexport)
+#else
+#define OXA_API __declspec(dllimport)
+#endif
+#else
+#define OXA_API __attribute__((visibility("default")))
+#endif
+
+/// For constants of text: constant-initialised. Clang before 17 cannot evaluate GCC's std::basic_string at compile
+/// time; there they are the first to be initialised.
+#if defined(__clang__) && __clang_major__ < 17
+#define OXA_CONSTINIT __attribute__((init_priority(101)))
+#else
+#define OXA_CONSTINIT constinit
+#endif

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/export.h"
+
+namespace Oxa_1_1
+{
+
+/// Narrow text tagged with its code page. A view: it owns nothing, and the caller keeps the bytes alive while it is
+/// in use. Made through a derived class, which knows the code page.
+class OXA_API CodePageInterface
+{
+   public:
+    CodePageInterface(const CodePageInterface&) = default;
+    CodePageInterface& operator=(const CodePageInterface&) = default;
+    virtual ~CodePageInterface();
+
+    /// The Windows number of the code page.
+    std::uint32_t codePage() const noexcept { return m_codePage; }
+    /// The zero-terminated bytes; null stands for NIL.
+    const char* data() const noexcept { return m_data; }
+
+   protected:
+    CodePageInterface(const char* data, std::uint32_t codePage) noexcept : m_codePage(codePage), m_data(data) {}
+
+   private:
+    std::uint32_t m_codePage;
+    const char* m_data;
+};
+
+/// Narrow text in UTF-8: String(UTF8Interface("\xC3\xA4")) is one a-umlaut.
+class OXA_API UTF8Interface : public CodePageInterface
+{
+   public:
+    static constexpr std::uint32_t CODE_PAGE = 65001;
+
+    explicit UTF8Interface(const char* data) noexcept : CodePageInterface(data, CODE_PAGE) {}
+    UTF8Interface(const UTF8Interface&) = default;
+    UTF8Interface& operator=(const UTF8Interface&) = default;
+    ~UTF8Interface() override;
+};
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "base/char.h"
+
+/// Numbers as text, for no locale.
+namespace Oxa_1_1::detail
+{
+
+/// Room for every 64-bit integer with its sign.
+inline constexpr std::size_t INTEGER_CAPACITY = 20;
+/// Room for every double in the fixed notation of its rule.
+inline constexpr std::size_t FLOATING_CAPACITY = 320;
+
+/// How many digits a floating-point number is written with.
+struct FloatingRule
+{
+    /// Digits behind the point of a number of magnitude 1 or more.
+    int decimals;
+    /// Significant digits of a smaller one.
+    int digitsBelowOne;
+};
+
+inline constexpr FloatingRule FLOAT_RULE{5, 4};
+inline constexpr FloatingRule DOUBLE_RULE{9, 8};
+
+/// Each writes to `out` and returns the number of units written.
+std::size_t writeSigned(Char* out, long long value) noexcept;
+std::size_t writeUnsigned(Char* out, unsigned long long value) noexcept;
+
+/// As printf's %.*g does with a precision of ceil(log10(|value|)) + decimals for magnitudes of 1 or more and of
+/// digitsBelowOne for smaller ones: correctly rounded, no trailing zeros, an exponent below 0.0001.
+/// "nan", "inf", "-inf".
+std::size_t writeFloating(Char* out, double value, const FloatingRule& rule) noexcept;
+
+}  // namespace Oxa_1_1::detail

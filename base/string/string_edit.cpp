@@ -1,0 +1,113 @@
+// Parts of texts, replacement and shortening.
+
+#include <algorithm>
+
+#include "base/platform/character.h"
+#include "base/platform/text_scan.h"
+#include "base/string/oxa_string.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+constexpr TextView ELLIPSIS = OXA_TEXT("...");
+
+/// The head of a shortened text: whole folders where it holds some.
+TextView shortHead(TextView text, std::size_t length)
+{
+    const TextView head = text.substr(0, length);
+    const std::size_t slash = head.rfind(Char('/'));
+    if (slash == TextView::npos || slash <= 1) return head;
+    return head.substr(0, slash + 1);
+}
+
+/// The end of a shortened text: from its first folder on where it holds one.
+TextView shortTail(TextView text, std::size_t length)
+{
+    const TextView tail = text.substr(text.size() - length);
+    const std::size_t slash = tail.find(Char('/'));
+    return slash == TextView::npos ? tail : tail.substr(slash);
+}
+
+}  // namespace
+
+String String::substr(int start, int end) const
+{
+    const int from = std::clamp(start, 0, length());
+    const int to = end < 0 || end > length() ? length() : end;
+    if (from == 0 && to == length()) return *this;
+    if (from >= to) return EMPTY;
+    return String(view().substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from)));
+}
+
+String String::trim(bool left, bool right) const
+{
+    TextView kept = m_text;
+    while (left && !kept.empty() && platform::isSpace(kept.front())) kept.remove_prefix(1);
+    while (right && !kept.empty() && platform::isSpace(kept.back())) kept.remove_suffix(1);
+    return kept.size() == m_text.size() ? *this : String(kept);
+}
+
+bool String::startsWith(const String& prefix) const noexcept { return view().starts_with(prefix.view()); }
+
+bool String::endsWith(const String& suffix, bool ignoreCase) const noexcept
+{
+    if (suffix.isEmpty() || suffix.m_text.size() > m_text.size()) return false;
+    if (!ignoreCase) return view().ends_with(suffix.view());
+    const Char* const end = m_text.c_str() + (m_text.size() - suffix.m_text.size());
+    return platform::compareUnitsIgnoreCase(end, suffix.m_text.c_str(), suffix.m_text.size()) == 0;
+}
+
+int String::replace(Char from, Char to) noexcept
+{
+    int count = 0;
+    for (Char& c : m_text)
+    {
+        if (c == 0) break;
+        if (c != from) continue;
+        c = to;
+        ++count;
+    }
+    return count;
+}
+
+int String::replace(const Char* from, const Char* to)
+{
+    if (from == nullptr || *from == 0) return 0;
+    const TextView pattern = from;
+    const TextView replacement = to == nullptr ? TextView() : TextView(to);
+
+    // Into a text of its own, which also lets both arguments lie in this one.
+    Text result;
+    int count = 0;
+    TextView rest = m_text;
+    while (true)
+    {
+        const std::size_t hit = platform::findText(rest.data(), rest.size(), pattern.data(), pattern.size());
+        if (hit == platform::NOT_FOUND) break;
+        result.append(rest.substr(0, hit)).append(replacement);
+        rest.remove_prefix(hit + pattern.size());
+        ++count;
+    }
+    if (count == 0) return 0;
+    m_text = std::move(result.append(rest));
+    return count;
+}
+
+void String::reverse() noexcept { std::reverse(m_text.begin(), m_text.end()); }
+
+String String::shortenString(int maxLength, int headLength) const
+{
+    if (length() <= maxLength) return *this;
+    const auto limit = static_cast<std::size_t>(std::max(maxLength, 0));
+    const std::size_t forHead = limit - std::min(limit, ELLIPSIS.size());
+    const TextView head = shortHead(m_text, static_cast<std::size_t>(std::max(headLength, 0))).substr(0, forHead);
+
+    String result(head);
+    result.append(ELLIPSIS.substr(0, limit - head.size()));
+    return result.append(shortTail(m_text, limit - result.m_text.size()));
+}
+
+}  // namespace Oxa_1_1

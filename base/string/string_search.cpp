@@ -1,0 +1,111 @@
+// Searches for texts, characters and classes of characters.
+
+#include "base/platform/character.h"
+#include "base/platform/text_scan.h"
+#include "base/string/oxa_string.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+int toIndex(std::size_t position) { return position == TextView::npos ? -1 : static_cast<int>(position); }
+
+bool isSignedDigit(Char c) { return platform::isDigit(c) || c == '-'; }
+
+bool isNumberStart(Char c) { return platform::isAlphaNumeric(c) || c == '-' || c == '.' || c == '+'; }
+
+bool isNumeric(Char c) { return isSignedDigit(c) || c == '.' || c == '+' || (c | 0x20) == 'e'; }
+
+}  // namespace
+
+template <class Predicate>
+int String::findUnit(int start, Predicate matches) const noexcept
+{
+    if (start < 0) return -1;
+    for (auto i = static_cast<std::size_t>(start); i < m_text.size(); ++i)
+        if (matches(m_text[i])) return static_cast<int>(i);
+    return -1;
+}
+
+int String::find(const Char* text, int start) const noexcept
+{
+    if (text == nullptr || *text == 0 || start < 0 || start >= length()) return -1;
+    const TextView pattern = text;
+    const TextView searched = view().substr(static_cast<std::size_t>(start));
+    const std::size_t hit = platform::findText(searched.data(), searched.size(), pattern.data(), pattern.size());
+    // What stands behind the first zero is not part of the text, so a hit there is none.
+    if (hit == platform::NOT_FOUND || platform::findUnit(searched.data(), hit, 0) != platform::NOT_FOUND) return -1;
+    return start + static_cast<int>(hit);
+}
+
+int String::find(Char c, int start) const noexcept
+{
+    if (start < 0 || start >= length()) return -1;
+    const TextView searched = view().substr(static_cast<std::size_t>(start));
+    const std::size_t hit = platform::findUnit(searched.data(), searched.size(), c);
+    return hit == platform::NOT_FOUND ? -1 : start + static_cast<int>(hit);
+}
+
+int String::findLastOf(const Char* text) const noexcept
+{
+    if (text == nullptr || *text == 0) return -1;
+    const TextView searched = view().substr(0, platform::findUnit(m_text.data(), m_text.size(), 0));
+    return toIndex(searched.rfind(text));
+}
+
+int String::findLastOf(Char c, int start) const noexcept
+{
+    if (start < 0 || start >= length()) return -1;
+    const int hit = toIndex(m_text.rfind(c));
+    return hit >= start ? hit : -1;
+}
+
+int String::findAlpha(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return platform::isAlpha(c); });
+}
+
+int String::findNonAlpha(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return !platform::isAlpha(c); });
+}
+
+int String::findAlphaNum(int start) const noexcept { return findUnit(start, isNumberStart); }
+
+int String::findNonAlphaNum(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return !isNumberStart(c); });
+}
+
+int String::findDigit(int start, Char except) const noexcept
+{
+    return findUnit(start, [except](Char c) { return platform::isDigit(c) && c != except; });
+}
+
+int String::findNonDigit(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return !platform::isDigit(c); });
+}
+
+int String::findSignedDigit(int start) const noexcept { return findUnit(start, isSignedDigit); }
+
+int String::findNonSignedDigit(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return !isSignedDigit(c); });
+}
+
+int String::findNumeric(int start) const noexcept { return findUnit(start, isNumeric); }
+
+int String::findWS(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return !platform::isGraphic(c); });
+}
+
+int String::findNonWS(int start) const noexcept
+{
+    return findUnit(start, [](Char c) { return platform::isGraphic(c); });
+}
+
+}  // namespace Oxa_1_1

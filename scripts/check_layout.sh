@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Holds the rules of the folders: who may include whom, and platform words only in the seam. Prints each violation.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+failed=0
+
+report() {
+  echo "check_layout: $1"
+  failed=1
+}
+
+# Which subsystems a folder may include, besides itself and the headers directly under base/.
+allowed() {
+  case $1 in
+    platform) echo "" ;;
+    string) echo "platform" ;;
+    object) echo "string platform" ;;
+    module) echo "string object platform" ;;
+    diagnostics) echo "string platform" ;;
+    filesystem) echo "string object diagnostics platform" ;;
+    *) echo "unknown" ;;
+  esac
+}
+
+for folder in base/*/; do
+  subsystem=$(basename "$folder")
+  permitted=" $subsystem $(allowed "$subsystem") "
+  [ "$permitted" != " $subsystem unknown " ] || report "base/$subsystem has no place in the order of the subsystems"
+  while IFS=: read -r file target; do
+    # Objects look for the entries of their modules; the modules for class records.
+    [ "$subsystem/$target" = "object/module" ] && [ "${file##*.}" = cpp ] && continue
+    [[ $permitted == *" $target "* ]] || report "$file includes base/$target"
+  done < <(grep -rnoE '^ *# *include +"base/[a-z]+/' "$folder" --include=*.h --include=*.cpp --include=*.inc |
+    sed -E 's/:[0-9]+:[^"]*"base\/([a-z]+)\//:\1/' | sort -u)
+done
+
+while IFS= read -r line; do
+  report "not written from the root: $line"
+done < <(grep -rnE '^ *# *include +"' base tests fuzz benchmarks examples extras --include=*.h --include=*.cpp 2>/dev/null |
+  grep -vE '"(base|tests|fuzz|benchmarks|examples|extras)/' || true)
+
+words='_WIN32|_WIN64|_MSC_VER|__MINGW|__linux__|__unix__|windows\.h|unistd\.h|sys/[a-z]+\.h|dlfcn\.h'
+while IFS= read -r line; do
+  report "platform word outside the seam: $line"
+done < <(grep -rnE "# *(if|ifdef|ifndef|elif|include).*($words)" base tests fuzz examples --include=*.h --include=*.cpp --include=*.inc |
+  grep -vE '^base/(platform/|char\.h|export\.h)' || true)
+
+while IFS= read -r file; do
+  case $(basename "$file") in
+    *[A-Z]*) report "not snake case: $file" ;;
+    string.h | math.h | time.h | locale.h | limits.h | memory.h | assert.h | errno.h | signal.h)
+      report "named like a standard header: $file" ;;
+  esac
+done < <(find base tests fuzz benchmarks -name '*.h' -o -name '*.cpp')
+
+[ $failed = 0 ] && echo "check_layout: ok"
+exit $failed

@@ -1,0 +1,17 @@
+#!/usr/bin/env bash
+# Runs a program of the Windows target under Wine, with a prefix of its own and the compiler's run-time libraries.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+export WINEPREFIX=${OXA_WINEPREFIX:-$root/build/wine}
+export WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=}
+compiler=x86_64-w64-mingw32-g++-posix
+runtime=$(dirname "$($compiler -print-file-name=libstdc++-6.dll)")
+threads=$(dirname "$($compiler -print-file-name=libwinpthread-1.dll)")
+export WINEPATH="$runtime;$threads${WINEPATH:+;$WINEPATH}"
+mkdir -p "$(dirname "$WINEPREFIX")"
+# The first program makes the prefix; only one may do so at a time.
+if [ ! -e "$WINEPREFIX/system.reg" ]; then
+  (flock 9; [ -e "$WINEPREFIX/system.reg" ] || { wine64 wineboot --init && wineserver64 --wait; } >/dev/null 2>&1) \
+    9>"$WINEPREFIX.lock" || true
+fi
+exec wine64 "$@"
