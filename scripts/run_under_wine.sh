@@ -11,7 +11,7 @@ export WINEPATH="$runtime;$threads${WINEPATH:+;$WINEPATH}"
 mkdir -p "$(dirname "$WINEPREFIX")"
 # The first program makes the prefix; only one may do so at a time.
 if [ ! -e "$WINEPREFIX/system.reg" ]; then
-  (flock 9; [ -e "$WINEPREFIX/system.reg" ] || { wine64 wineboot --init && wineserver64 --wait; } >/dev/null 2>&1) \
+  (flock 9; [ -e "$WINEPREFIX/system.reg" ] || { wine wineboot --init && wineserver --wait; } >/dev/null 2>&1) \
     9>"$WINEPREFIX.lock" || true
 fi
-exec wine64 "$@"
+exec wine "$@"

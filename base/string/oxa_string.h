@@ -90,6 +90,7 @@ class OXA_API String
     String(const ForeignChar* text);
     String(const ForeignChar* text, int length);
     String(const std::basic_string<ForeignChar>& text);
+    String(std::basic_string_view<ForeignChar> text);
     template <std::same_as<ForeignChar> C>
     String(C c, int count) : String(repeated(c, count))
     {

@@ -92,6 +92,8 @@ String::String(const ForeignChar* text, int length) : m_present(text != nullptr)
     if (text != nullptr) m_text = detail::fromForeign(boundedView(text, length));
 }
 
+String::String(std::basic_string_view<ForeignChar> text) : m_text(detail::fromForeign(text)), m_present(true) {}
+
 String::String(const std::basic_string<ForeignChar>& text) : m_text(detail::fromForeign(text)), m_present(true) {}
 
 String String::repeated(ForeignChar c, int count)

@@ -22,11 +22,12 @@ bool formatInto(Text& result, Format format, const Char* pattern, std::va_list a
     va_end(measured);
     if (length < 0) return false;
 
-    result.resize_and_overwrite(static_cast<std::size_t>(length),
-                                [&](Char* buffer, std::size_t capacity)
+    const auto size = static_cast<std::size_t>(length);
+    result.resize_and_overwrite(size,
+                                [&](Char* buffer, std::size_t)
                                 {
-                                    format(buffer, capacity, pattern, arguments);
-                                    return capacity;
+                                    format(buffer, size, pattern, arguments);
+                                    return size;
                                 });
     return true;
 }

@@ -1,0 +1,201 @@
+#include "base/platform/utf8.h"
+
+#include <cstdint>
+
+#include "base/platform/vector/kernels.h"
+
+namespace Oxa_1_1::platform
+{
+
+namespace
+{
+
+constexpr std::uint32_t REPLACEMENT = 0xFFFD;
+
+/// The characters that are converted one by one where the vectors stopped, before they try again.
+constexpr int LEFT_BY_VECTORS = 16;
+
+/// A character, or the replacement of a maximal ill-formed part, and its length in the source.
+struct Character
+{
+    std::uint32_t value;
+    std::size_t length;
+};
+
+/// What may follow a lead byte: how many bytes, and the range of the first of them, which excludes overlong forms,
+/// surrogates and values beyond Unicode.
+struct Lead
+{
+    std::size_t following;
+    unsigned char lowest;
+    unsigned char highest;
+};
+
+constexpr Lead leadOf(unsigned char byte)
+{
+    if (byte >= 0xC2 && byte <= 0xDF) return {1, 0x80, 0xBF};
+    if (byte == 0xE0) return {2, 0xA0, 0xBF};
+    if (byte == 0xED) return {2, 0x80, 0x9F};
+    if (byte >= 0xE1 && byte <= 0xEF) return {2, 0x80, 0xBF};
+    if (byte == 0xF0) return {3, 0x90, 0xBF};
+    if (byte >= 0xF1 && byte <= 0xF3) return {3, 0x80, 0xBF};
+    if (byte == 0xF4) return {3, 0x80, 0x8F};
+    return {0, 0, 0};
+}
+
+Character firstOf(std::string_view bytes)
+{
+    const auto at = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    if (at(0) < 0x80) return {at(0), 1};
+    const Lead lead = leadOf(at(0));
+    if (lead.following == 0) return {REPLACEMENT, 1};
+
+    std::uint32_t value = at(0) & (0x3Fu >> lead.following);
+    for (std::size_t i = 1; i <= lead.following; ++i)
+    {
+        const unsigned char lowest = i == 1 ? lead.lowest : 0x80;
+        const unsigned char highest = i == 1 ? lead.highest : 0xBF;
+        if (i == bytes.size() || at(i) < lowest || at(i) > highest) return {REPLACEMENT, i};
+        value = value << 6 | (at(i) & 0x3Fu);
+    }
+    return {value, lead.following + 1};
+}
+
+Character firstOf(TextView units)
+{
+    const std::uint32_t unit = units[0];
+    if ((unit & 0xF800) != 0xD800) return {unit, 1};
+    const bool pair = unit < 0xDC00 && units.size() > 1 && (units[1] & 0xFC00) == 0xDC00;
+    if (!pair) return {REPLACEMENT, 1};
+    return {0x10000 + ((unit & 0x3FF) << 10) + (units[1] & 0x3FFu), 2};
+}
+
+constexpr std::size_t unitsOf(std::uint32_t c) { return c < 0x10000 ? 1 : 2; }
+
+constexpr std::size_t bytesOf(std::uint32_t c) { return 1u + (c >= 0x80) + (c >= 0x800) + (c >= 0x10000); }
+
+void put(std::uint32_t c, Char* units)
+{
+    if (c < 0x10000)
+    {
+        units[0] = static_cast<Char>(c);
+        return;
+    }
+    units[0] = static_cast<Char>(0xD7C0 + (c >> 10));
+    units[1] = static_cast<Char>(0xDC00 + (c & 0x3FF));
+}
+
+void put(std::uint32_t c, char* bytes)
+{
+    const std::size_t length = bytesOf(c);
+    if (length == 1)
+    {
+        bytes[0] = static_cast<char>(c);
+        return;
+    }
+    for (std::size_t i = length; i-- > 1; c >>= 6) bytes[i] = static_cast<char>(0x80 | (c & 0x3F));
+    bytes[0] = static_cast<char>(0xF00u >> length | c);
+}
+
+/// How many units bytes of any kind become.
+std::size_t measureExactly(std::string_view bytes)
+{
+    std::size_t count = 0;
+    while (!bytes.empty())
+    {
+        const Character c = firstOf(bytes);
+        count += unitsOf(c.value);
+        bytes.remove_prefix(c.length);
+    }
+    return count;
+}
+
+/// Decodes into `capacity` units. False when they do not suffice or are not filled, as it is with ill-formed bytes
+/// that were measured as well-formed ones.
+bool decodeInto(std::string_view bytes, Char* units, std::size_t capacity)
+{
+    const TextKernels& kernels = textKernels();
+    std::size_t written = 0;
+    while (!bytes.empty())
+    {
+        const Progress progress = kernels.decodeUtf8(bytes.data(), bytes.size(), units + written, capacity - written);
+        bytes.remove_prefix(progress.read);
+        written += progress.written;
+
+        for (int i = 0; i < LEFT_BY_VECTORS && !bytes.empty(); ++i)
+        {
+            const Character c = firstOf(bytes);
+            if (capacity - written < unitsOf(c.value)) return false;
+            put(c.value, units + written);
+            written += unitsOf(c.value);
+            bytes.remove_prefix(c.length);
+        }
+    }
+    return written == capacity;
+}
+
+/// Encodes into exactly `capacity` bytes.
+void encodeInto(TextView units, char* bytes, std::size_t capacity)
+{
+    const TextKernels& kernels = textKernels();
+    std::size_t written = 0;
+    while (!units.empty())
+    {
+        const Progress progress = kernels.encodeUtf8(units.data(), units.size(), bytes + written, capacity - written);
+        units.remove_prefix(progress.read);
+        written += progress.written;
+        for (int i = 0; i < LEFT_BY_VECTORS && !units.empty(); ++i)
+        {
+            const Character c = firstOf(units);
+            put(c.value, bytes + written);
+            written += bytesOf(c.value);
+            units.remove_prefix(c.length);
+        }
+    }
+}
+
+}  // namespace
+
+Text decodeUtf8(std::string_view bytes)
+{
+    const TextKernels& kernels = textKernels();
+    const std::size_t ascii = kernels.countAsciiBytes(bytes.data(), bytes.size());
+    const std::string_view rest = bytes.substr(ascii);
+    std::size_t restUnits = kernels.countUnits(rest.data(), rest.size());
+
+    Text text;
+    bool complete = false;
+    // The size that the callback is told may be rounded up.
+    const auto decode = [&](Char* units, std::size_t)
+    {
+        kernels.widenAscii(bytes.data(), ascii, units);
+        complete = decodeInto(rest, units + ascii, restUnits);
+        return ascii + restUnits;
+    };
+    text.resize_and_overwrite(ascii + restUnits, decode);
+    if (complete) return text;
+
+    restUnits = measureExactly(rest);
+    text.resize_and_overwrite(ascii + restUnits, decode);
+    return text;
+}
+
+std::string encodeUtf8(TextView text)
+{
+    const TextKernels& kernels = textKernels();
+    const std::size_t ascii = kernels.countAsciiUnits(text.data(), text.size());
+    const TextView rest = text.substr(ascii);
+    const std::size_t size = ascii + kernels.countBytes(rest.data(), rest.size());
+
+    std::string result;
+    result.resize_and_overwrite(size,
+                                [&](char* bytes, std::size_t)
+                                {
+                                    kernels.narrowAscii(text.data(), ascii, bytes);
+                                    encodeInto(rest, bytes + ascii, size - ascii);
+                                    return size;
+                                });
+    return result;
+}
+
+}  // namespace Oxa_1_1::platform

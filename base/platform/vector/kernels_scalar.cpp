@@ -1,0 +1,39 @@
+// For any processor.
+
+#include <type_traits>
+
+#include "base/platform/character.h"
+#include "base/platform/text_scan.h"
+#include "base/platform/vector/kernels.h"
+
+namespace Oxa_1_1::platform
+{
+
+namespace
+{
+
+#include "base/platform/vector/scan.inl"
+
+Progress none(const char*, std::size_t, Char*, std::size_t) { return {0, 0}; }
+
+Progress none(const Char*, std::size_t, char*, std::size_t) { return {0, 0}; }
+
+}  // namespace
+
+constinit const TextKernels SCALAR_KERNELS{
+    "scalar",
+    findUnit<Scalar>,
+    findText<Scalar>,
+    compareUnits<Scalar>,
+    compareUnitsIgnoreCase<Scalar>,
+    countAsciiBytes<Scalar>,
+    countAsciiUnits<Scalar>,
+    widenAscii<Scalar>,
+    narrowAscii<Scalar>,
+    countUnits<Scalar>,
+    countBytes<Scalar>,
+    none,
+    none,
+};
+
+}  // namespace Oxa_1_1::platform

@@ -1,0 +1,123 @@
+// What C++ users expect of a text type: standard texts, views, literals of every kind, containers.
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <unordered_set>
+#include <vector>
+
+#include "tests/string/string_printer.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+TEST(StringBridges, LiteralsOfEitherWidthAreTheSameText)
+{
+    EXPECT_EQ(String(L"abc"), String(u"abc"));
+    EXPECT_EQ(String(L"abc", 2), String(u"ab"));
+    EXPECT_EQ(String(std::wstring(L"a\0b", 3)).length(), 3);
+    EXPECT_EQ(String(std::u16string(u"a\0b", 3)).length(), 3);
+    EXPECT_EQ(String(std::wstring_view(L"ab")), String(std::u16string_view(u"ab")));
+    EXPECT_EQ(String(L"\U0001F600"), String(u"\U0001F600"));
+    EXPECT_EQ(String(L'x', 2), String(u'x', 2));
+    EXPECT_TRUE(String(static_cast<const wchar_t*>(nullptr)).isNil());
+    EXPECT_TRUE(String(static_cast<const char16_t*>(nullptr)).isNil());
+    EXPECT_TRUE(String(nullptr).isNil());
+
+    String text(u"scan");
+    text += L"_";
+    text << u"a" << L"b" << L'c' << u'd';
+    EXPECT_EQ(text, L"scan_abcd");
+    EXPECT_EQ(text.find(L"abc"), 5);
+    EXPECT_EQ(text.find(u"abc"), 5);
+    EXPECT_EQ(text.findLastOf(L"a"), 5);
+    EXPECT_EQ(text.replace(L"abcd", L"x"), 1);
+    EXPECT_EQ(text.replace(u"x", L"yz"), 1);
+    EXPECT_EQ(text.compare(L"scan_yz"), 0);
+    EXPECT_EQ(text.compareIgnoreCase(L"SCAN_YZ"), 0);
+    EXPECT_TRUE(text.startsWith(L"scan"));
+    EXPECT_TRUE(text.endsWith(L"YZ", true));
+    text.write(L"hello", 2);
+    EXPECT_EQ(L"<" + text + L">", u"<scan_yzhe>");
+}
+
+TEST(StringBridges, PointersNeverTurnIntoTruthValues)
+{
+    const wchar_t* const wide = L"wide";
+    const char* const narrow = "narrow";
+    String text;
+    text << wide << OXA_TEXT(' ') << narrow << OXA_TEXT(' ') << true;
+    EXPECT_EQ(text, L"wide narrow true");
+}
+
+TEST(StringBridges, ComparesWithStandardTextsBothWaysRound)
+{
+    const String text(OXA_TEXT("abc"));
+    const Text standard = OXA_TEXT("abc");
+    const TextView view = standard;
+    EXPECT_TRUE(text == standard && standard == text && text == view && view == text);
+    EXPECT_TRUE(text == OXA_TEXT("abc") && OXA_TEXT("abc") == text && text == "abc");
+    EXPECT_TRUE(text != OXA_TEXT("abd") && text < OXA_TEXT("abd") && view <= text);
+    EXPECT_TRUE(String::NIL == nullptr && String::NIL != OXA_TEXT("") && text != nullptr);
+    EXPECT_TRUE(String::NIL < String::EMPTY && String::EMPTY < text);
+    EXPECT_EQ(text.compare(view), 0);
+    EXPECT_EQ(text.compare(TextView(OXA_TEXT("abcd")).substr(0, 3)), 0);
+    EXPECT_EQ(text.compareIgnoreCase(TextView(OXA_TEXT("ABCD"))), -1);
+    // A view has no zero behind it, and a zero within ends the text of both.
+    EXPECT_EQ(test::literal(OXA_TEXT("ab\0x")).compare(TextView(OXA_TEXT("ab"))), 0);
+    EXPECT_EQ(String(OXA_TEXT("ab")).compare(TextView(OXA_TEXT("ab\0x"), 4)), 0);
+    EXPECT_EQ(test::literal(OXA_TEXT("a\0b")).compare(TextView(OXA_TEXT("a\0bc"), 4)), 0);
+    const TextView given = text;
+    EXPECT_EQ(given, view);
+}
+
+TEST(StringBridges, MapsAreBlindToCaseAndLookedUpWithoutACopy)
+{
+    std::map<String, int, StringLess2> map{{OXA_TEXT("Key"), 1}, {String::NIL, 2}, {OXA_TEXT("\u00C4\u0416"), 3}};
+    EXPECT_FALSE(map.emplace(OXA_TEXT("KEY"), 9).second);
+    EXPECT_EQ(map.begin()->second, 2);
+    EXPECT_EQ(map.find(OXA_TEXT("kEY"))->first.compare(OXA_TEXT("Key")), 0);
+    EXPECT_EQ(map.find(TextView(OXA_TEXT("KEY")))->second, 1);
+    EXPECT_EQ(map.find(Text(OXA_TEXT("\u00E4\u0436")))->second, 3);
+    EXPECT_EQ(map.find(L"key")->second, 1);
+    EXPECT_EQ(map.find(u"key")->second, 1);
+    EXPECT_EQ(map.find(nullptr)->second, 2);
+    EXPECT_EQ(map.count(OXA_TEXT("ke")), 0u);
+    EXPECT_EQ(map.count(TextView(OXA_TEXT("keys"))), 0u);
+
+    std::set<String> exact{OXA_TEXT("b"), OXA_TEXT("B"), String::NIL};
+    EXPECT_EQ(exact.size(), 3u);
+    EXPECT_TRUE(exact.begin()->isNil());
+}
+
+TEST(StringBridges, EqualTextsHaveEqualHashes)
+{
+    std::unordered_set<String> set{String::NIL, String::EMPTY, OXA_TEXT("a")};
+    EXPECT_EQ(set.size(), 3u);
+    EXPECT_TRUE(set.contains(test::literal(OXA_TEXT("a\0b"))));
+    EXPECT_FALSE(set.contains(OXA_TEXT("A")));
+}
+
+/// The interface of the host framework's text class.
+struct HostText
+{
+    const Char* GetString() const { return text; }
+    int GetLength() const { return length; }
+    const Char* text;
+    int length;
+};
+
+TEST(StringBridges, TakesTheHostFrameworksText)
+{
+    EXPECT_TRUE(String(HostText{nullptr, 0}).isNil());
+    EXPECT_TRUE(String(HostText{OXA_TEXT(""), 0}).compareEquality(String::EMPTY));
+    EXPECT_EQ(String(HostText{OXA_TEXT("abc"), 2}), OXA_TEXT("ab"));
+}
+
+}  // namespace
+
+}  // namespace Oxa_1_1
