@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <limits>
 #include <random>
+#include <string_view>
+#include <type_traits>
 
 #include "tests/string/string_printer.h"
 
@@ -96,6 +98,7 @@ TEST(StringPrintf, WidthsAndPrecisionsFromArguments)
 
 TEST(StringPrintf, SizesOfIntegers)
 {
+    EXPECT_EQ(printed(OXA_TEXT("[%.0d|%#.0o|%#x|%+.0i|%#o]"), 0, 0, 0, 0, 8), "[|0|0|+|010]");
     EXPECT_EQ(printed(OXA_TEXT("%hhd %hhu %hd %hu"), 0x1FF, 0x1FF, 0x18000, 0x18000), "-1 255 -32768 32768");
     EXPECT_EQ(printed(OXA_TEXT("%lld %llu %I64d %I32u"), LLONG_MIN, ULLONG_MAX, LLONG_MAX, UINT_MAX),
               "-9223372036854775808 18446744073709551615 9223372036854775807 4294967295");
@@ -130,7 +133,9 @@ template <class T>
 void compareWithRunTimeLibrary(std::mt19937_64& random, const char* size, const char* conversions, T value)
 {
     std::string format = "[%";
-    for (const char flag : {'-', '+', ' ', '#', '0'})
+    // Signs belong to signed conversions; the libraries differ about them elsewhere.
+    const std::string_view flags = std::is_unsigned_v<T> ? "-#0" : "-#0+ ";
+    for (const char flag : flags)
         if (random() % 4 == 0) format += flag;
     if (random() % 2 == 0) format += std::to_string(random() % 30);
     if (random() % 2 == 0) format += "." + std::to_string(random() % 25);
@@ -152,8 +157,8 @@ TEST(StringPrintf, RandomNumbersPrintLikeTheRunTimeLibrary)
         compareWithRunTimeLibrary(random, "", "di", static_cast<int>(bits));
         compareWithRunTimeLibrary(random, "hh", "di", static_cast<int>(bits));
         compareWithRunTimeLibrary(random, "ll", "di", static_cast<long long>(bits));
-        compareWithRunTimeLibrary(random, "", "ouxX", static_cast<unsigned>(bits));
-        compareWithRunTimeLibrary(random, "l", "ouxX", static_cast<unsigned long>(bits));
+        compareWithRunTimeLibrary(random, "", "ouxX", static_cast<unsigned>(bits) | 1);
+        compareWithRunTimeLibrary(random, "l", "ouxX", static_cast<unsigned long>(bits) | 1);
         const double value = std::ldexp(static_cast<double>(bits), static_cast<int>(random() % 200) - 150);
         compareWithRunTimeLibrary(random, "", "fFeEgG", random() % 2 == 0 ? value : -value);
         compareWithRunTimeLibrary(random, "", "fFeEgG", static_cast<double>(random() % 10000) / 16);
