@@ -138,7 +138,7 @@ void compareWithRunTimeLibrary(std::mt19937_64& random, const char* size, const 
     for (const char flag : flags)
         if (random() % 4 == 0) format += flag;
     if (random() % 2 == 0) format += std::to_string(random() % 30);
-    if (random() % 2 == 0) format += "." + std::to_string(random() % 25);
+    if (random() % 2 == 0) format.append(".").append(std::to_string(random() % 25));
     format += size;
     format += conversions[random() % std::char_traits<char>::length(conversions)];
     format += "]";

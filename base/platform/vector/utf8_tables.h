@@ -55,7 +55,10 @@ constexpr Shuffle laneShuffle(const std::array<int, 6>& lengths, int count, int 
     {
         const int length = lengths[static_cast<std::size_t>(i)];
         for (int k = 0; k < length; ++k)
-            shuffle[static_cast<std::size_t>(i * width + k)] = static_cast<std::uint8_t>(position + length - 1 - k);
+        {
+            const int target = i * width + k;
+            shuffle[static_cast<std::size_t>(target)] = static_cast<std::uint8_t>(position + length - 1 - k);
+        }
         position += length;
     }
     return shuffle;

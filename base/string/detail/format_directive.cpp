@@ -76,12 +76,12 @@ ArgumentSize readSize(const Char*& format)
         TextView modifier;
         ArgumentSize size;
     } SIZES[] = {
-        {OXA_TEXT("hh"), ArgumentSize::CHAR},      {OXA_TEXT("h"), ArgumentSize::SHORT},
-        {OXA_TEXT("ll"), ArgumentSize::LONG_LONG}, {OXA_TEXT("l"), ArgumentSize::LONG},
-        {OXA_TEXT("w"), ArgumentSize::LONG},       {OXA_TEXT("I64"), ArgumentSize::LONG_LONG},
-        {OXA_TEXT("I32"), ArgumentSize::INT32},    {OXA_TEXT("I"), ArgumentSize::SIZE},
-        {OXA_TEXT("j"), ArgumentSize::INTMAX},     {OXA_TEXT("z"), ArgumentSize::SIZE},
-        {OXA_TEXT("t"), ArgumentSize::SIZE},       {OXA_TEXT("L"), ArgumentSize::LONG_DOUBLE},
+        {OXA_TEXT("hh"), ArgumentSize::CHAR},    {OXA_TEXT("h"), ArgumentSize::SHORT},
+        {OXA_TEXT("ll"), ArgumentSize::BITS64},  {OXA_TEXT("l"), ArgumentSize::LONG},
+        {OXA_TEXT("w"), ArgumentSize::LONG},     {OXA_TEXT("I64"), ArgumentSize::BITS64},
+        {OXA_TEXT("I32"), ArgumentSize::BITS32}, {OXA_TEXT("I"), ArgumentSize::BITS64},
+        {OXA_TEXT("j"), ArgumentSize::BITS64},   {OXA_TEXT("z"), ArgumentSize::BITS64},
+        {OXA_TEXT("t"), ArgumentSize::BITS64},   {OXA_TEXT("L"), ArgumentSize::LONG_DOUBLE},
     };
     for (const auto& [modifier, size] : SIZES)
         if (skip(format, modifier)) return size;

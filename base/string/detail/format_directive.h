@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "base/char.h"
@@ -14,12 +16,12 @@ enum class ArgumentSize
     CHAR,         // hh
     SHORT,        // h, and narrow text
     LONG,         // l, and wide text
-    LONG_LONG,    // ll, I64
-    INT32,        // I32
-    INTMAX,       // j
-    SIZE,         // z, t, I
+    BITS32,       // I32
+    BITS64,       // ll, I64, and j, z, t, I, which are as large on every system that we build for
     LONG_DOUBLE,  // L
 };
+
+static_assert(sizeof(std::size_t) == 8 && sizeof(std::ptrdiff_t) == 8 && sizeof(std::intmax_t) == 8);
 
 /// Between '%' and the conversion letter. A width or precision of '*' is taken from the arguments.
 struct Directive

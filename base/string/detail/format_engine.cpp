@@ -155,12 +155,8 @@ class Formatter
             case ArgumentSize::LONG:
                 return va_arg(m_arguments.list, long);
             case ArgumentSize::LONG_DOUBLE:
-            case ArgumentSize::LONG_LONG:
+            case ArgumentSize::BITS64:
                 return va_arg(m_arguments.list, long long);
-            case ArgumentSize::INTMAX:
-                return va_arg(m_arguments.list, std::intmax_t);
-            case ArgumentSize::SIZE:
-                return va_arg(m_arguments.list, std::ptrdiff_t);
             default:
                 return va_arg(m_arguments.list, int);
         }
@@ -177,12 +173,8 @@ class Formatter
             case ArgumentSize::LONG:
                 return va_arg(m_arguments.list, unsigned long);
             case ArgumentSize::LONG_DOUBLE:
-            case ArgumentSize::LONG_LONG:
+            case ArgumentSize::BITS64:
                 return va_arg(m_arguments.list, unsigned long long);
-            case ArgumentSize::INTMAX:
-                return va_arg(m_arguments.list, std::uintmax_t);
-            case ArgumentSize::SIZE:
-                return va_arg(m_arguments.list, std::size_t);
             default:
                 return va_arg(m_arguments.list, unsigned int);
         }

@@ -1,0 +1,85 @@
+// The standard library and the run-time library.
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <sstream>
+
+#include "benchmarks/samples.h"
+#include "benchmarks/work.h"
+
+namespace Oxa_1_1::bench
+{
+
+namespace
+{
+
+const std::string STANDARD = "std";
+
+/// The precision that the library's rule gives.
+int precisionOf(double value) { return static_cast<int>(std::ceil(std::log10(value))) + 9; }
+
+}  // namespace
+
+void addStandard()
+{
+    add(
+        work::WRITE_DOUBLE, "to_chars",
+        [values = doublesSample()]
+        {
+            char buffer[400];
+            for (const double value : values)
+            {
+                std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, precisionOf(value));
+                keep(buffer);
+            }
+        },
+        1000);
+    add(
+        work::WRITE_DOUBLE, "snprintf",
+        [values = doublesSample()]
+        {
+            char buffer[400];
+            for (const double value : values)
+            {
+                std::snprintf(buffer, sizeof buffer, "%.*g", precisionOf(value), value);
+                keep(buffer);
+            }
+        },
+        1000);
+    add(
+        work::BUILD_LIST, "ostringstream",
+        [values = doublesSample()]
+        {
+            std::ostringstream list;
+            for (int i = 0; i < 100; ++i) list << "position" << ' ' << i << ' ' << values[static_cast<std::size_t>(i)];
+            keep(list.str());
+        },
+        100);
+    add(
+        work::READ_INTS, "wistringstream",
+        [text = widened<std::wstring>(numbersSample())]
+        {
+            std::wistringstream stream(text);
+            int value = 0;
+            while (stream >> value) keep(value);
+        },
+        1000);
+
+    const std::u16string haystack = haystackSample();
+    add(work::FIND_UNIT, STANDARD, [haystack] { keep(haystack.find(u'#')); });
+    add(work::FIND_TEXT, STANDARD, [haystack] { keep(haystack.find(NEEDLE)); });
+    add(work::COPY, STANDARD, [text = std::u16string(SEVEN)] { keep(std::u16string(text)); });
+    add(
+        work::MOVE, STANDARD,
+        [a = std::u16string(SEVEN), b = std::u16string()]() mutable
+        {
+            b = std::move(a);
+            keep(b);
+            a = std::move(b);
+            keep(a);
+        },
+        2);
+}
+
+}  // namespace Oxa_1_1::bench

@@ -1,0 +1,46 @@
+#include <wx/string.h>
+
+#include <map>
+
+#include "benchmarks/samples.h"
+#include "benchmarks/work.h"
+
+namespace Oxa_1_1::bench
+{
+
+namespace
+{
+
+const std::string WX = "wx";
+
+struct FoldedLess
+{
+    bool operator()(const wxString& a, const wxString& b) const { return a.CmpNoCase(b) < 0; }
+};
+
+[[maybe_unused]] const bool registered = []
+{
+    add(work::FROM_UTF8_SHORT, WX, [bytes = asciiSample(32)] { keep(wxString::FromUTF8(bytes.data(), bytes.size())); });
+    const std::string line = asciiSample(64);
+    add(work::COMPARE, WX, [a = wxString(line), b = wxString(changedCase(line))] { keep(a.CmpNoCase(b)); });
+
+    std::map<wxString, int, FoldedLess> filled;
+    std::vector<wxString> others;
+    for (const std::string& name : namesSample())
+    {
+        filled.emplace(name, 1);
+        others.emplace_back(changedCase(name));
+    }
+    add(
+        work::MAP_FIND, WX,
+        [filled, others]
+        {
+            for (const wxString& name : others) keep(filled.find(name));
+        },
+        static_cast<double>(others.size()));
+    return true;
+}();
+
+}  // namespace
+
+}  // namespace Oxa_1_1::bench

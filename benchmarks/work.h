@@ -1,0 +1,65 @@
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+#include <utility>
+
+namespace Oxa_1_1::bench
+{
+
+/// The names of the work that is measured: the row of the table of goals, and what is done.
+namespace work
+{
+
+inline const std::string FROM_UTF8_SHORT = "S1 from UTF-8, 32 ASCII bytes";
+inline const std::string FROM_UTF8_ASCII = "S1 from UTF-8, 4 KiB ASCII";
+inline const std::string FROM_UTF8_MIXED = "S1 from UTF-8, 4 KiB mixed scripts";
+inline const std::string TO_UTF8_SHORT = "S2 to UTF-8, 32 ASCII units";
+inline const std::string TO_UTF8_ASCII = "S2 to UTF-8, 4 KiB ASCII";
+inline const std::string TO_UTF8_MIXED = "S2 to UTF-8, 4 KiB mixed scripts";
+inline const std::string FROM_ANSI = "S3 from 4 KiB windows-1252";
+inline const std::string BUILD_LIST = "S4 a list item: text, int, double";
+inline const std::string WRITE_DOUBLE = "S5 a double as text";
+inline const std::string READ_INTS = "S6 an int from the front of 7 KB";
+inline const std::string FIND_UNIT = "S7 a unit at the end of 1 MiB";
+inline const std::string FIND_TEXT = "S7 a 12-unit text at the end of 1 MiB";
+inline const std::string COMPARE = "S8 compare 64 units ignoring case";
+inline const std::string MAP_INSERT = "S8 insert into a map of 10,000 names";
+inline const std::string MAP_FIND = "S8 look up in a map of 10,000 names";
+inline const std::string ESCAPE = "S9 escape 4 KiB";
+inline const std::string COPY = "S10 copy 7 units";
+inline const std::string MOVE = "S10 move 7 units";
+
+}  // namespace work
+
+/// Names of those who do the work.
+inline const std::string OURS = "OxaBase";
+inline const std::string FLOOR = "floor";
+
+/// Lets `body` do `name` as `who`; each call counts as `items`.
+template <class Body>
+void add(const std::string& name, const std::string& who, Body body, double items = 1)
+{
+    benchmark::RegisterBenchmark((name + "/" + who).c_str(),
+                                 [body = std::move(body), items](benchmark::State& state) mutable
+                                 {
+                                     for (auto _ : state) body();
+                                     state.counters["items"] = items;
+                                 });
+}
+
+/// Keeps a result, and so the work for it.
+template <class T>
+void keep(T&& result)
+{
+    benchmark::DoNotOptimize(result);
+}
+
+// Each source registers what it measures.
+void addOxa();
+void addFloors();
+void addStandard();
+// Those of peers register themselves, because they may be missing.
+
+}  // namespace Oxa_1_1::bench
