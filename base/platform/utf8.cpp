@@ -161,15 +161,15 @@ Text decodeUtf8(std::string_view bytes)
     const TextKernels& kernels = textKernels();
     const std::size_t ascii = kernels.countAsciiBytes(bytes.data(), bytes.size());
     const std::string_view rest = bytes.substr(ascii);
-    std::size_t restUnits = kernels.countUnits(rest.data(), rest.size());
+    std::size_t restUnits = rest.empty() ? 0 : kernels.countUnits(rest.data(), rest.size());
 
     Text text;
-    bool complete = false;
+    bool complete = true;
     // The size that the callback is told may be rounded up.
     const auto decode = [&](Char* units, std::size_t)
     {
         kernels.widenAscii(bytes.data(), ascii, units);
-        complete = decodeInto(rest, units + ascii, restUnits);
+        complete = rest.empty() || decodeInto(rest, units + ascii, restUnits);
         return ascii + restUnits;
     };
     text.resize_and_overwrite(ascii + restUnits, decode);
@@ -185,7 +185,7 @@ std::string encodeUtf8(TextView text)
     const TextKernels& kernels = textKernels();
     const std::size_t ascii = kernels.countAsciiUnits(text.data(), text.size());
     const TextView rest = text.substr(ascii);
-    const std::size_t size = ascii + kernels.countBytes(rest.data(), rest.size());
+    const std::size_t size = ascii + (rest.empty() ? 0 : kernels.countBytes(rest.data(), rest.size()));
 
     std::string result;
     result.resize_and_overwrite(size,

@@ -14,7 +14,7 @@ class OXA_API CodePageInterface
    public:
     CodePageInterface(const CodePageInterface&) = default;
     CodePageInterface& operator=(const CodePageInterface&) = default;
-    virtual ~CodePageInterface();
+    virtual ~CodePageInterface() = default;
 
     /// The Windows number of the code page.
     std::uint32_t codePage() const noexcept { return m_codePage; }
@@ -38,7 +38,7 @@ class OXA_API UTF8Interface : public CodePageInterface
     explicit UTF8Interface(const char* data) noexcept : CodePageInterface(data, CODE_PAGE) {}
     UTF8Interface(const UTF8Interface&) = default;
     UTF8Interface& operator=(const UTF8Interface&) = default;
-    ~UTF8Interface() override;
+    ~UTF8Interface() override = default;
 };
 
 }  // namespace Oxa_1_1

@@ -31,11 +31,17 @@ std::basic_string_view<C> boundedView(const C* text, int length)
     return {text, count};
 }
 
-Text decode(std::uint32_t codePage, std::string_view bytes)
+Text decodeAnsi(std::string_view bytes)
 {
-    if (bytes.empty()) return {};
-    return codePage == UTF8Interface::CODE_PAGE ? platform::decodeUtf8(bytes)
-                                                : platform::decodeCodePage(codePage, bytes);
+    return bytes.empty() ? Text() : platform::decodeCodePage(ANSI_CODE_PAGE, bytes);
+}
+
+/// NIL decodes to the empty text.
+Text decode(const CodePageInterface& text)
+{
+    if (text.data() == nullptr || *text.data() == 0) return {};
+    if (text.codePage() == UTF8Interface::CODE_PAGE) return platform::decodeUtf8(text.data());
+    return platform::decodeCodePage(text.codePage(), text.data());
 }
 
 /// Of texts that agree within the shorter one: the difference that what follows there makes.
@@ -67,20 +73,17 @@ String::String(Char c, int count) : m_text(lengthOf(count), c), m_present(true) 
 
 String::String(const char* text) : m_present(text != nullptr)
 {
-    if (text != nullptr) m_text = decode(ANSI_CODE_PAGE, text);
+    if (text != nullptr) m_text = decodeAnsi(text);
 }
 
 String::String(const char* text, int length) : m_present(text != nullptr)
 {
-    if (text != nullptr) m_text = decode(ANSI_CODE_PAGE, boundedView(text, length));
+    if (text != nullptr) m_text = decodeAnsi(boundedView(text, length));
 }
 
-String::String(const std::string& text) : m_text(decode(ANSI_CODE_PAGE, text)), m_present(true) {}
+String::String(const std::string& text) : m_text(decodeAnsi(text)), m_present(true) {}
 
-String::String(const CodePageInterface& text) : m_present(text.data() != nullptr)
-{
-    if (m_present) m_text = decode(text.codePage(), text.data());
-}
+String::String(const CodePageInterface& text) : m_text(decode(text)), m_present(text.data() != nullptr) {}
 
 String::String(const ForeignChar* text) : m_present(text != nullptr)
 {

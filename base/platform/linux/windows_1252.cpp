@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <iterator>
 
@@ -29,55 +30,63 @@ char encodeUnit(Char unit)
     return entry != std::end(OTHER_UNITS) && *entry >> 8 == unit ? static_cast<char>(*entry & 0xFF) : '?';
 }
 
-// Blocks whose bytes are the Latin-1 values of their units, which most blocks are, are converted as a whole.
+// Most bytes are the Latin-1 values of their units. A block is converted as if all were; the others are put right.
 
 #ifdef __SSE2__
 
-bool decodeLatinBlock(const char* bytes, Char* units)
+void decodeBlock(const char* bytes, Char* units)
 {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-    const __m128i top = _mm_and_si128(block, _mm_set1_epi8(static_cast<char>(0xE0)));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(top, _mm_set1_epi8(static_cast<char>(0x80)))) != 0) return false;
     _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(block, _mm_setzero_si128()));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(units) + 1, _mm_unpackhi_epi8(block, _mm_setzero_si128()));
-    return true;
+    const __m128i top = _mm_and_si128(block, _mm_set1_epi8(static_cast<char>(0xE0)));
+    auto middle = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(top, _mm_set1_epi8(static_cast<char>(0x80)))));
+    for (; middle != 0; middle &= middle - 1)
+    {
+        const int i = std::countr_zero(middle);
+        units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
+    }
 }
 
-bool encodeLatinBlock(const Char* units, char* bytes)
+void encodeBlock(const Char* units, char* bytes)
 {
     const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
     const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units) + 1);
-    const __m128i high = _mm_srli_epi16(_mm_or_si128(first, second), 8);
     const __m128i block = _mm_packus_epi16(first, second);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), block);
+    const __m128i high = _mm_packs_epi16(_mm_srli_epi16(first, 8), _mm_srli_epi16(second, 8));
     const __m128i top = _mm_and_si128(block, _mm_set1_epi8(static_cast<char>(0xE0)));
     const __m128i middle = _mm_cmpeq_epi8(top, _mm_set1_epi8(static_cast<char>(0x80)));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_or_si128(high, middle), _mm_setzero_si128())) != 0xFFFF) return false;
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), block);
-    return true;
+    const __m128i same = _mm_andnot_si128(middle, _mm_cmpeq_epi8(high, _mm_setzero_si128()));
+    auto others = static_cast<unsigned>(_mm_movemask_epi8(same)) ^ 0xFFFF;
+    for (; others != 0; others &= others - 1)
+    {
+        const int i = std::countr_zero(others);
+        bytes[i] = encodeUnit(units[i]);
+    }
 }
 
 #else
 
-bool decodeLatinBlock(const char*, Char*) { return false; }
+void decodeBlock(const char* bytes, Char* units)
+{
+    for (std::size_t i = 0; i < BLOCK; ++i) units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
+}
 
-bool encodeLatinBlock(const Char*, char*) { return false; }
+void encodeBlock(const Char* units, char* bytes)
+{
+    for (std::size_t i = 0; i < BLOCK; ++i) bytes[i] = encodeUnit(units[i]);
+}
 
 #endif
 
-/// Block by block where `convertBlock` can, else one by one.
+/// Block by block, and the rest one by one.
 template <class Source, class Target, class ConvertBlock, class ConvertOne>
 void convert(const Source* source, std::size_t length, Target* target, ConvertBlock convertBlock, ConvertOne convertOne)
 {
     std::size_t i = 0;
-    while (i < length)
-    {
-        if (length - i >= BLOCK && convertBlock(source + i, target + i))
-        {
-            i += BLOCK;
-            continue;
-        }
-        for (const std::size_t end = std::min(i + BLOCK, length); i < end; ++i) target[i] = convertOne(source[i]);
-    }
+    for (; length - i >= BLOCK; i += BLOCK) convertBlock(source + i, target + i);
+    for (; i < length; ++i) target[i] = convertOne(source[i]);
 }
 
 }  // namespace
@@ -88,7 +97,7 @@ Text decodeWindows1252(std::string_view bytes)
     text.resize_and_overwrite(bytes.size(),
                               [&](Char* units, std::size_t)
                               {
-                                  convert(bytes.data(), bytes.size(), units, decodeLatinBlock,
+                                  convert(bytes.data(), bytes.size(), units, decodeBlock,
                                           [](char byte) { return decodeByte(static_cast<unsigned char>(byte)); });
                                   return bytes.size();
                               });
@@ -101,7 +110,7 @@ std::string encodeWindows1252(TextView text)
     bytes.resize_and_overwrite(text.size(),
                                [&](char* buffer, std::size_t)
                                {
-                                   convert(text.data(), text.size(), buffer, encodeLatinBlock, encodeUnit);
+                                   convert(text.data(), text.size(), buffer, encodeBlock, encodeUnit);
                                    return text.size();
                                });
     return bytes;

@@ -18,13 +18,15 @@ bool isSign(TextView text) { return !text.empty() && (text.front() == '-' || tex
 /// The magnitude of the digits at the front, at most `highest`.
 Scanned<std::uint64_t> scanDigits(TextView text, std::uint64_t highest, bool& tooLarge)
 {
+    const std::uint64_t limit = highest / 10;
+    const std::uint64_t lastDigit = highest % 10;
     Scanned<std::uint64_t> result;
     tooLarge = false;
     for (const Char c : text)
     {
         if (!platform::isDigit(c)) break;
         const auto digit = static_cast<std::uint64_t>(c - '0');
-        tooLarge = tooLarge || result.value > (highest - digit) / 10;
+        tooLarge = tooLarge || result.value > limit || (result.value == limit && digit > lastDigit);
         result.value = tooLarge ? highest : result.value * 10 + digit;
         ++result.length;
     }
