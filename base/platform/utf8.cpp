@@ -154,29 +154,65 @@ void encodeInto(TextView units, char* bytes, std::size_t capacity)
     }
 }
 
+/// A conversion in its two parts: ASCII, and what follows it. A closure that captures one of these by reference stays
+/// small enough to be passed in a register.
+template <class Source>
+struct Plan
+{
+    std::basic_string_view<Source> ascii;
+    std::basic_string_view<Source> rest;
+    std::size_t restSize;
+
+    std::size_t size() const { return ascii.size() + restSize; }
+};
+
+using DecodePlan = Plan<char>;
+using EncodePlan = Plan<Char>;
+
+/// False when the measure was wrong.
+bool carryOut(const DecodePlan& plan, Char* units)
+{
+    textKernels().widenAscii(plan.ascii.data(), plan.ascii.size(), units);
+    return plan.rest.empty() || decodeInto(plan.rest, units + plan.ascii.size(), plan.restSize);
+}
+
+void carryOut(const EncodePlan& plan, char* bytes)
+{
+    textKernels().narrowAscii(plan.ascii.data(), plan.ascii.size(), bytes);
+    if (!plan.rest.empty()) encodeInto(plan.rest, bytes + plan.ascii.size(), plan.restSize);
+}
+
+/// False when the measure was wrong.
+bool decodeTo(Text& text, const DecodePlan& plan)
+{
+    struct
+    {
+        const DecodePlan& plan;
+        bool complete;
+    } run{plan, false};
+    // The size that the callback is told may be rounded up.
+    text.resize_and_overwrite(plan.size(),
+                              [&run](Char* units, std::size_t)
+                              {
+                                  run.complete = carryOut(run.plan, units);
+                                  return run.plan.size();
+                              });
+    return run.complete;
+}
+
 }  // namespace
 
 Text decodeUtf8(std::string_view bytes)
 {
     const TextKernels& kernels = textKernels();
     const std::size_t ascii = kernels.countAsciiBytes(bytes.data(), bytes.size());
-    const std::string_view rest = bytes.substr(ascii);
-    std::size_t restUnits = rest.empty() ? 0 : kernels.countUnits(rest.data(), rest.size());
+    DecodePlan plan{bytes.substr(0, ascii), bytes.substr(ascii), 0};
+    if (!plan.rest.empty()) plan.restSize = kernels.countUnits(plan.rest.data(), plan.rest.size());
 
     Text text;
-    bool complete = true;
-    // The size that the callback is told may be rounded up.
-    const auto decode = [&](Char* units, std::size_t)
-    {
-        kernels.widenAscii(bytes.data(), ascii, units);
-        complete = rest.empty() || decodeInto(rest, units + ascii, restUnits);
-        return ascii + restUnits;
-    };
-    text.resize_and_overwrite(ascii + restUnits, decode);
-    if (complete) return text;
-
-    restUnits = measureExactly(rest);
-    text.resize_and_overwrite(ascii + restUnits, decode);
+    if (decodeTo(text, plan)) return text;
+    plan.restSize = measureExactly(plan.rest);
+    decodeTo(text, plan);
     return text;
 }
 
@@ -184,16 +220,15 @@ std::string encodeUtf8(TextView text)
 {
     const TextKernels& kernels = textKernels();
     const std::size_t ascii = kernels.countAsciiUnits(text.data(), text.size());
-    const TextView rest = text.substr(ascii);
-    const std::size_t size = ascii + (rest.empty() ? 0 : kernels.countBytes(rest.data(), rest.size()));
+    EncodePlan plan{text.substr(0, ascii), text.substr(ascii), 0};
+    if (!plan.rest.empty()) plan.restSize = kernels.countBytes(plan.rest.data(), plan.rest.size());
 
     std::string result;
-    result.resize_and_overwrite(size,
-                                [&](char* bytes, std::size_t)
+    result.resize_and_overwrite(plan.size(),
+                                [&plan](char* bytes, std::size_t)
                                 {
-                                    kernels.narrowAscii(text.data(), ascii, bytes);
-                                    encodeInto(rest, bytes + ascii, size - ascii);
-                                    return size;
+                                    carryOut(plan, bytes);
+                                    return plan.size();
                                 });
     return result;
 }

@@ -25,8 +25,8 @@ inline __m128i splat16(int value)
     return _mm_set1_epi16(static_cast<short>(value));
 }
 
-/// Six lanes of 16 bits, each of one or two bytes. False when a lane is ill-formed.
-inline bool decodeSix(__m128i lanes, Char* units)
+/// Six lanes of 16 bits, each of one or two bytes. Returns ones where all is well.
+inline __m128i decodeSix(__m128i lanes, Char* units)
 {
     const __m128i low = _mm_and_si128(lanes, splat16(0x7F));
     const __m128i high = _mm_srli_epi16(_mm_and_si128(lanes, splat16(0x1F00)), 2);
@@ -35,14 +35,12 @@ inline bool decodeSix(__m128i lanes, Char* units)
     const __m128i single = _mm_cmpeq_epi16(_mm_and_si128(lanes, splat16(0xFF80)), _mm_setzero_si128());
     const __m128i pair = _mm_cmpeq_epi16(_mm_and_si128(lanes, splat16(0xE0C0)), splat16(0xC080));
     const __m128i overlong = _mm_cmpgt_epi16(splat16(0x80), result);
-    const __m128i good = _mm_or_si128(single, _mm_andnot_si128(overlong, pair));
-    if (_mm_movemask_epi8(good) != 0xFFFF) return false;
     store128(units, result);
-    return true;
+    return _mm_or_si128(single, _mm_andnot_si128(overlong, pair));
 }
 
 /// Four lanes of 32 bits, each of one to three bytes.
-inline bool decodeFour(__m128i lanes, Char* units)
+inline __m128i decodeFour(__m128i lanes, Char* units)
 {
     const __m128i low = _mm_and_si128(lanes, _mm_set1_epi32(0x7F));
     const __m128i middle = _mm_srli_epi32(_mm_and_si128(lanes, _mm_set1_epi32(0x3F00)), 2);
@@ -61,9 +59,8 @@ inline bool decodeFour(__m128i lanes, Char* units)
         _mm_and_si128(_mm_cmpeq_epi32(_mm_and_si128(lanes, _mm_set1_epi32(static_cast<int>(0xFFF0C0C0))),
                                       _mm_set1_epi32(0xE08080)),
                       _mm_cmpgt_epi32(result, _mm_set1_epi32(0x7FF))));
-    if (_mm_movemask_epi8(_mm_or_si128(single, _mm_or_si128(pair, triple))) != 0xFFFF) return false;
     _mm_storel_epi64(reinterpret_cast<__m128i*>(units), _mm_packus_epi32(result, result));
-    return true;
+    return _mm_or_si128(single, _mm_or_si128(pair, triple));
 }
 
 /// The bits of 64 bytes: those that are not ASCII, and those behind which a character begins.
@@ -121,6 +118,9 @@ inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* unit
         }
 
         std::size_t position = 0;
+        const std::size_t blockStart = written;
+        // Lanes are checked once for the whole block.
+        __m128i good = _mm_set1_epi8(-1);
         while (position <= LAST_START)
         {
             const char* const from = bytes + read + position;
@@ -142,10 +142,11 @@ inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* unit
             }
             const __m128i lanes = _mm_shuffle_epi8(load128(from), load128(&DECODE.shuffles[step.shuffle]));
             const bool six = step.shuffle < utf8_tables::FIRST_OF_FOUR;
-            if (!(six ? decodeSix(lanes, to) : decodeFour(lanes, to))) break;
+            good = _mm_and_si128(good, six ? decodeSix(lanes, to) : decodeFour(lanes, to));
             position += step.length;
             written += six ? 6 : 4;
         }
+        if (_mm_movemask_epi8(good) != 0xFFFF) return {read, blockStart};
         read += position;
         // Stopped by something that a step cannot take.
         if (position <= LAST_START) break;
