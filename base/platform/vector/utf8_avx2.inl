@@ -1,8 +1,9 @@
 // UTF-8 by table-driven shuffles. Included like scan.inl.
 //
 // Decoding looks at 64 bytes at once to learn where characters end, then takes six or four characters a step: the mask
-// of ends gives a shuffle that puts each into a lane of its own, where plain arithmetic makes units of them and checks
-// that their bytes are what the lengths promise. Encoding is the reverse. Whatever is unusual is left to the caller.
+// of ends gives a shuffle that puts each into a lane of its own, where plain arithmetic makes units of them. Whether the
+// 64 bytes are well-formed is known before, by the method of Keiser and Lemire ("Validating UTF-8 in less than one
+// instruction per byte", 2021); what is not is left to the caller. Encoding is the reverse of the steps.
 
 #include "base/platform/vector/avx2.inl"
 
@@ -25,45 +26,108 @@ inline __m128i splat16(int value)
     return _mm_set1_epi16(static_cast<short>(value));
 }
 
-/// Six lanes of 16 bits, each of one or two bytes. Returns ones where all is well.
-inline __m128i decodeSix(__m128i lanes, Char* units)
+/// Six lanes of 16 bits, each of one or two bytes.
+inline void decodeSix(__m128i lanes, Char* units)
 {
     const __m128i low = _mm_and_si128(lanes, splat16(0x7F));
     const __m128i high = _mm_srli_epi16(_mm_and_si128(lanes, splat16(0x1F00)), 2);
-    const __m128i result = _mm_or_si128(low, high);
-
-    const __m128i single = _mm_cmpeq_epi16(_mm_and_si128(lanes, splat16(0xFF80)), _mm_setzero_si128());
-    const __m128i pair = _mm_cmpeq_epi16(_mm_and_si128(lanes, splat16(0xE0C0)), splat16(0xC080));
-    const __m128i overlong = _mm_cmpgt_epi16(splat16(0x80), result);
-    store128(units, result);
-    return _mm_or_si128(single, _mm_andnot_si128(overlong, pair));
+    store128(units, _mm_or_si128(low, high));
 }
 
 /// Four lanes of 32 bits, each of one to three bytes.
-inline __m128i decodeFour(__m128i lanes, Char* units)
+inline void decodeFour(__m128i lanes, Char* units)
 {
     const __m128i low = _mm_and_si128(lanes, _mm_set1_epi32(0x7F));
     const __m128i middle = _mm_srli_epi32(_mm_and_si128(lanes, _mm_set1_epi32(0x3F00)), 2);
     const __m128i high = _mm_srli_epi32(_mm_and_si128(lanes, _mm_set1_epi32(0x0F0000)), 4);
     const __m128i result = _mm_or_si128(_mm_or_si128(low, middle), high);
-
-    const __m128i single =
-        _mm_cmpeq_epi32(_mm_and_si128(lanes, _mm_set1_epi32(static_cast<int>(0xFFFFFF80))), _mm_setzero_si128());
-    const __m128i pair = _mm_and_si128(
-        _mm_cmpeq_epi32(_mm_and_si128(lanes, _mm_set1_epi32(static_cast<int>(0xFFFFE0C0))), _mm_set1_epi32(0xC080)),
-        _mm_cmpgt_epi32(result, _mm_set1_epi32(0x7F)));
-    const __m128i surrogate =
-        _mm_cmpeq_epi32(_mm_and_si128(result, _mm_set1_epi32(0xF800)), _mm_set1_epi32(0xD800));
-    const __m128i triple = _mm_andnot_si128(
-        surrogate,
-        _mm_and_si128(_mm_cmpeq_epi32(_mm_and_si128(lanes, _mm_set1_epi32(static_cast<int>(0xFFF0C0C0))),
-                                      _mm_set1_epi32(0xE08080)),
-                      _mm_cmpgt_epi32(result, _mm_set1_epi32(0x7FF))));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(units), _mm_packus_epi32(result, result));
-    return _mm_or_si128(single, _mm_or_si128(pair, triple));
 }
 
-/// The bits of 64 bytes: those that are not ASCII, and those behind which a character begins.
+/// The same 16 bytes in both halves.
+inline __m256i twice(__m128i table)
+{
+    return _mm256_broadcastsi128_si256(table);
+}
+
+/// The bytes that are `count` before each byte of `bytes`; zeros before the first.
+template <int COUNT>
+__m256i previous(__m256i bytes, __m256i before)
+{
+    return _mm256_alignr_epi8(bytes, _mm256_permute2x128_si256(before, bytes, 0x21), 16 - COUNT);
+}
+
+/// What is wrong with pairs of bytes, a bit for each kind of fault. A pair has a fault when the high half of its first
+/// byte, the low half of it and the high half of the second byte all allow for it.
+namespace fault
+{
+
+constexpr int TOO_SHORT = 1;        // A lead byte without its continuation.
+constexpr int TOO_LONG = 2;         // A continuation behind ASCII.
+constexpr int OVERLONG_3 = 4;       // E0 with less than A0.
+constexpr int TOO_LARGE = 8;        // F4 with 90 and above, or F5 and above.
+constexpr int SURROGATE = 16;       // ED with A0 and above.
+constexpr int OVERLONG_2 = 32;      // C0, C1.
+constexpr int TOO_LARGE_1000 = 64;  // F5 and above with less than 90.
+constexpr int OVERLONG_4 = 64;      // F0 with less than 90.
+constexpr int TWO_CONTINUATIONS = 128;
+constexpr int ANY_LOW_HALF = TOO_SHORT | TOO_LONG | TWO_CONTINUATIONS;
+
+inline __m128i table(int i0, int i1, int i2, int i3, int i4, int i5, int i6, int i7, int i8, int i9, int i10, int i11,
+                     int i12, int i13, int i14, int i15)
+{
+    const auto byte = [](int value) { return static_cast<char>(value); };
+    return _mm_setr_epi8(byte(i0), byte(i1), byte(i2), byte(i3), byte(i4), byte(i5), byte(i6), byte(i7), byte(i8),
+                         byte(i9), byte(i10), byte(i11), byte(i12), byte(i13), byte(i14), byte(i15));
+}
+
+inline __m128i ofFirstHigh()
+{
+    constexpr int T = TOO_LONG;
+    constexpr int C = TWO_CONTINUATIONS;
+    return table(T, T, T, T, T, T, T, T, C, C, C, C, TOO_SHORT | OVERLONG_2, TOO_SHORT,
+                 TOO_SHORT | OVERLONG_3 | SURROGATE, TOO_SHORT | TOO_LARGE | TOO_LARGE_1000 | OVERLONG_4);
+}
+
+inline __m128i ofFirstLow()
+{
+    constexpr int A = ANY_LOW_HALF;
+    constexpr int L = A | TOO_LARGE | TOO_LARGE_1000;
+    return table(A | OVERLONG_3 | OVERLONG_2 | OVERLONG_4, A | OVERLONG_2, A, A, A | TOO_LARGE, L, L, L, L, L, L, L, L,
+                 L | SURROGATE, L, L);
+}
+
+inline __m128i ofSecondHigh()
+{
+    constexpr int S = TOO_SHORT;
+    constexpr int C = TOO_LONG | OVERLONG_2 | TWO_CONTINUATIONS;
+    return table(S, S, S, S, S, S, S, S, C | OVERLONG_3 | TOO_LARGE_1000 | OVERLONG_4, C | OVERLONG_3 | TOO_LARGE,
+                 C | SURROGATE | TOO_LARGE, C | SURROGATE | TOO_LARGE, S, S, S, S);
+}
+
+}  // namespace fault
+
+/// Bits where bytes do not go on well-formed from those before them. An end that is cut off is not yet a fault.
+inline __m256i faultsOf(__m256i bytes, __m256i before)
+{
+    const __m256i low = _mm256_set1_epi8(0x0F);
+    const __m256i first = previous<1>(bytes, before);
+    const auto high = [low](__m256i value) { return _mm256_and_si256(_mm256_srli_epi16(value, 4), low); };
+    const __m256i pairs = _mm256_and_si256(
+        _mm256_and_si256(_mm256_shuffle_epi8(twice(fault::ofFirstHigh()), high(first)),
+                         _mm256_shuffle_epi8(twice(fault::ofFirstLow()), _mm256_and_si256(first, low))),
+        _mm256_shuffle_epi8(twice(fault::ofSecondHigh()), high(bytes)));
+
+    // Two continuations in a row are right exactly where the third or fourth byte of a character is due: there the top
+    // bit of one of these is set, which is that of the fault.
+    const __m256i third = _mm256_subs_epu8(previous<2>(bytes, before), _mm256_set1_epi8(0xE0 - 0x80));
+    const __m256i fourth = _mm256_subs_epu8(previous<3>(bytes, before), _mm256_set1_epi8(0xF0 - 0x80));
+    const __m256i due = _mm256_and_si256(_mm256_or_si256(third, fourth), _mm256_set1_epi8(static_cast<char>(0x80)));
+    return _mm256_xor_si256(due, pairs);
+}
+
+/// The bits of 64 bytes that begin with a character: those that are not ASCII, those behind which a character begins,
+/// and whether all are well-formed but for a character that the end may cut off.
 struct ByteMasks
 {
     explicit ByteMasks(const char* bytes)
@@ -73,6 +137,9 @@ struct ByteMasks
         notAscii = joined(first, second);
         const __m256i bound = _mm256_set1_epi8(static_cast<char>(0xC0));
         ends = ~joined(_mm256_cmpgt_epi8(bound, first), _mm256_cmpgt_epi8(bound, second)) >> 1;
+        if (notAscii == 0) return;
+        const __m256i faults = _mm256_or_si256(faultsOf(first, _mm256_setzero_si256()), faultsOf(second, first));
+        wellFormed = _mm256_testz_si256(faults, faults) != 0;
     }
 
     static std::uint64_t joined(__m256i low, __m256i high)
@@ -82,19 +149,27 @@ struct ByteMasks
 
     std::uint64_t notAscii;
     std::uint64_t ends;
+    bool wellFormed = true;
 };
 
-/// A character of four bytes, as a surrogate pair.
-inline bool decodeLong(const char* bytes, Char* units)
+/// One character of `length` bytes, which is well-formed. Returns the number of units.
+inline std::size_t decodeOne(const char* bytes, std::size_t length, Char* units)
 {
     const auto byte = [bytes](int i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])); };
-    const std::uint32_t c = (byte(0) & 7) << 18 | (byte(1) & 0x3F) << 12 | (byte(2) & 0x3F) << 6 | (byte(3) & 0x3F);
-    const bool shaped = (byte(0) & 0xF8) == 0xF0 && (byte(1) & 0xC0) == 0x80 && (byte(2) & 0xC0) == 0x80 &&
-                        (byte(3) & 0xC0) == 0x80;
-    if (!shaped || c < 0x10000 || c > 0x10FFFF) return false;
+    switch (length)
+    {
+        case 1: units[0] = static_cast<Char>(byte(0)); return 1;
+        case 2: units[0] = static_cast<Char>((byte(0) & 0x1F) << 6 | (byte(1) & 0x3F)); return 1;
+        case 3:
+            units[0] = static_cast<Char>((byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F));
+            return 1;
+        default: break;
+    }
+    const std::uint32_t c =
+        (byte(0) & 7) << 18 | (byte(1) & 0x3F) << 12 | (byte(2) & 0x3F) << 6 | (byte(3) & 0x3F);
     units[0] = static_cast<Char>(0xD7C0 + (c >> 10));
     units[1] = static_cast<Char>(0xDC00 + (c & 0x3FF));
-    return true;
+    return 2;
 }
 
 inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* units, std::size_t capacity)
@@ -117,10 +192,8 @@ inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* unit
             continue;
         }
 
+        if (!masks.wellFormed) break;
         std::size_t position = 0;
-        const std::size_t blockStart = written;
-        // Lanes are checked once for the whole block.
-        __m128i good = _mm_set1_epi8(-1);
         while (position <= LAST_START)
         {
             const char* const from = bytes + read + position;
@@ -135,21 +208,23 @@ inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* unit
             const utf8_tables::Step step = DECODE.steps[masks.ends >> position & 0xFFF];
             if (step.length == 0)
             {
-                if (!decodeLong(from, to)) break;
-                position += 4;
-                written += 2;
+                // A character of four bytes is too long for a step; others may stand before it.
+                const auto ends = static_cast<unsigned>(masks.ends >> position);
+                const std::size_t size = static_cast<std::size_t>(trailingZeros(ends)) + 1;
+                written += decodeOne(from, size, to);
+                position += size;
                 continue;
             }
             const __m128i lanes = _mm_shuffle_epi8(load128(from), load128(&DECODE.shuffles[step.shuffle]));
             const bool six = step.shuffle < utf8_tables::FIRST_OF_FOUR;
-            good = _mm_and_si128(good, six ? decodeSix(lanes, to) : decodeFour(lanes, to));
+            if (six)
+                decodeSix(lanes, to);
+            else
+                decodeFour(lanes, to);
             position += step.length;
             written += six ? 6 : 4;
         }
-        if (_mm_movemask_epi8(good) != 0xFFFF) return {read, blockStart};
         read += position;
-        // Stopped by something that a step cannot take.
-        if (position <= LAST_START) break;
     }
     return {read, written};
 }
