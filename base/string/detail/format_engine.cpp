@@ -97,17 +97,23 @@ class Formatter
     }
 
    private:
+    template <class T>
+    T take()
+    {
+        return va_arg(m_arguments.list, T);
+    }
+
     /// Width and precision that are arguments. A negative width aligns to the left, a negative precision is none.
     void takeNumbers(Directive& directive)
     {
         if (directive.widthFromArgument)
         {
-            const std::int64_t width = va_arg(m_arguments.list, int);
+            const std::int64_t width = take<int>();
             directive.leftAligned = directive.leftAligned || width < 0;
             constexpr std::int64_t LIMIT = std::numeric_limits<int>::max();
             directive.width = static_cast<int>(std::min(width < 0 ? -width : width, LIMIT));
         }
-        if (directive.precisionFromArgument) directive.precision = std::max(va_arg(m_arguments.list, int), -1);
+        if (directive.precisionFromArgument) directive.precision = std::max(take<int>(), -1);
     }
 
     void write(const Directive& directive)
@@ -149,16 +155,16 @@ class Formatter
         switch (size)
         {
             case ArgumentSize::CHAR:
-                return static_cast<signed char>(va_arg(m_arguments.list, int));
+                return static_cast<signed char>(take<int>());
             case ArgumentSize::SHORT:
-                return static_cast<short>(va_arg(m_arguments.list, int));
+                return static_cast<short>(take<int>());
             case ArgumentSize::LONG:
-                return va_arg(m_arguments.list, long);
+                return take<long>();
             case ArgumentSize::LONG_DOUBLE:
             case ArgumentSize::BITS64:
-                return va_arg(m_arguments.list, long long);
+                return take<long long>();
             default:
-                return va_arg(m_arguments.list, int);
+                return take<int>();
         }
     }
 
@@ -167,16 +173,16 @@ class Formatter
         switch (size)
         {
             case ArgumentSize::CHAR:
-                return static_cast<unsigned char>(va_arg(m_arguments.list, int));
+                return static_cast<unsigned char>(take<int>());
             case ArgumentSize::SHORT:
-                return static_cast<unsigned short>(va_arg(m_arguments.list, int));
+                return static_cast<unsigned short>(take<int>());
             case ArgumentSize::LONG:
-                return va_arg(m_arguments.list, unsigned long);
+                return take<unsigned long>();
             case ArgumentSize::LONG_DOUBLE:
             case ArgumentSize::BITS64:
-                return va_arg(m_arguments.list, unsigned long long);
+                return take<unsigned long long>();
             default:
-                return va_arg(m_arguments.list, unsigned int);
+                return take<unsigned int>();
         }
     }
 
@@ -190,9 +196,9 @@ class Formatter
     void writeFloating(const Directive& directive)
     {
         if (directive.size == ArgumentSize::LONG_DOUBLE)
-            writeNumber(directive, formatFloating(directive, va_arg(m_arguments.list, long double)));
+            writeNumber(directive, formatFloating(directive, take<long double>()));
         else
-            writeNumber(directive, formatFloating(directive, va_arg(m_arguments.list, double)));
+            writeNumber(directive, formatFloating(directive, take<double>()));
     }
 
     /// As the run-time library of Windows does: all hexadecimal digits of the address.
@@ -202,7 +208,7 @@ class Formatter
         digits.conversion = 'X';
         digits.alternate = false;
         digits.precision = 2 * sizeof(void*);
-        const auto address = reinterpret_cast<std::uintptr_t>(va_arg(m_arguments.list, void*));
+        const auto address = reinterpret_cast<std::uintptr_t>(take<void*>());
         writeNumber(directive, formatInteger(digits, address, false));
     }
 
@@ -215,7 +221,7 @@ class Formatter
 
     void writeCharacter(const Directive& directive)
     {
-        const int argument = va_arg(m_arguments.list, int);
+        const int argument = take<int>();
         if (isNarrow(directive))
         {
             const auto byte = static_cast<char>(argument);
@@ -229,9 +235,9 @@ class Formatter
     void writeText(const Directive& directive)
     {
         if (isNarrow(directive))
-            writeNarrow(directive, va_arg(m_arguments.list, const char*));
+            writeNarrow(directive, take<const char*>());
         else
-            writeWide(directive, va_arg(m_arguments.list, const Wide*));
+            writeWide(directive, take<const Wide*>());
     }
 
     void writeNarrow(const Directive& directive, const char* text)
