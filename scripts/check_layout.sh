@@ -3,6 +3,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 failed=0
+folders=()
+for folder in base tests fuzz benchmarks examples extras; do [ -d "$folder" ] && folders+=("$folder"); done
 
 report() {
   echo "check_layout: $1"
@@ -36,13 +38,13 @@ done
 
 while IFS= read -r line; do
   report "not written from the root: $line"
-done < <(grep -rnE '^ *# *include +"' base tests fuzz benchmarks examples extras --include=*.h --include=*.cpp 2>/dev/null |
+done < <(grep -rnE '^ *# *include +"' "${folders[@]}" --include=*.h --include=*.cpp 2>/dev/null |
   grep -vE '"(base|tests|fuzz|benchmarks|examples|extras)/' || true)
 
 words='_WIN32|_WIN64|_MSC_VER|__MINGW|__linux__|__unix__|windows\.h|unistd\.h|sys/[a-z]+\.h|dlfcn\.h'
 while IFS= read -r line; do
   report "platform word outside the seam: $line"
-done < <(grep -rnE "# *(if|ifdef|ifndef|elif|include).*($words)" base tests fuzz examples --include=*.h --include=*.cpp --include=*.inc |
+done < <(grep -rnE "# *(if|ifdef|ifndef|elif|include).*($words)" "${folders[@]}" --include=*.h --include=*.cpp --include=*.inc |
   grep -vE '^base/(platform/|char\.h|export\.h)' || true)
 
 while IFS= read -r file; do
@@ -51,7 +53,7 @@ while IFS= read -r file; do
     string.h | math.h | time.h | locale.h | limits.h | memory.h | assert.h | errno.h | signal.h)
       report "named like a standard header: $file" ;;
   esac
-done < <(find base tests fuzz benchmarks -name '*.h' -o -name '*.cpp')
+done < <(find "${folders[@]}" -name '*.h' -o -name '*.cpp')
 
 [ $failed = 0 ] && echo "check_layout: ok"
 exit $failed
