@@ -1,8 +1,7 @@
 #include <unicode/ucnv.h>
 #include <unicode/unistr.h>
 
-#include "benchmarks/samples.h"
-#include "benchmarks/work.h"
+#include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
 {
@@ -15,25 +14,14 @@ const std::string ICU = "ICU";
 [[maybe_unused]] const bool registered = []
 {
     using icu::UnicodeString;
-    const struct
-    {
-        const std::string& from;
-        const std::string& to;
-        std::string bytes;
-    } cases[] = {{work::FROM_UTF8_SHORT, work::TO_UTF8_SHORT, asciiSample(32)},
-                 {work::FROM_UTF8_ASCII, work::TO_UTF8_ASCII, asciiSample(FOUR_KIB)},
-                 {work::FROM_UTF8_MIXED, work::TO_UTF8_MIXED, mixedSample()}};
-    for (const auto& [from, to, bytes] : cases)
-    {
-        add(from, ICU, [bytes = bytes] { keep(UnicodeString::fromUTF8(bytes)); });
-        add(to, ICU,
-            [text = UnicodeString::fromUTF8(bytes)]
-            {
-                std::string result;
-                text.toUTF8String(result);
-                keep(result);
-            });
-    }
+    addUtf8(
+        ICU, [](const std::string& bytes) { return UnicodeString::fromUTF8(bytes); },
+        [](const UnicodeString& text)
+        {
+            std::string bytes;
+            text.toUTF8String(bytes);
+            return bytes;
+        });
 
     UErrorCode error = U_ZERO_ERROR;
     UConverter* const converter = ucnv_open("windows-1252", &error);
@@ -52,17 +40,7 @@ const std::string ICU = "ICU";
     add(work::COMPARE, ICU,
         [a = UnicodeString::fromUTF8(line), b = UnicodeString::fromUTF8(changedCase(line))]
         { keep(a.caseCompare(b, 0)); });
-    add(work::COPY, ICU, [text = UnicodeString(SEVEN.data())] { keep(UnicodeString(text)); });
-    add(
-        work::MOVE, ICU,
-        [a = UnicodeString(SEVEN.data()), b = UnicodeString()]() mutable
-        {
-            b = std::move(a);
-            keep(b);
-            a = std::move(b);
-            keep(a);
-        },
-        2);
+    addCopyAndMove(ICU, UnicodeString(SEVEN.data()), [](const UnicodeString& text) { return UnicodeString(text); });
     return true;
 }();
 

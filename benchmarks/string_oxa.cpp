@@ -1,8 +1,7 @@
 #include <map>
 
 #include "base/string/oxa_string.h"
-#include "benchmarks/samples.h"
-#include "benchmarks/work.h"
+#include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
 {
@@ -14,19 +13,7 @@ String fromUtf8(const std::string& bytes) { return String(UTF8Interface(bytes.c_
 
 void addConversions()
 {
-    const struct
-    {
-        const std::string& from;
-        const std::string& to;
-        std::string bytes;
-    } cases[] = {{work::FROM_UTF8_SHORT, work::TO_UTF8_SHORT, asciiSample(32)},
-                 {work::FROM_UTF8_ASCII, work::TO_UTF8_ASCII, asciiSample(FOUR_KIB)},
-                 {work::FROM_UTF8_MIXED, work::TO_UTF8_MIXED, mixedSample()}};
-    for (const auto& [from, to, bytes] : cases)
-    {
-        add(from, OURS, [bytes = bytes] { keep(fromUtf8(bytes)); });
-        add(to, OURS, [text = fromUtf8(bytes)] { keep(text.stringUTF8()); });
-    }
+    addUtf8(OURS, fromUtf8, [](const String& text) { return text.stringUTF8(); });
     add(work::FROM_ANSI, OURS, [bytes = ansiSample()] { keep(String(bytes)); });
 }
 
@@ -124,17 +111,7 @@ void addOxa()
     addNumbers();
     addSearches();
     addMaps();
-    add(work::COPY, OURS, [text = String(SEVEN)] { keep(String(text)); });
-    add(
-        work::MOVE, OURS,
-        [a = String(SEVEN), b = String()]() mutable
-        {
-            b = std::move(a);
-            keep(b);
-            a = std::move(b);
-            keep(a);
-        },
-        2);
+    addCopyAndMove(OURS, String(SEVEN), [](const String& text) { return String(text); });
 }
 
 }  // namespace Oxa_1_1::bench

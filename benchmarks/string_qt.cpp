@@ -3,8 +3,7 @@
 #include <QString>
 #include <QTextStream>
 
-#include "benchmarks/samples.h"
-#include "benchmarks/work.h"
+#include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
 {
@@ -15,23 +14,6 @@ namespace
 const std::string QT = "Qt";
 
 QString text(const std::string& bytes) { return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size())); }
-
-void addConversions()
-{
-    const struct
-    {
-        const std::string& from;
-        const std::string& to;
-        std::string bytes;
-    } cases[] = {{work::FROM_UTF8_SHORT, work::TO_UTF8_SHORT, asciiSample(32)},
-                 {work::FROM_UTF8_ASCII, work::TO_UTF8_ASCII, asciiSample(FOUR_KIB)},
-                 {work::FROM_UTF8_MIXED, work::TO_UTF8_MIXED, mixedSample()}};
-    for (const auto& [from, to, bytes] : cases)
-    {
-        add(from, QT, [bytes = bytes] { keep(text(bytes)); });
-        add(to, QT, [string = text(bytes)] { keep(string.toUtf8()); });
-    }
-}
 
 void addMaps()
 {
@@ -64,7 +46,7 @@ void addMaps()
 
 [[maybe_unused]] const bool registered = []
 {
-    addConversions();
+    addUtf8(QT, text, [](const QString& string) { return string.toUtf8(); });
     addMaps();
     add(
         work::BUILD_LIST, QT,
@@ -111,23 +93,13 @@ void addMaps()
             keep(escaped);
         });
     // Qt shares texts; detached, the copy is one.
-    add(work::COPY, QT,
-        [string = QString::fromUtf16(SEVEN.data())]
-        {
-            QString copy = string;
-            copy.detach();
-            keep(copy);
-        });
-    add(
-        work::MOVE, QT,
-        [a = QString::fromUtf16(SEVEN.data()), b = QString()]() mutable
-        {
-            b = std::move(a);
-            keep(b);
-            a = std::move(b);
-            keep(a);
-        },
-        2);
+    addCopyAndMove(QT, QString::fromUtf16(SEVEN.data()),
+                   [](const QString& string)
+                   {
+                       QString copy = string;
+                       copy.detach();
+                       return copy;
+                   });
     return true;
 }();
 

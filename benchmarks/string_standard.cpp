@@ -5,8 +5,7 @@
 #include <cstdio>
 #include <sstream>
 
-#include "benchmarks/samples.h"
-#include "benchmarks/work.h"
+#include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
 {
@@ -69,17 +68,7 @@ void addStandard()
     const std::u16string haystack = haystackSample();
     add(work::FIND_UNIT, STANDARD, [haystack] { keep(haystack.find(u'#')); });
     add(work::FIND_TEXT, STANDARD, [haystack] { keep(haystack.find(NEEDLE)); });
-    add(work::COPY, STANDARD, [text = std::u16string(SEVEN)] { keep(std::u16string(text)); });
-    add(
-        work::MOVE, STANDARD,
-        [a = std::u16string(SEVEN), b = std::u16string()]() mutable
-        {
-            b = std::move(a);
-            keep(b);
-            a = std::move(b);
-            keep(a);
-        },
-        2);
+    addCopyAndMove(STANDARD, std::u16string(SEVEN), [](const std::u16string& text) { return std::u16string(text); });
 }
 
 }  // namespace Oxa_1_1::bench

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <utility>
+
+#include "benchmarks/samples.h"
+#include "benchmarks/work.h"
+
+/// Work that every text type does in the same words.
+namespace Oxa_1_1::bench
+{
+
+/// S1 and S2 by `fromUtf8(bytes)` and `toUtf8(text)`.
+template <class FromUtf8, class ToUtf8>
+void addUtf8(const std::string& who, FromUtf8 fromUtf8, ToUtf8 toUtf8)
+{
+    const struct
+    {
+        const std::string& from;
+        const std::string& to;
+        std::string bytes;
+    } cases[] = {{work::FROM_UTF8_SHORT, work::TO_UTF8_SHORT, asciiSample(32)},
+                 {work::FROM_UTF8_ASCII, work::TO_UTF8_ASCII, asciiSample(FOUR_KIB)},
+                 {work::FROM_UTF8_MIXED, work::TO_UTF8_MIXED, mixedSample()}};
+    for (const auto& [from, to, bytes] : cases)
+    {
+        add(from, who, [fromUtf8, bytes = bytes] { keep(fromUtf8(bytes)); });
+        add(to, who, [toUtf8, text = fromUtf8(bytes)] { keep(toUtf8(text)); });
+    }
+}
+
+/// S10. `copy` makes a text that shares nothing with its source.
+template <class T, class Copy>
+void addCopyAndMove(const std::string& who, const T& text, Copy copy)
+{
+    add(work::COPY, who, [text, copy] { keep(copy(text)); });
+    add(
+        work::MOVE, who,
+        [a = text, b = T()]() mutable
+        {
+            b = std::move(a);
+            keep(b);
+            a = std::move(b);
+            keep(a);
+        },
+        2);
+}
+
+}  // namespace Oxa_1_1::bench
