@@ -20,6 +20,9 @@ constexpr std::uint32_t WINDOWS_1252 = 1252;
 constexpr std::uint32_t SHIFT_JIS = 932;
 constexpr std::uint32_t UTF_8 = 65001;
 
+/// What iconv calls the units of a Text.
+constexpr const char* WIDE = "UTF-16LE";
+
 /// Names of the pages whose number alone iconv does not know, or knows as something else.
 struct PageName
 {
@@ -142,6 +145,54 @@ std::string_view bytesOf(TextView text)
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(Char)};
 }
 
+/// Takes a result in place of a string and only counts it.
+template <class C>
+struct Measure
+{
+    using value_type = C;
+
+    void append(const C*, std::size_t count) { size += count; }
+    void push_back(C) { ++size; }
+
+    std::size_t size = 0;
+};
+
+template <class Result>
+void decodeAll(std::uint32_t page, std::string_view bytes, Result& text)
+{
+    Converter converter(WIDE, pageName(page));
+    while (true)
+    {
+        converter.run(bytes, text);
+        if (bytes.empty()) return;
+        text.push_back(replacementOf(page, static_cast<unsigned char>(bytes.front())));
+        bytes.remove_prefix(1);
+    }
+}
+
+template <class Result>
+void encodeAll(std::uint32_t page, std::string_view units, Result& bytes)
+{
+    Converter converter(pageName(page), WIDE);
+    while (true)
+    {
+        converter.run(units, bytes);
+        if (units.empty()) return;
+        // Each half of a surrogate pair is one of its own.
+        do
+        {
+            bytes.push_back('?');
+            units.remove_prefix(std::min(units.size(), sizeof(Char)));
+        } while (units.size() >= sizeof(Char) && (static_cast<unsigned char>(units[1]) & 0xFC) == 0xDC);
+    }
+}
+
+/// Whether the page is one of narrow text that the system knows.
+bool isKnown(std::uint32_t page)
+{
+    return !isWide(page) && Converter(WIDE, pageName(page)) && Converter(pageName(page), WIDE);
+}
+
 }  // namespace
 
 Text decodeCodePage(std::uint32_t codePage, std::string_view bytes)
@@ -149,18 +200,14 @@ Text decodeCodePage(std::uint32_t codePage, std::string_view bytes)
     const std::uint32_t page = resolve(codePage);
     if (page == WINDOWS_1252) return decodeWindows1252(bytes);
     if (page == UTF_8) return decodeUtf8(bytes);
-    Converter converter("UTF-16LE", pageName(page));
-    if (!converter || isWide(page)) return {};
+    if (!isKnown(page)) return {};
 
+    Measure<Char> measure;
+    decodeAll(page, bytes, measure);
     Text text;
-    std::string_view rest = bytes;
-    while (true)
-    {
-        converter.run(rest, text);
-        if (rest.empty()) return text;
-        text += replacementOf(page, static_cast<unsigned char>(rest.front()));
-        rest.remove_prefix(1);
-    }
+    text.reserve(measure.size);
+    decodeAll(page, bytes, text);
+    return text;
 }
 
 std::string encodeCodePage(std::uint32_t codePage, TextView text)
@@ -168,24 +215,14 @@ std::string encodeCodePage(std::uint32_t codePage, TextView text)
     const std::uint32_t page = resolve(codePage);
     if (page == WINDOWS_1252) return encodeWindows1252(text);
     if (page == UTF_8) return encodeUtf8(text);
-    Converter converter(pageName(page), "UTF-16LE");
-    if (!converter || isWide(page)) return {};
+    if (!isKnown(page)) return {};
 
+    Measure<char> measure;
+    encodeAll(page, bytesOf(text), measure);
     std::string bytes;
-    std::string_view rest = bytesOf(text);
-    while (true)
-    {
-        converter.run(rest, bytes);
-        if (rest.empty()) return bytes;
-        // Each half of a surrogate pair is one of its own.
-        bytes += '?';
-        rest.remove_prefix(std::min(rest.size(), sizeof(Char)));
-        while (rest.size() >= sizeof(Char) && (static_cast<unsigned char>(rest[1]) & 0xFC) == 0xDC)
-        {
-            bytes += '?';
-            rest.remove_prefix(sizeof(Char));
-        }
-    }
+    bytes.reserve(measure.size);
+    encodeAll(page, bytesOf(text), bytes);
+    return bytes;
 }
 
 }  // namespace Oxa_1_1::platform
