@@ -10,7 +10,7 @@ import unicodedata
 ALPHA, DIGIT, SPACE, GRAPHIC = 1, 2, 4, 8
 WHITE_SPACE = {*range(0x09, 0x0E), 0x20, 0x85, 0xA0, 0x1680, *range(0x2000, 0x200B), 0x2028, 0x2029, 0x202F, 0x205F,
                0x3000}
-BLOCK = 64
+BLOCK = 32
 
 
 def classes(unit):

@@ -12,7 +12,7 @@ namespace
 
 #include "base/platform/character_tables.inc"
 
-constexpr std::size_t BLOCK = 64;
+constexpr std::size_t BLOCK = 32;
 
 std::size_t position(std::uint8_t block, Char c) { return block * BLOCK + c % BLOCK; }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/platform/detail/resize_and_fill.h"
 #include "base/platform/vector/kernels.h"
 
 namespace Oxa_1_1::platform
@@ -154,8 +155,7 @@ void encodeInto(TextView units, char* bytes, std::size_t capacity)
     }
 }
 
-/// A conversion in its two parts: ASCII, and what follows it. A closure that captures one of these by reference stays
-/// small enough to be passed in a register.
+/// A conversion in its two parts: ASCII, and what follows it.
 template <class Source>
 struct Plan
 {
@@ -185,19 +185,9 @@ void carryOut(const EncodePlan& plan, char* bytes)
 /// False when the measure was wrong.
 bool decodeTo(Text& text, const DecodePlan& plan)
 {
-    struct
-    {
-        const DecodePlan& plan;
-        bool complete;
-    } run{plan, false};
-    // The size that the callback is told may be rounded up.
-    text.resize_and_overwrite(plan.size(),
-                              [&run](Char* units, std::size_t)
-                              {
-                                  run.complete = carryOut(run.plan, units);
-                                  return run.plan.size();
-                              });
-    return run.complete;
+    bool complete = false;
+    detail::resizeAndFill(text, plan.size(), [&](Char* units) { complete = carryOut(plan, units); });
+    return complete;
 }
 
 }  // namespace
@@ -224,12 +214,7 @@ std::string encodeUtf8(TextView text)
     if (!plan.rest.empty()) plan.restSize = kernels.countBytes(plan.rest.data(), plan.rest.size());
 
     std::string result;
-    result.resize_and_overwrite(plan.size(),
-                                [&plan](char* bytes, std::size_t)
-                                {
-                                    carryOut(plan, bytes);
-                                    return plan.size();
-                                });
+    detail::resizeAndFill(result, plan.size(), [&plan](char* bytes) { carryOut(plan, bytes); });
     return result;
 }
 

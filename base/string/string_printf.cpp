@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 
+#include "base/platform/detail/resize_and_fill.h"
 #include "base/string/detail/foreign_text.h"
 #include "base/string/detail/format_engine.h"
 #include "base/string/oxa_string.h"
@@ -23,12 +24,7 @@ bool formatInto(Text& result, Format format, const Char* pattern, std::va_list a
     if (length < 0) return false;
 
     const auto size = static_cast<std::size_t>(length);
-    result.resize_and_overwrite(size,
-                                [&](Char* buffer, std::size_t)
-                                {
-                                    format(buffer, size, pattern, arguments);
-                                    return size;
-                                });
+    platform::detail::resizeAndFill(result, size, [&](Char* buffer) { format(buffer, size, pattern, arguments); });
     return true;
 }
 

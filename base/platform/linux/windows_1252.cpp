@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <iterator>
 
+#include "base/platform/detail/resize_and_fill.h"
+
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
@@ -93,26 +95,18 @@ void convert(const Source* source, std::size_t length, Target* target, ConvertBl
 
 Text decodeWindows1252(std::string_view bytes)
 {
+    const auto decodeOne = [](char byte) { return decodeByte(static_cast<unsigned char>(byte)); };
     Text text;
-    text.resize_and_overwrite(bytes.size(),
-                              [&](Char* units, std::size_t)
-                              {
-                                  convert(bytes.data(), bytes.size(), units, decodeBlock,
-                                          [](char byte) { return decodeByte(static_cast<unsigned char>(byte)); });
-                                  return bytes.size();
-                              });
+    detail::resizeAndFill(text, bytes.size(),
+                          [&](Char* units) { convert(bytes.data(), bytes.size(), units, decodeBlock, decodeOne); });
     return text;
 }
 
 std::string encodeWindows1252(TextView text)
 {
     std::string bytes;
-    bytes.resize_and_overwrite(text.size(),
-                               [&](char* buffer, std::size_t)
-                               {
-                                   convert(text.data(), text.size(), buffer, encodeBlock, encodeUnit);
-                                   return text.size();
-                               });
+    detail::resizeAndFill(bytes, text.size(),
+                          [&](char* buffer) { convert(text.data(), text.size(), buffer, encodeBlock, encodeUnit); });
     return bytes;
 }
 

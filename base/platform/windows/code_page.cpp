@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "base/platform/detail/resize_and_fill.h"
+#include "base/platform/utf8.h"
 #include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform
@@ -13,32 +15,42 @@ namespace
 /// The system counts in int.
 bool fits(std::size_t size) { return size > 0 && size <= static_cast<std::size_t>(std::numeric_limits<int>::max()); }
 
+/// The system replaces ill-formed UTF-8 in its own way, so that is not left to it.
+bool isUtf8(std::uint32_t codePage) { return codePage == CP_UTF8 || (codePage == CP_ACP && GetACP() == CP_UTF8); }
+
 }  // namespace
 
 Text decodeCodePage(std::uint32_t codePage, std::string_view bytes)
 {
+    if (isUtf8(codePage)) return decodeUtf8(bytes);
     if (!fits(bytes.size())) return {};
     const int size = static_cast<int>(bytes.size());
     const int length = MultiByteToWideChar(codePage, 0, bytes.data(), size, nullptr, 0);
     if (length <= 0) return {};
 
     Text text;
-    text.resize_and_overwrite(static_cast<std::size_t>(length), [&](Char* buffer, std::size_t)
-                              { return MultiByteToWideChar(codePage, 0, bytes.data(), size, buffer, length); });
+    int converted = 0;
+    detail::resizeAndFill(text, static_cast<std::size_t>(length),
+                          [&](Char* buffer)
+                          { converted = MultiByteToWideChar(codePage, 0, bytes.data(), size, buffer, length); });
+    text.resize(static_cast<std::size_t>(converted));
     return text;
 }
 
 std::string encodeCodePage(std::uint32_t codePage, TextView text)
 {
+    if (isUtf8(codePage)) return encodeUtf8(text);
     if (!fits(text.size())) return {};
     const int length = static_cast<int>(text.size());
     const int size = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
     if (size <= 0) return {};
 
     std::string bytes;
-    bytes.resize_and_overwrite(
-        static_cast<std::size_t>(size), [&](char* buffer, std::size_t)
-        { return WideCharToMultiByte(codePage, 0, text.data(), length, buffer, size, nullptr, nullptr); });
+    int converted = 0;
+    const auto convert = [&](char* buffer)
+    { converted = WideCharToMultiByte(codePage, 0, text.data(), length, buffer, size, nullptr, nullptr); };
+    detail::resizeAndFill(bytes, static_cast<std::size_t>(size), convert);
+    bytes.resize(static_cast<std::size_t>(converted));
     return bytes;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -88,8 +89,7 @@ class Formatter
             m_output.write(TextView(plain, static_cast<std::size_t>(format - plain)));
             if (*format == 0) break;
             auto directive = readDirective(++format);
-            if (!directive) return -1;
-            takeNumbers(*directive);
+            if (!directive || !takeNumbers(*directive)) return -1;
             write(*directive);
         }
         constexpr auto LIMIT = static_cast<std::uint64_t>(std::numeric_limits<int>::max());
@@ -104,16 +104,18 @@ class Formatter
     }
 
     /// Width and precision that are arguments. A negative width aligns to the left, a negative precision is none.
-    void takeNumbers(Directive& directive)
+    /// False for a width that is out of range.
+    bool takeNumbers(Directive& directive)
     {
         if (directive.widthFromArgument)
         {
-            const std::int64_t width = take<int>();
+            const int width = take<int>();
+            if (width == std::numeric_limits<int>::min()) return false;
             directive.leftAligned = directive.leftAligned || width < 0;
-            constexpr std::int64_t LIMIT = std::numeric_limits<int>::max();
-            directive.width = static_cast<int>(std::min(width < 0 ? -width : width, LIMIT));
+            directive.width = std::abs(width);
         }
         if (directive.precisionFromArgument) directive.precision = std::max(take<int>(), -1);
+        return true;
     }
 
     void write(const Directive& directive)

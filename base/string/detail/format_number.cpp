@@ -36,9 +36,11 @@ template <class T>
 std::string toChars(T magnitude, std::chars_format format, int precision)
 {
     // The digits before the point, those behind it, and an exponent.
-    std::string text(static_cast<std::size_t>(std::numeric_limits<T>::max_exponent10 + precision + 16), '\0');
-    const auto result = std::to_chars(text.data(), text.data() + text.size(), magnitude, format, precision);
-    text.resize(static_cast<std::size_t>(result.ptr - text.data()));
+    std::string text;
+    text.resize_and_overwrite(
+        static_cast<std::size_t>(std::numeric_limits<T>::max_exponent10 + precision + 16),
+        [&](char* buffer, std::size_t size)
+        { return std::to_chars(buffer, buffer + size, magnitude, format, precision).ptr - buffer; });
     return text;
 }
 
@@ -73,7 +75,9 @@ void formatGeneral(NumberText& text, const Directive& directive, T magnitude)
 
     Directive places = directive;
     const bool scientific = exponent < -4 || exponent >= precision;
-    places.precision = scientific ? precision - 1 : precision - 1 - exponent;
+    // A negative exponent asks for more places than the precision, which may be the largest there is.
+    const std::int64_t decimals = std::int64_t{precision} - 1 - (scientific ? 0 : exponent);
+    places.precision = static_cast<int>(std::min<std::int64_t>(decimals, std::numeric_limits<int>::max()));
     formatPlaces(text, places, magnitude, scientific);
     if (directive.alternate) return;
 
