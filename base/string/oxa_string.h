@@ -339,8 +339,8 @@ class OXA_API String
     bool endsWith(const String& suffix, bool ignoreCase) const noexcept;
     bool endsWith(const String& suffix) const noexcept { return endsWith(suffix, false); }
 
-    /// Each returns the number of replacements. The single-unit form stops at the first zero; the others resume after
-    /// the insertion, take a null or NIL `to` as the empty text and do nothing for a null or empty `from`.
+    /// Each stops at the first zero and returns the number of replacements. Those of texts resume after the insertion,
+    /// take a null or NIL `to` as the empty text and do nothing for a null or empty `from`.
     int replace(Char from, Char to) noexcept;
     int replace(const Char* from, const Char* to);
     int replace(const String& from, const String& to) { return replace(from.stringPath(), to.stringPath()); }

@@ -35,9 +35,7 @@ int String::find(const Char* text, int start) const noexcept
     const TextView pattern = text;
     const TextView searched = view().substr(static_cast<std::size_t>(start));
     const std::size_t hit = platform::findText(searched.data(), searched.size(), pattern.data(), pattern.size());
-    // What stands behind the first zero is not part of the text, so a hit there is none.
-    if (hit == platform::NOT_FOUND || platform::findUnit(searched.data(), hit, 0) != platform::NOT_FOUND) return -1;
-    return start + static_cast<int>(hit);
+    return hit == platform::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
 
 int String::find(Char c, int start) const noexcept

@@ -107,6 +107,9 @@ TEST(StringEdit, ReplacesTextsWithoutScanningTheInsertion)
         EXPECT_EQ(String(text).replace(pattern, to), count);
         EXPECT_EQ(String(text).replace(from, replacement), count);
     }
+    String zeros = test::literal(OXA_TEXT("a\0a"));
+    EXPECT_EQ(zeros.replace(OXA_TEXT("a"), OXA_TEXT("bc")), 1);
+    EXPECT_EQ(zeros.view(), TextView(OXA_TEXT("bc\0a"), 4));
     String self(OXA_TEXT("ab"));
     EXPECT_EQ(self.replace(self.stringPath() + 1, self.stringPath()), 1);
     EXPECT_EQ(self, OXA_TEXT("aab"));

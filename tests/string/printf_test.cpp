@@ -81,6 +81,19 @@ TEST(StringPrintf, MalformedFormatsLeaveTheTextAsItWas)
     EXPECT_TRUE(text.compareEquality(String::EMPTY));
 }
 
+TEST(StringPrintf, ResultsOfMoreThanTheLargestIntAreRefused)
+{
+    EXPECT_EQ(printed(OXA_TEXT("%*d"), INT_MIN, 1), "NIL");
+    EXPECT_EQ(printed(OXA_TEXT("%.2147483647d"), -1), "NIL");
+    EXPECT_EQ(printed(OXA_TEXT("%.2147483647f"), 1.5), "NIL");
+    EXPECT_EQ(printed(OXA_TEXT("%.2147483647e"), 1.5), "NIL");
+    EXPECT_EQ(printed(OXA_TEXT("%.2147483647a"), 1.5), "NIL");
+    EXPECT_EQ(printed(OXA_TEXT("%#.2147483647g"), 0.0001220703125), "NIL");
+    // Its zeros are not shown, so it is short.
+    EXPECT_EQ(printed(OXA_TEXT("%.2147483647g"), 0.0001220703125), "0.0001220703125");
+    EXPECT_EQ(printed(OXA_TEXT("%.*d"), INT_MIN, 1), "1");
+}
+
 TEST(StringPrintf, ArgumentsMayLieInTheTextItself)
 {
     String text(OXA_TEXT("abc"));
@@ -117,6 +130,8 @@ TEST(StringPrintf, FloatingPointForms)
     EXPECT_EQ(printed(OXA_TEXT("%g %g %#g %.3g %.10g"), 1e6, 0.0001, 1.0, 1234.0, 0.1),
               "1e+06 0.0001 1.00000 1.23e+03 0.1");
     EXPECT_EQ(printed(OXA_TEXT("%a %A %.2a %a"), 1.5, -0.15625, 1.0, 0.0), "0x1.8p+0 -0X1.4P-3 0x1.00p+0 0x0p+0");
+    EXPECT_EQ(printed(OXA_TEXT("%.0a %.0a %.1a %a"), 1.5, 2.5, 1.96875, std::numeric_limits<double>::denorm_min()),
+              "0x2p+0 0x1p+1 0x2.0p+0 0x0.0000000000001p-1022");
     EXPECT_EQ(printed(OXA_TEXT("%05f|%-8F|%+g|% g"), std::numeric_limits<double>::infinity(), std::nan(""),
                       std::numeric_limits<double>::infinity(), 1.0),
               "  inf|NAN     |+inf| 1");
@@ -162,6 +177,7 @@ TEST(StringPrintf, RandomNumbersPrintLikeTheRunTimeLibrary)
         const double value = std::ldexp(static_cast<double>(bits), static_cast<int>(random() % 200) - 150);
         compareWithRunTimeLibrary(random, "", "fFeEgG", random() % 2 == 0 ? value : -value);
         compareWithRunTimeLibrary(random, "", "fFeEgG", static_cast<double>(random() % 10000) / 16);
+        compareWithRunTimeLibrary(random, "L", "fFeEgG", static_cast<long double>(bits) / 1024);
     }
 }
 

@@ -65,6 +65,9 @@ class Converter
 
     explicit operator bool() const { return m_handle != iconv_t(-1); }
 
+    /// As if newly opened.
+    void reset() { iconv(m_handle, nullptr, nullptr, nullptr, nullptr); }
+
     /// Converts what can be converted. `input` keeps what was not, and begins with what stopped it.
     template <class Result>
     Stop run(std::string_view& input, Result& result)
@@ -97,11 +100,61 @@ std::string_view bytesOf(TextView text)
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(Char)};
 }
 
+/// Takes a result in place of a string and only counts it.
+template <class C>
+struct Measure
+{
+    using value_type = C;
+
+    void append(const C*, std::size_t count) { size += count; }
+    void push_back(C) { ++size; }
+
+    std::size_t size = 0;
+};
+
+template <class Result>
+void decodeAll(Converter& converter, std::uint32_t page, std::string_view rest, Result& text)
+{
+    // A letter that is sent alone stays alone.
+    const std::size_t step = joinsMarks(page) ? 1 : rest.size();
+    while (!rest.empty())
+    {
+        std::string_view part = rest.substr(0, step);
+        const std::size_t length = part.size();
+        const Stop stop = converter.run(part, text);
+        const std::string_view done = rest.substr(0, length - part.size());
+        rest.remove_prefix(done.size());
+        if (stop == Stop::END) continue;
+        const bool isBehind = part.empty() || failsBehind(page, done);
+        text.push_back(unitOfUnassigned(page, static_cast<unsigned char>(isBehind ? done.back() : rest.front())));
+        if (!isBehind) rest.remove_prefix(stop == Stop::INCOMPLETE ? rest.size() : replacedLength(page, rest));
+    }
+}
+
 /// In the page's own spelling, and after the end of a shifted passage where it has such.
-void appendQuestionMark(Converter& converter, std::string& bytes)
+template <class Result>
+void appendQuestionMark(Converter& converter, Result& bytes)
 {
     std::string_view mark = bytesOf(OXA_TEXT("?"));
     converter.run(mark, bytes);
+}
+
+template <class Result>
+void encodeAll(Converter& converter, std::uint32_t page, TextView rest, Result& bytes)
+{
+    while (!rest.empty())
+    {
+        std::string_view part = bytesOf(rest);
+        converter.run(part, bytes);
+        rest.remove_prefix(rest.size() - part.size() / sizeof(Char));
+        if (rest.empty()) return;
+        // Of a surrogate pair each half is replaced on its own.
+        if (const auto byte = unassignedByte(page, rest.front()))
+            bytes.push_back(*byte);
+        else
+            appendQuestionMark(converter, bytes);
+        rest.remove_prefix(1);
+    }
 }
 
 }  // namespace
@@ -115,22 +168,12 @@ Text decodeCodePage(std::uint32_t codePage, std::string_view bytes)
     Converter converter(UTF_16, iconvName(page));
     if (!converter) return {};
 
+    Measure<Char> measure;
+    decodeAll(converter, page, bytes, measure);
+    converter.reset();
     Text text;
-    std::string_view rest = bytes;
-    // A letter that is sent alone stays alone.
-    const std::size_t step = joinsMarks(page) ? 1 : bytes.size();
-    while (!rest.empty())
-    {
-        std::string_view part = rest.substr(0, step);
-        const std::size_t length = part.size();
-        const Stop stop = converter.run(part, text);
-        const std::string_view done = rest.substr(0, length - part.size());
-        rest.remove_prefix(done.size());
-        if (stop == Stop::END) continue;
-        const bool isBehind = part.empty() || failsBehind(page, done);
-        text += unitOfUnassigned(page, static_cast<unsigned char>(isBehind ? done.back() : rest.front()));
-        if (!isBehind) rest.remove_prefix(stop == Stop::INCOMPLETE ? rest.size() : replacedLength(page, rest));
-    }
+    text.reserve(measure.size);
+    decodeAll(converter, page, bytes, text);
     return text;
 }
 
@@ -143,21 +186,12 @@ std::string encodeCodePage(std::uint32_t codePage, TextView text)
     Converter converter(iconvName(page), UTF_16);
     if (!converter) return {};
 
+    Measure<char> measure;
+    encodeAll(converter, page, text, measure);
+    converter.reset();
     std::string bytes;
-    TextView rest = text;
-    while (!rest.empty())
-    {
-        std::string_view part = bytesOf(rest);
-        converter.run(part, bytes);
-        rest.remove_prefix(rest.size() - part.size() / sizeof(Char));
-        if (rest.empty()) break;
-        // Of a surrogate pair each half is replaced on its own.
-        if (const auto byte = unassignedByte(page, rest.front()))
-            bytes += *byte;
-        else
-            appendQuestionMark(converter, bytes);
-        rest.remove_prefix(1);
-    }
+    bytes.reserve(measure.size);
+    encodeAll(converter, page, text, bytes);
     return bytes;
 }
 

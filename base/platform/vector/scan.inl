@@ -42,7 +42,7 @@ inline bool sameUnits(const Char* a, const Char* b, std::size_t length)
 }
 
 /// `i` runs over the places where the pattern can begin. Both its ends are looked for at once, so that the rest is
-/// compared rarely.
+/// compared rarely. A zero ends the search.
 template <class V>
 std::size_t findTextBy(const Char* text, std::size_t places, const Char* pattern, std::size_t patternLength,
                        std::size_t i)
@@ -50,7 +50,7 @@ std::size_t findTextBy(const Char* text, std::size_t places, const Char* pattern
     const std::size_t last = patternLength - 1;
     if constexpr (std::is_same_v<V, Scalar>)
     {
-        for (; i < places; ++i)
+        for (; i < places && text[i] != 0; ++i)
             if (text[i] == pattern[0] && text[i + last] == pattern[last] && sameUnits(text + i, pattern, last)) return i;
         return NOT_FOUND;
     }
@@ -58,13 +58,17 @@ std::size_t findTextBy(const Char* text, std::size_t places, const Char* pattern
     {
         const auto firstUnit = V::splat(pattern[0]);
         const auto lastUnit = V::splat(pattern[last]);
+        const auto zero = V::splat(0);
         for (; i < places && places - i >= V::UNITS; i += V::UNITS)
         {
-            unsigned hits = V::mask(V::both(V::equal(V::load(text + i), firstUnit),
-                                            V::equal(V::load(text + i + last), lastUnit)));
-            for (; hits != 0; hits = V::withoutFirst(hits))
+            const auto units = V::load(text + i);
+            const auto hits = V::both(V::equal(units, firstUnit), V::equal(V::load(text + i + last), lastUnit));
+            const auto ends = V::equal(units, zero);
+            unsigned stops = V::mask(V::either(hits, ends));
+            for (; stops != 0; stops = V::withoutFirst(stops))
             {
-                const std::size_t place = i + V::firstUnit(hits);
+                const std::size_t place = i + V::firstUnit(stops);
+                if (text[place] == 0) return NOT_FOUND;
                 if (sameUnits(text + place, pattern, last)) return place;
             }
         }

@@ -36,11 +36,9 @@ template <class T>
 std::string toChars(T magnitude, std::chars_format format, int precision)
 {
     // The digits before the point, those behind it, and an exponent.
-    std::string text;
-    text.resize_and_overwrite(
-        static_cast<std::size_t>(std::numeric_limits<T>::max_exponent10 + precision + 16),
-        [&](char* buffer, std::size_t size)
-        { return std::to_chars(buffer, buffer + size, magnitude, format, precision).ptr - buffer; });
+    std::string text(static_cast<std::size_t>(std::numeric_limits<T>::max_exponent10 + precision + 16), '\0');
+    const auto result = std::to_chars(text.data(), text.data() + text.size(), magnitude, format, precision);
+    text.resize(static_cast<std::size_t>(result.ptr - text.data()));
     return text;
 }
 
