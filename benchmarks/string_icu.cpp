@@ -11,6 +11,24 @@ namespace
 
 const std::string ICU = "ICU";
 
+icu::UnicodeString escape(const icu::UnicodeString& text)
+{
+    icu::UnicodeString escaped;
+    for (int32_t i = 0; i < text.length(); ++i)
+    {
+        const char16_t c = text[i];
+        if (c == u'\n')
+            escaped.append(u"\\n", 2);
+        else if (c == u'\r')
+            escaped.append(u"\\r", 2);
+        else if (c == u'"' || c == u'\\')
+            escaped.append(u'\\').append(c);
+        else
+            escaped.append(c);
+    }
+    return escaped;
+}
+
 [[maybe_unused]] const bool registered = []
 {
     using icu::UnicodeString;
@@ -40,6 +58,7 @@ const std::string ICU = "ICU";
     add(work::COMPARE, ICU,
         [a = UnicodeString::fromUTF8(line), b = UnicodeString::fromUTF8(changedCase(line))]
         { keep(a.caseCompare(b, 0)); });
+    add(work::ESCAPE, ICU, [text = UnicodeString::fromUTF8(escapeSample())] { keep(escape(text)); });
     addCopyAndMove(ICU, UnicodeString(SEVEN.data()), [](const UnicodeString& text) { return UnicodeString(text); });
     return true;
 }();

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QTextStream>
 
+#include "benchmarks/floors.h"
 #include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
@@ -54,11 +55,11 @@ void addMaps()
         {
             QString list;
             for (int i = 0; i < 100; ++i)
-                list.append(name)
-                    .append(u' ')
-                    .append(QString::number(i))
-                    .append(u' ')
-                    .append(QString::number(values[static_cast<std::size_t>(i)], 'g', 14));
+            {
+                const double value = values[static_cast<std::size_t>(i)];
+                list.append(name).append(u' ').append(QString::number(i)).append(u' ');
+                list.append(QString::number(value, 'g', floors::precisionOf(value)));
+            }
             keep(list);
         },
         100);

@@ -1,10 +1,11 @@
 // The standard library and the run-time library.
 
 #include <charconv>
-#include <cmath>
 #include <cstdio>
+#include <cwchar>
 #include <sstream>
 
+#include "benchmarks/floors.h"
 #include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
@@ -14,9 +15,6 @@ namespace
 {
 
 const std::string STANDARD = "std";
-
-/// The precision that the library's rule gives.
-int precisionOf(double value) { return static_cast<int>(std::ceil(std::log10(value))) + 9; }
 
 }  // namespace
 
@@ -29,7 +27,8 @@ void addStandard()
             char buffer[400];
             for (const double value : values)
             {
-                std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, precisionOf(value));
+                std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general,
+                              floors::precisionOf(value));
                 keep(buffer);
             }
         },
@@ -41,7 +40,19 @@ void addStandard()
             char buffer[400];
             for (const double value : values)
             {
-                std::snprintf(buffer, sizeof buffer, "%.*g", precisionOf(value), value);
+                std::snprintf(buffer, sizeof buffer, "%.*g", floors::precisionOf(value), value);
+                keep(buffer);
+            }
+        },
+        1000);
+    add(
+        work::WRITE_DOUBLE, "swprintf",
+        [values = doublesSample()]
+        {
+            wchar_t buffer[400];
+            for (const double value : values)
+            {
+                std::swprintf(buffer, std::size(buffer), L"%.*g", floors::precisionOf(value), value);
                 keep(buffer);
             }
         },
@@ -51,7 +62,12 @@ void addStandard()
         [values = doublesSample()]
         {
             std::ostringstream list;
-            for (int i = 0; i < 100; ++i) list << "position" << ' ' << i << ' ' << values[static_cast<std::size_t>(i)];
+            for (int i = 0; i < 100; ++i)
+            {
+                const double value = values[static_cast<std::size_t>(i)];
+                list.precision(floors::precisionOf(value));
+                list << "position" << ' ' << i << ' ' << value;
+            }
             keep(list.str());
         },
         100);

@@ -24,13 +24,25 @@ struct FoldedLess
     const std::string line = asciiSample(64);
     add(work::COMPARE, WX, [a = wxString(line), b = wxString(changedCase(line))] { keep(a.CmpNoCase(b)); });
 
-    std::map<wxString, int, FoldedLess> filled;
+    using Map = std::map<wxString, int, FoldedLess>;
+    Map filled;
+    std::vector<wxString> names;
     std::vector<wxString> others;
     for (const std::string& name : namesSample())
     {
         filled.emplace(name, 1);
+        names.emplace_back(name);
         others.emplace_back(changedCase(name));
     }
+    add(
+        work::MAP_INSERT, WX,
+        [names]
+        {
+            Map map;
+            for (const wxString& name : names) map.emplace(name, 1);
+            keep(map);
+        },
+        static_cast<double>(names.size()));
     add(
         work::MAP_FIND, WX,
         [filled, others]

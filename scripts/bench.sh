@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Measures the library beside its peers and prints the ratios; the figures are in build/linux-bench/results.json, too.
+# Measures the library beside its peers and prints the ratios; the figures are in build/bench/results.json, too.
 # Arguments go to the benchmark program: scripts/bench.sh --benchmark_filter=S5
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build bench
 cmake --preset linux-bench -DCMAKE_CXX_COMPILER_LAUNCHER=ccache >/dev/null
 cmake --build --preset linux-bench --target string_benchmark >/dev/null
+mkdir -p build/bench
 exec build/linux-bench/bin/string_benchmark --benchmark_enable_random_interleaving=true --benchmark_repetitions=7 \
-  --benchmark_min_time=0.05 --json=build/linux-bench/results.json "$@"
+  --benchmark_min_time=0.05 --json=build/bench/results.json "$@"

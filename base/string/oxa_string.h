@@ -155,6 +155,11 @@ class OXA_API String
         return compareText(text);
     }
     template <std::same_as<ForeignChar> C>
+    int compare(C c) const
+    {
+        return compare(repeated(c, 1));
+    }
+    template <std::same_as<ForeignChar> C>
     int compare(const C* text) const
     {
         return compare(String(text));
@@ -167,6 +172,11 @@ class OXA_API String
     int compareIgnoreCase(const T& text) const noexcept
     {
         return compareTextIgnoreCase(text);
+    }
+    template <std::same_as<ForeignChar> C>
+    int compareIgnoreCase(C c) const
+    {
+        return compareIgnoreCase(repeated(c, 1));
     }
     template <std::same_as<ForeignChar> C>
     int compareIgnoreCase(const C* text) const
@@ -231,7 +241,7 @@ class OXA_API String
     template <TextLike T>
     String& operator+=(const T& text)
     {
-        return append(text);
+        return appendText(text);
     }
 
     /// The same as +=, for chains: text << name << OXA_TEXT(": ") << 5.
@@ -242,6 +252,21 @@ class OXA_API String
     friend String operator+(const String& a, const String& b) { return String(a) += b; }
     friend String operator+(const String& a, const Char* b) { return String(a) += b; }
     friend String operator+(const String& a, Char b) { return String(a) += b; }
+    template <std::same_as<ForeignChar> C>
+    friend String operator+(const String& a, C b)
+    {
+        return String(a) += b;
+    }
+    template <std::same_as<ForeignChar> C>
+    friend String operator+(String&& a, C b)
+    {
+        return std::move(a += b);
+    }
+    template <std::same_as<ForeignChar> C>
+    friend String operator+(C a, const String& b)
+    {
+        return (String() += a) += b;
+    }
     friend String operator+(String&& a, const String& b) { return std::move(a += b); }
     friend String operator+(String&& a, const Char* b) { return std::move(a += b); }
     friend String operator+(String&& a, Char b) { return std::move(a += b); }
@@ -299,11 +324,17 @@ class OXA_API String
     // ---- Search: the index of a match at or after `start`, or -1 ----------------------------------------------
     // -1 also for NIL, for an empty text and for a start that is negative or not below the length.
 
-    /// The first occurrence of `text` before the first zero; -1 for a null or empty one.
+    /// The first occurrence of `text` before the first zero from `start` on; -1 for a null or empty one.
     int find(const Char* text, int start = 0) const noexcept;
     int find(const String& text, int start = 0) const noexcept { return find(text.stringPath(), start); }
     /// In the whole stored text, embedded zeros included.
     int find(Char c, int start = 0) const noexcept;
+    /// A character beyond U+FFFF is found as the pair that it is stored as.
+    template <std::same_as<ForeignChar> C>
+    int find(C c, int start = 0) const
+    {
+        return isUnit(c) ? find(static_cast<Char>(c), start) : find(repeated(c, 1), start);
+    }
     /// The last occurrence, which may overlap others; -1 for a null or empty text.
     int findLastOf(const Char* text) const noexcept;
     int findLastOf(const String& text) const noexcept { return findLastOf(text.stringPath()); }
@@ -371,6 +402,8 @@ class OXA_API String
     int compareText(TextView text) const noexcept;
     int compareTextIgnoreCase(TextView text) const noexcept;
     String& append(TextView text);
+    String& appendText(TextView text);
+    static bool isUnit(ForeignChar c) noexcept { return static_cast<std::make_unsigned_t<ForeignChar>>(c) <= 0xFFFF; }
     String& appendSigned(long long value);
     String& appendUnsigned(unsigned long long value);
     void becomeEmpty() noexcept;

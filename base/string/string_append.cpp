@@ -14,6 +14,12 @@ String& String::append(TextView text)
     return *this;
 }
 
+/// The text up to its first zero; NIL takes the whole.
+String& String::appendText(TextView text)
+{
+    return append(m_present ? text.substr(0, platform::findUnit(text.data(), text.size(), 0)) : text);
+}
+
 String& String::appendSigned(long long value)
 {
     Char buffer[detail::INTEGER_CAPACITY];
@@ -47,11 +53,6 @@ String& String::operator+=(Char c)
 
 String& String::operator+=(const Char* text) { return text == nullptr ? *this : append(text); }
 
-String& String::operator+=(const String& other)
-{
-    if (!m_present) return *this = other;
-    const TextView added = other.m_text;
-    return append(added.substr(0, platform::findUnit(added.data(), added.size(), 0)));
-}
+String& String::operator+=(const String& other) { return m_present ? appendText(other.m_text) : *this = other; }
 
 }  // namespace Oxa_1_1

@@ -100,7 +100,7 @@ void String::reverse() noexcept { std::reverse(m_text.begin(), m_text.end()); }
 
 String String::shortenString(int maxLength, int headLength) const
 {
-    if (length() <= maxLength) return *this;
+    if (isNil() || length() <= maxLength) return *this;
     const auto limit = static_cast<std::size_t>(std::max(maxLength, 0));
     const std::size_t forHead = limit - std::min(limit, ELLIPSIS.size());
     const TextView head = shortHead(m_text, static_cast<std::size_t>(std::max(headLength, 0))).substr(0, forHead);

@@ -30,11 +30,12 @@ bool readQuoted(std::streambuf& buffer, std::string& token)
     return false;
 }
 
-/// Reads up to white space, which stays in the stream; false at the end of input.
+/// Reads up to white space, which stays in the stream; false at the end of input. The first character counts whatever
+/// it is: what is blank before a token is the stream's locale's to say.
 bool readWord(std::streambuf& buffer, std::string& token)
 {
     int c = buffer.sgetc();
-    for (; !isEnd(c) && !isBlank(c); c = buffer.snextc()) token += Traits::to_char_type(c);
+    for (; !isEnd(c) && (token.empty() || !isBlank(c)); c = buffer.snextc()) token += Traits::to_char_type(c);
     return !isEnd(c);
 }
 

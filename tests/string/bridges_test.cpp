@@ -43,6 +43,11 @@ TEST(StringBridges, LiteralsOfEitherWidthAreTheSameText)
     EXPECT_TRUE(text.endsWith(L"YZ", true));
     text.write(L"hello", 2);
     EXPECT_EQ(L"<" + text + L">", u"<scan_yzhe>");
+    EXPECT_EQ(String(u"a") + L'b' + u'c', u"abc");
+    EXPECT_EQ(L'a' + String(u"b"), u"ab");
+    EXPECT_EQ(String(u"a").compare(L'a') + String(u"A").compareIgnoreCase(u'a'), 0);
+    EXPECT_EQ(String(u"ab").find(L'b') + String(u"ab").find(u'b'), 2);
+    EXPECT_EQ((String(u"x") += TextView(OXA_TEXT("a\0b"), 3)).length(), 2);
 }
 
 TEST(StringBridges, PointersNeverTurnIntoTruthValues)

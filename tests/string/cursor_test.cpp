@@ -166,6 +166,7 @@ TEST(StringExtract, FloatingPointNumbers)
         {OXA_TEXT("  word"), 0, OXA_TEXT("word")},
         {OXA_TEXT("0x1.8p1;"), 3, OXA_TEXT(";")},
         {OXA_TEXT("0xg"), 0, OXA_TEXT("xg")},
+        {OXA_TEXT("+\x10x1F"), 0, OXA_TEXT("+\x10x1F")},
         {OXA_TEXT("-Infinity!"), -INFINITE, OXA_TEXT("!")},
         {OXA_TEXT("inf inf"), INFINITE, OXA_TEXT(" inf")},
         {OXA_TEXT("1e400 "), INFINITE, OXA_TEXT(" ")},

@@ -149,7 +149,7 @@ TEST(StringEdit, ShortenedTexts)
     };
     for (const auto& [maxLength, headLength, expected] : cases)
         EXPECT_EQ(path.shortenString(maxLength, headLength), expected) << maxLength << ' ' << headLength;
-    EXPECT_TRUE(String::NIL.shortenString(3, 0).isNil());
+    EXPECT_TRUE(String::NIL.shortenString(3, 0).isNil() && String::NIL.shortenString(-1, 0).isNil());
 
     // Whatever is asked for: it fits, begins like the text or with the ellipsis, and ends like the text.
     for (int maxLength = 0; maxLength < 45; ++maxLength)

@@ -38,7 +38,7 @@ std::size_t matchWord(TextView text, std::string_view word)
 {
     if (text.size() < word.size()) return 0;
     for (std::size_t i = 0; i < word.size(); ++i)
-        if ((text[i] | 0x20) != word[i]) return 0;
+        if (platform::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
     return word.size();
 }
 

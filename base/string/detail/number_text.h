@@ -31,8 +31,8 @@ std::size_t writeSigned(Char* out, long long value) noexcept;
 std::size_t writeUnsigned(Char* out, unsigned long long value) noexcept;
 
 /// As printf's %.*g does with a precision of ceil(log10(|value|)) + decimals for magnitudes of 1 or more and of
-/// digitsBelowOne for smaller ones: correctly rounded, no trailing zeros, an exponent below 0.0001.
-/// "nan", "inf", "-inf".
+/// digitsBelowOne for smaller ones, the logarithm taken exactly: correctly rounded, no trailing zeros, an exponent
+/// below 0.0001. "nan", "inf", "-inf".
 std::size_t writeFloating(Char* out, double value, const FloatingRule& rule) noexcept;
 
 }  // namespace Oxa_1_1::detail
