@@ -403,7 +403,7 @@ class OXA_API String
     int compareTextIgnoreCase(TextView text) const noexcept;
     String& append(TextView text);
     String& appendText(TextView text);
-    static bool isUnit(ForeignChar c) noexcept { return static_cast<std::make_unsigned_t<ForeignChar>>(c) <= 0xFFFF; }
+    static bool isUnit(ForeignChar c) noexcept { return static_cast<ForeignChar>(static_cast<Char>(c)) == c; }
     String& appendSigned(long long value);
     String& appendUnsigned(unsigned long long value);
     void becomeEmpty() noexcept;
