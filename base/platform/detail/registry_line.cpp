@@ -139,7 +139,8 @@ bool RegistryScanner::readBytes(std::vector<std::byte>& bytes)
     {
         if (!skipContinuation()) return false;
         std::uint32_t byte = 0;
-        if (!readDigits(2, byte)) return true;
+        if (digitValue(peek()) > 15) return true;
+        if (!readDigits(2, byte)) return false;
         bytes.push_back(static_cast<std::byte>(byte));
         if (!skipContinuation()) return false;
         if (!take(OXA_TEXT(","))) return true;
