@@ -30,7 +30,7 @@ class WineLibrary : public testing::TestWithParam<const char*>
 inline auto wineLibraries()
 {
     return testing::Values("comctl32.dll", "comdlg32.dll", "msi.dll", "oleaut32.dll", "regedit.exe", "shell32.dll",
-                           "user32.dll", "winmm.dll");
+                           "user32.dll", "wininet.dll");
 }
 
 inline std::string nameOfLibrary(const testing::TestParamInfo<const char*>& library)
