@@ -21,6 +21,13 @@ void* operator new(std::size_t size)
     throw std::bad_alloc();
 }
 
+// The standard algorithms take their memory so, and give it back to the same functions.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    ++allocations;
+    return std::malloc(size);
+}
+
 void operator delete(void* memory) noexcept { std::free(memory); }
 
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }

@@ -1,8 +1,8 @@
 #include "base/platform/detail/resource_list.h"
 
 #include <algorithm>
-#include <compare>
 #include <cstdint>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -51,12 +51,7 @@ struct Place
     /// Among the entries as they lie in the file.
     std::size_t index;
 
-    auto operator<=>(const Place&) const = default;
-
-    bool hasSameKey(const Place& other) const
-    {
-        return type == other.type && name == other.name && language == other.language;
-    }
+    auto key() const { return std::tie(type, name, language); }
 };
 
 }  // namespace
@@ -69,9 +64,11 @@ void ResourceList::sort()
     for (const ResourceEntry& entry : entries)
         places.push_back({rank(entry.type), rank(entry.name), entry.language, places.size()});
 
-    std::sort(places.begin(), places.end());
+    std::sort(places.begin(), places.end(),
+              [](const Place& a, const Place& b)
+              { return a.key() != b.key() ? a.key() < b.key() : a.index < b.index; });
     const auto end =
-        std::unique(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.hasSameKey(b); });
+        std::unique(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.key() == b.key(); });
     places.erase(end, places.end());
 
     std::vector<ResourceEntry> sorted;
