@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
+#include <utility>
 
+#include "base/platform/detail/resize_and_fill.h"
+#include "base/platform/text_escape.h"
+#include "base/platform/text_scan.h"
 #include "base/string/oxa_string.h"
 
 namespace Oxa_1_1
@@ -15,25 +19,7 @@ namespace
 /// The length of \uXXXX.
 constexpr std::size_t UNICODE_ESCAPE = 6;
 
-/// The character behind the backslash that stands for `c`; 0 when `c` stands for itself.
-constexpr Char escapeLetter(Char c)
-{
-    switch (c)
-    {
-        case '\n':
-            return 'n';
-        case '\r':
-            return 'r';
-        case '"':
-            return '"';
-        case '\\':
-            return '\\';
-        default:
-            return 0;
-    }
-}
-
-/// The reverse: what backslash and `letter` stand for; 0 when that is no escape.
+/// What backslash and `letter` stand for; 0 when that is no escape.
 constexpr Char escapedCharacter(Char letter)
 {
     switch (letter)
@@ -49,29 +35,6 @@ constexpr Char escapedCharacter(Char letter)
         default:
             return 0;
     }
-}
-
-constexpr bool isUnicodeEscaped(Char c) { return c >= 0x80; }
-
-std::size_t escapedLength(TextView text, bool unicode)
-{
-    std::size_t length = text.size();
-    for (const Char c : text)
-    {
-        length += escapeLetter(c) != 0;
-        length += unicode && isUnicodeEscaped(c) ? UNICODE_ESCAPE - 1 : 0;
-    }
-    return length;
-}
-
-/// Writes \uXXXX so that it ends at `end`; returns where it begins.
-Char* writeUnicodeEscape(Char* end, Char c)
-{
-    constexpr TextView DIGITS = OXA_TEXT("0123456789ABCDEF");
-    for (int shift = 0; shift < 16; shift += 4) *--end = DIGITS[(c >> shift) & 0xF];
-    *--end = 'u';
-    *--end = '\\';
-    return end;
 }
 
 std::optional<std::uint32_t> hexadecimalDigit(Char c)
@@ -112,51 +75,43 @@ std::optional<Unescaped> readEscape(TextView text, bool unicode)
     return character ? std::optional(Unescaped{*character, UNICODE_ESCAPE}) : std::nullopt;
 }
 
+/// The index of the first backslash, the length without one.
+std::size_t findBackslash(TextView text)
+{
+    return std::min(platform::findUnit(text.data(), text.size(), '\\'), text.size());
+}
+
 }  // namespace
 
 void String::controlsToEsc(bool unicode)
 {
-    const std::size_t oldLength = m_text.size();
-    const std::size_t newLength = escapedLength(m_text, unicode);
-    if (newLength == oldLength) return;
+    const std::size_t length = platform::escapedLength(m_text, unicode);
+    if (length == m_text.size()) return;
 
-    // From the back, so that the text makes room for itself.
-    m_text.resize(newLength);
-    const Char* source = m_text.data() + oldLength;
-    Char* target = m_text.data() + newLength;
-    while (source != target)
-    {
-        const Char c = *--source;
-        const Char letter = escapeLetter(c);
-        if (unicode && isUnicodeEscaped(c))
-        {
-            target = writeUnicodeEscape(target, c);
-            continue;
-        }
-        *--target = letter != 0 ? letter : c;
-        if (letter != 0) *--target = '\\';
-    }
+    Text escaped;
+    platform::detail::resizeAndFill(escaped, length, [&](Char* out) { platform::escape(m_text, unicode, out); });
+    m_text = std::move(escaped);
 }
 
 int String::escToControls(bool unicode)
 {
-    std::size_t target = m_text.find(Char('\\'));
-    if (target == Text::npos) return -1;
+    std::size_t source = findBackslash(m_text);
+    if (source == m_text.size()) return -1;
 
     int count = 0;
-    std::size_t source = target;
+    std::size_t target = source;
     while (source < m_text.size())
     {
-        if (m_text[source] != '\\')
-        {
-            m_text[target++] = m_text[source++];
-            continue;
-        }
         const auto escape = readEscape(view().substr(source), unicode);
         if (!escape) break;
         m_text[target++] = escape->character;
         source += escape->length;
         ++count;
+        // What stands before the next escape moves as a whole.
+        const std::size_t plain = findBackslash(view().substr(source));
+        Text::traits_type::move(&m_text[target], &m_text[source], plain);
+        target += plain;
+        source += plain;
     }
     m_text.erase(target, source - target);
     return count;

@@ -11,6 +11,7 @@ struct Avx2
 
     static Register load(const Char* units) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(units)); }
     static Register loadBytes(const char* bytes) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes)); }
+    static void store(Register r, Char* units) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(units), r); }
     static Register splat(Char c) { return _mm256_set1_epi16(static_cast<short>(c)); }
     static Register equal(Register a, Register b) { return _mm256_cmpeq_epi16(a, b); }
     static Register either(Register a, Register b) { return _mm256_or_si256(a, b); }

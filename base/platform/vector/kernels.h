@@ -39,6 +39,10 @@ struct TextKernels
     // Convert the front part that lies well within both buffers and is plain enough, which may be none of it.
     Progress (*decodeUtf8)(const char* bytes, std::size_t length, Char* units, std::size_t capacity);
     Progress (*encodeUtf8)(const Char* units, std::size_t length, char* bytes, std::size_t capacity);
+
+    // As text_escape.h describes them.
+    std::size_t (*escapedLength)(const Char* text, std::size_t length, bool unicode);
+    void (*escape)(const Char* text, std::size_t length, bool unicode, Char* out);
 };
 
 /// Those for this processor.

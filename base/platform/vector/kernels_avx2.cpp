@@ -37,6 +37,8 @@ constinit const TextKernels AVX2_KERNELS{
     countBytes<Avx2>,
     decodeUtf8Avx2,
     encodeUtf8Avx2,
+    escapedLength<Avx2>,
+    escape<Avx2>,
 };
 
 }  // namespace Oxa_1_1::platform

@@ -4,6 +4,7 @@
 
 #include "base/platform/character.h"
 #include "base/platform/text_scan.h"
+#include "base/platform/vector/bits.h"
 #include "base/platform/vector/kernels.h"
 
 namespace Oxa_1_1::platform
@@ -12,7 +13,7 @@ namespace Oxa_1_1::platform
 namespace
 {
 
-#include "base/platform/vector/scan.inl"
+#include "base/platform/vector/escape.inl"
 
 Progress none(const char*, std::size_t, Char*, std::size_t) { return {0, 0}; }
 
@@ -34,6 +35,8 @@ constinit const TextKernels SCALAR_KERNELS{
     countBytes<Scalar>,
     none,
     none,
+    escapedLength<Scalar>,
+    escape<Scalar>,
 };
 
 }  // namespace Oxa_1_1::platform

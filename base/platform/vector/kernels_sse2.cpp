@@ -40,6 +40,8 @@ constinit const TextKernels SSE2_KERNELS{
     countBytes<Sse2>,
     none,
     none,
+    escapedLength<Sse2>,
+    escape<Sse2>,
 };
 
 }  // namespace Oxa_1_1::platform

@@ -1,6 +1,6 @@
 // Vectors of 128 bits. Included like scan.inl.
 
-#include "base/platform/vector/scan.inl"
+#include "base/platform/vector/escape.inl"
 
 struct Sse2
 {
@@ -11,6 +11,7 @@ struct Sse2
 
     static Register load(const Char* units) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(units)); }
     static Register loadBytes(const char* bytes) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)); }
+    static void store(Register r, Char* units) { _mm_storeu_si128(reinterpret_cast<__m128i*>(units), r); }
     static Register splat(Char c) { return _mm_set1_epi16(static_cast<short>(c)); }
     static Register equal(Register a, Register b) { return _mm_cmpeq_epi16(a, b); }
     static Register either(Register a, Register b) { return _mm_or_si128(a, b); }
