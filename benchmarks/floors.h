@@ -298,54 +298,71 @@ OXA_AVX2 inline __m256i escapedByLetter(__m256i units)
 
 inline bool isEscapedByLetter(char16_t c) { return c == '\n' || c == '\r' || c == '"' || c == '\\'; }
 
-inline char16_t* writeEscape(char16_t* out, char16_t c)
+/// Returns its length.
+inline std::size_t writeEscape(char16_t* out, char16_t c)
 {
-    *out++ = '\\';
+    out[0] = '\\';
     if (c < 0x80)
     {
-        *out++ = c == '\n' ? u'n' : c == '\r' ? u'r' : c;
-        return out;
+        out[1] = c == '\n' ? u'n' : c == '\r' ? u'r' : c;
+        return 2;
     }
-    *out++ = 'u';
-    for (int shift = 12; shift >= 0; shift -= 4) *out++ = u"0123456789ABCDEF"[(c >> shift) & 15];
-    return out;
+    out[1] = 'u';
+    for (int i = 0; i < 4; ++i) out[2 + i] = u"0123456789ABCDEF"[(c >> (12 - 4 * i)) & 15];
+    return 6;
 }
 
+inline std::size_t sumOf(const std::uint16_t (&counts)[BLOCK])
+{
+    std::size_t sum = 0;
+    for (const std::uint16_t count : counts) sum += count;
+    return sum;
+}
+
+/// Of less than a million units: the hits of each place in a block are counted there.
 OXA_AVX2 inline std::size_t escapedSize(std::u16string_view text)
 {
-    std::size_t size = text.size();
+    __m256i letters = _mm256_setzero_si256();
+    __m256i others = _mm256_setzero_si256();
     std::size_t i = 0;
     for (; i + BLOCK <= text.size(); i += BLOCK)
     {
         const __m256i units = load(text.data() + i);
-        size += static_cast<std::size_t>(std::popcount(mask(escapedByLetter(units)))) / 2;
-        size += static_cast<std::size_t>(std::popcount(mask(beyondAscii(units)))) / 2 * 5;
+        letters = _mm256_sub_epi16(letters, escapedByLetter(units));
+        others = _mm256_sub_epi16(others, beyondAscii(units));
     }
+    std::uint16_t counts[2][BLOCK];
+    std::memcpy(counts[0], &letters, sizeof letters);
+    std::memcpy(counts[1], &others, sizeof others);
+    std::size_t size = text.size() + sumOf(counts[0]) + 5 * sumOf(counts[1]);
     for (; i < text.size(); ++i) size += isEscapedByLetter(text[i]) ? 1 : text[i] < 0x80 ? 0 : 5;
     return size;
 }
 
-/// Copies a block, and goes on behind the first unit of it that is escaped.
+/// Copies each block; behind each escape in it, its rest is copied once more, as far as another block would reach.
 OXA_AVX2 inline Units escape(std::u16string_view text)
 {
-    auto result = std::make_unique_for_overwrite<char16_t[]>(escapedSize(text) + BLOCK);
+    auto result = std::make_unique_for_overwrite<char16_t[]>(escapedSize(text) + 1);
     char16_t* out = result.get();
     const char16_t* from = text.data();
     const char16_t* const end = from + text.size();
-    while (end - from >= static_cast<std::ptrdiff_t>(BLOCK))
+    for (; end - from >= static_cast<std::ptrdiff_t>(2 * BLOCK); from += BLOCK, out += BLOCK)
     {
         const __m256i units = load(from);
         store(out, units);
-        const unsigned hits = mask(_mm256_or_si256(escapedByLetter(units), beyondAscii(units)));
-        const std::size_t clean = hits == 0 ? BLOCK : firstUnit(hits);
-        out += clean;
-        from += clean;
-        if (hits != 0) out = writeEscape(out, *from++);
+        unsigned hits = mask(_mm256_or_si256(escapedByLetter(units), beyondAscii(units)));
+        for (; hits != 0; hits &= ~(3U << (2 * firstUnit(hits))))
+        {
+            const std::size_t place = firstUnit(hits);
+            const std::size_t size = writeEscape(out + place, from[place]);
+            store(out + place + size, load(from + place + 1));
+            out += size - 1;
+        }
     }
     for (; from != end; ++from)
     {
         if (isEscapedByLetter(*from) || *from >= 0x80)
-            out = writeEscape(out, *from);
+            out += writeEscape(out, *from);
         else
             *out++ = *from;
     }
