@@ -1,6 +1,8 @@
 #include "base/platform/utf8.h"
 
 #include <cstdint>
+#include <cstring>
+#include <type_traits>
 
 #include "base/platform/detail/resize_and_fill.h"
 #include "base/platform/vector/kernels.h"
@@ -190,9 +192,35 @@ bool decodeTo(Text& text, const DecodePlan& plan)
     return complete;
 }
 
-}  // namespace
+/// Up to this length the calls of kernels take longer than the work.
+constexpr std::size_t SHORT = 64;
 
-Text decodeUtf8(std::string_view bytes)
+/// Whether all of a short text is ASCII, by words of eight bytes. The last one overlaps the one before it.
+template <class Source>
+bool isShortAscii(std::basic_string_view<Source> text)
+{
+    constexpr std::uint64_t BEYOND = sizeof(Source) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+    constexpr std::size_t STEP = sizeof(std::uint64_t) / sizeof(Source);
+    if (text.size() > SHORT) return false;
+    std::uint64_t all = 0;
+    const auto add = [&all](const Source* from)
+    {
+        std::uint64_t word = 0;
+        std::memcpy(&word, from, sizeof word);
+        all |= word;
+    };
+    if (text.size() < STEP)
+    {
+        for (const Source c : text) all |= static_cast<std::make_unsigned_t<Source>>(c);
+        return all < 0x80;
+    }
+    const Source* const last = text.data() + text.size() - STEP;
+    for (const Source* from = text.data(); from < last; from += STEP) add(from);
+    add(last);
+    return (all & BEYOND) == 0;
+}
+
+Text decodeByKernels(std::string_view bytes)
 {
     const TextKernels& kernels = textKernels();
     const std::size_t ascii = kernels.countAsciiBytes(bytes.data(), bytes.size());
@@ -206,7 +234,7 @@ Text decodeUtf8(std::string_view bytes)
     return text;
 }
 
-std::string encodeUtf8(TextView text)
+std::string encodeByKernels(TextView text)
 {
     const TextKernels& kernels = textKernels();
     const std::size_t ascii = kernels.countAsciiUnits(text.data(), text.size());
@@ -216,6 +244,18 @@ std::string encodeUtf8(TextView text)
     std::string result;
     detail::resizeAndFill(result, plan.size(), [&plan](char* bytes) { carryOut(plan, bytes); });
     return result;
+}
+
+}  // namespace
+
+Text decodeUtf8(std::string_view bytes)
+{
+    return isShortAscii(bytes) ? Text(bytes.begin(), bytes.end()) : decodeByKernels(bytes);
+}
+
+std::string encodeUtf8(TextView text)
+{
+    return isShortAscii(text) ? std::string(text.begin(), text.end()) : encodeByKernels(text);
 }
 
 }  // namespace Oxa_1_1::platform

@@ -149,6 +149,31 @@ TEST(Utf8, MixesOfAllLengthsAtEveryOffset)
     }
 }
 
+TEST(Utf8, OneOtherCharacterAtEveryPlaceOfAnAsciiText)
+{
+    const struct
+    {
+        Text text;
+        std::string bytes;
+    } others[] = {{OXA_TEXT("\x7F"), "\x7F"},
+                  {OXA_TEXT("\u0080"), "\xC2\x80"},
+                  {OXA_TEXT("\u0100"), "\xC4\x80"},
+                  {OXA_TEXT("\u8000"), "\xE8\x80\x80"}};
+    for (const auto& other : others)
+    {
+        for (std::size_t length = 0; length <= 70; ++length)
+        {
+            for (std::size_t place = 0; place <= length; ++place)
+            {
+                const test::ExactBuffer<Char> wide{Text(length, 'a').insert(place, other.text)};
+                const test::ExactBuffer<char> narrow{std::string(length, 'a').insert(place, other.bytes)};
+                ASSERT_EQ(decodeUtf8(narrow.view()), wide.view()) << length << ", " << place;
+                ASSERT_EQ(encodeUtf8(wide.view()), narrow.view()) << length << ", " << place;
+            }
+        }
+    }
+}
+
 TEST(Utf8, EachMaximalIllFormedPartIsOneReplacement)
 {
     const struct
