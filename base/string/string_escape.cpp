@@ -1,6 +1,5 @@
 // Escapes for one-line literals.
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -75,12 +74,6 @@ std::optional<Unescaped> readEscape(TextView text, bool unicode)
     return character ? std::optional(Unescaped{*character, UNICODE_ESCAPE}) : std::nullopt;
 }
 
-/// The index of the first backslash, the length without one.
-std::size_t findBackslash(TextView text)
-{
-    return std::min(platform::findUnit(text.data(), text.size(), '\\'), text.size());
-}
-
 }  // namespace
 
 void String::controlsToEsc(bool unicode)
@@ -95,23 +88,23 @@ void String::controlsToEsc(bool unicode)
 
 int String::escToControls(bool unicode)
 {
-    std::size_t source = findBackslash(m_text);
-    if (source == m_text.size()) return -1;
+    std::size_t target = platform::findUnit(m_text.data(), m_text.size(), '\\');
+    if (target == platform::NOT_FOUND) return -1;
 
     int count = 0;
-    std::size_t target = source;
+    std::size_t source = target;
     while (source < m_text.size())
     {
+        if (m_text[source] != '\\')
+        {
+            m_text[target++] = m_text[source++];
+            continue;
+        }
         const auto escape = readEscape(view().substr(source), unicode);
         if (!escape) break;
         m_text[target++] = escape->character;
         source += escape->length;
         ++count;
-        // What stands before the next escape moves as a whole.
-        const std::size_t plain = findBackslash(view().substr(source));
-        Text::traits_type::move(&m_text[target], &m_text[source], plain);
-        target += plain;
-        source += plain;
     }
     m_text.erase(target, source - target);
     return count;

@@ -48,6 +48,8 @@ std::size_t escapedLength(const Char* text, std::size_t length, bool unicode)
     return result;
 }
 
+constexpr Char HEXADECIMAL_DIGITS[] = OXA_TEXT("0123456789ABCDEF");
+
 /// Writes the escape of `c`; returns its length.
 inline std::size_t writeEscape(Char c, Char* out)
 {
@@ -58,11 +60,7 @@ inline std::size_t writeEscape(Char c, Char* out)
         return LETTER_ESCAPE;
     }
     out[1] = 'u';
-    for (int i = 0; i < 4; ++i)
-    {
-        const int digit = c >> (12 - 4 * i) & 0xF;
-        out[2 + i] = static_cast<Char>(digit < 10 ? '0' + digit : 'A' + digit - 10);
-    }
+    for (int i = 0; i < 4; ++i) out[2 + i] = HEXADECIMAL_DIGITS[c >> (12 - 4 * i) & 0xF];
     return UNICODE_ESCAPE;
 }
 
