@@ -12,6 +12,13 @@
 #define OXA_API __attribute__((visibility("default")))
 #endif
 
+/// Marks what every shared library and program has a copy of its own of.
+#ifdef _WIN32
+#define OXA_HIDDEN
+#else
+#define OXA_HIDDEN __attribute__((visibility("hidden")))
+#endif
+
 /// For constants of text: constant-initialised. Clang before 17 cannot evaluate GCC's std::basic_string at compile
 /// time; there they are the first to be initialised.
 #if defined(__clang__) && __clang_major__ < 17

@@ -4,6 +4,7 @@ option(OXA_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(OXA_BUILD_BENCHMARKS "Build the benchmarks" OFF)
 option(OXA_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
 set(OXA_SANITIZE "" CACHE STRING "Sanitizers to build everything with, as for -fsanitize=")
+option(OXA_WITH_MFC "Register the library as an extension of MFC (MSVC with MFC)" OFF)
 option(OXA_WARNINGS_AS_ERRORS "Let warnings fail the build" ${PROJECT_IS_TOP_LEVEL})
 
 set(CMAKE_CXX_EXTENSIONS OFF)

@@ -6,7 +6,7 @@ set -euo pipefail
 packages=()
 for job in "${@:-all}"; do
   case $job in
-    build | all) packages+=(g++ cmake ninja-build ccache googletest libc6-dev) ;;&
+    build | all) packages+=(g++ cmake ninja-build ccache googletest libc6-dev binutils-mingw-w64-x86-64) ;;&
     lint | all) packages+=(clang clang-format clang-tidy) ;;&
     fuzz | all) packages+=(clang libclang-rt-14-dev) ;;&
     windows | all) packages+=(g++-mingw-w64-x86-64-posix wine64 wine) ;;&

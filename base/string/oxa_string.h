@@ -17,6 +17,7 @@
 namespace Oxa_1_1
 {
 
+class Module;
 class String;
 
 /// A standard text or view that a String is compared with where it lies, without a copy.
@@ -95,6 +96,10 @@ class OXA_API String
     String(C c, int count) : String(repeated(c, count))
     {
     }
+
+    /// The entry `id` of the module's string table, from its translation if that has one, in the language that the
+    /// system prefers. "Error loading string resource!" for an entry that is missing or empty.
+    static String loadFromResource(unsigned int id, const Module& module);
 
     /// The host framework's text: NIL for a null buffer.
     template <FrameworkText T>

@@ -1,0 +1,15 @@
+// Compiled into every module: its start and end are those of its record.
+
+#include "base/module/module_entry.h"
+
+namespace Oxa_1_1
+{
+
+bool attachModule(HINSTANCE handle, std::span<const std::byte> compiledScript)
+{
+    return ModuleEntry::attach(handle, compiledScript);
+}
+
+void detachModule() { ModuleEntry::detach(); }
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,170 @@
+#include "base/module/language.h"
+
+#include <map>
+#include <utility>
+
+#include "base/module/detail/language_choice.h"
+#include "base/module/detail/module_file.h"
+#include "base/module/module.h"
+#include "base/platform/files.h"
+#include "base/platform/locales.h"
+#include "base/platform/module_loader.h"
+#include "base/platform/shell_folders.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+constexpr unsigned short PRIMARY_LANGUAGE = 0x3FF;
+
+/// The language of each module that was translated. Filled while modules are loaded, one at a time.
+std::map<HINSTANCE, unsigned short>& chosenLanguages()
+{
+    static std::map<HINSTANCE, unsigned short> languages;
+    return languages;
+}
+
+/// The search for the translation of one module. Every language that it comes by is noted.
+class TranslationSearch
+{
+   public:
+    TranslationSearch(TextView modulePath, TextView pattern) : m_pattern(pattern)
+    {
+        const Text folder(detail::folderOf(modulePath));
+        if (folder.empty()) return;
+        m_folders.push_back(folder + OXA_TEXT("languages\\"));
+        const Text shared = platform::commonProgramFiles();
+        if (!shared.empty()) m_folders.push_back(shared + OXA_TEXT("\\") + detail::productFolderOf(modulePath));
+    }
+
+    /// Ends at the first language that has a readable file, or that needs none.
+    void run(unsigned short langId)
+    {
+        if (m_folders.empty()) return;
+        int previous = -1;
+        for (const detail::LanguageCandidate& candidate : detail::languageCandidates(langId))
+        {
+            const bool isRepeated = std::exchange(previous, candidate.langId) == candidate.langId;
+            if (isRepeated)
+                note(candidate, LanguageOutcome::REPEATED);
+            else if (tryCandidate(candidate))
+                return;
+        }
+    }
+
+    std::vector<LanguageAttempt>& attempts() { return m_attempts; }
+    /// The attempt that found a file; null when none did.
+    LanguageAttempt* found()
+    {
+        if (m_attempts.empty() || m_attempts.back().outcome != LanguageOutcome::CHOSEN) return nullptr;
+        return &m_attempts.back();
+    }
+
+   private:
+    /// True when it ends the search.
+    bool tryCandidate(const detail::LanguageCandidate& candidate)
+    {
+        if (candidate.langId == BUILT_IN_LANGUAGE)
+        {
+            note(candidate, LanguageOutcome::BUILT_IN);
+            return true;
+        }
+        if (tryLanguage(candidate)) return true;
+        const auto primary = static_cast<unsigned short>(candidate.langId & PRIMARY_LANGUAGE);
+        return primary != candidate.langId && tryLanguage({primary, candidate.source});
+    }
+
+    bool tryLanguage(const detail::LanguageCandidate& candidate)
+    {
+        LanguageAttempt& attempt = note(candidate, LanguageOutcome::NO_ABBREVIATION);
+        attempt.abbreviation = platform::languageAbbreviation(candidate.langId);
+        if (attempt.abbreviation.empty()) return false;
+        attempt.outcome = LanguageOutcome::NO_FILE;
+        for (const Text& folder : m_folders)
+        {
+            attempt.path = folder + fileName(attempt.abbreviation);
+            if (!platform::isReadable(attempt.path)) continue;
+            attempt.outcome = LanguageOutcome::CHOSEN;
+            return true;
+        }
+        return false;
+    }
+
+    LanguageAttempt& note(const detail::LanguageCandidate& candidate, LanguageOutcome outcome)
+    {
+        return m_attempts.emplace_back(LanguageAttempt{candidate.langId, candidate.source, outcome, {}, {}});
+    }
+
+    /// The pattern with the abbreviation for "%ls"; a pattern without it is the name.
+    Text fileName(const Text& abbreviation) const
+    {
+        constexpr TextView PLACE = OXA_TEXT("%ls");
+        Text name(m_pattern);
+        const std::size_t place = name.find(PLACE);
+        return place == Text::npos ? name : name.replace(place, PLACE.size(), abbreviation);
+    }
+
+    TextView m_pattern;
+    std::vector<Text> m_folders;
+    std::vector<LanguageAttempt> m_attempts;
+};
+
+/// Looks for the module's translation. A file of another version, or of a module without one, is not taken.
+TranslationSearch searchTranslation(TextView modulePath, unsigned short langId)
+{
+    TranslationSearch search(modulePath, OXA_TEXT("%ls.dll"));
+    search.run(langId);
+    LanguageAttempt* const found = search.found();
+    if (found == nullptr) return search;
+    const auto version = detail::fileVersionOf(modulePath);
+    if (!version || version != detail::fileVersionOf(found->path)) found->outcome = LanguageOutcome::OTHER_VERSION;
+    return search;
+}
+
+Text longModulePath(HINSTANCE module)
+{
+    const Text path = platform::moduleFileName(module);
+    return path.empty() ? path : platform::longPathName(path);
+}
+
+}  // namespace
+
+HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
+{
+    const Text path = longModulePath(module);
+    if (path.empty()) return module;
+    TranslationSearch search = searchTranslation(path, langId);
+    const LanguageAttempt* const found = search.found();
+    if (found == nullptr) return module;
+
+    if (langId == ANY_LANGUAGE) langId = found->langId;
+    if (langId < ANY_LANGUAGE && module == platform::programModule()) platform::setControlsLanguage(langId);
+    chosenLanguages().emplace(module, langId);
+    return platform::loadDataFile(found->path);
+}
+
+std::vector<LanguageAttempt> TraceTranslation(HINSTANCE module, unsigned short langId)
+{
+    const Text path = longModulePath(module);
+    if (path.empty()) return {};
+    return std::move(searchTranslation(path, langId).attempts());
+}
+
+unsigned short GetCurrentLangId(const Module& module)
+{
+    const auto found = chosenLanguages().find(module.m_instance);
+    return found != chosenLanguages().end() ? found->second : ANY_LANGUAGE;
+}
+
+Text LocateHelpFile(HINSTANCE module, unsigned short, bool plainName)
+{
+    const Text path = longModulePath(module);
+    if (path.empty()) return {};
+    // The last period counts wherever it stands.
+    const Text manual = path.substr(0, path.rfind('.')) + (plainName ? OXA_TEXT(".pdf") : OXA_TEXT("_ClassicUI.pdf"));
+    return platform::isReadable(manual) ? manual : Text();
+}
+
+}  // namespace Oxa_1_1

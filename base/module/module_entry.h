@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "base/export.h"
+#include "base/module/module.h"
+
+// What makes a program or shared library a module of the suite: its own record, and start-up code that initialises it
+// when the module is loaded and terminates it when it is unloaded. The CMake function oxa_add_module() adds all of it.
+
+namespace Oxa_1_1
+{
+
+/// The handle of the module whose code or data lies at `address`; null when there is none.
+OXA_API HINSTANCE moduleHandleOf(const void* address) noexcept;
+
+/// Makes a compiled resource script that is embedded in a module known, on systems whose modules have no resources of
+/// their own. The bytes must stay until they are withdrawn.
+OXA_API void offerModuleResources(HINSTANCE handle, std::span<const std::byte> compiledScript);
+OXA_API void withdrawModuleResources(HINSTANCE handle) noexcept;
+
+/// Access of the start-up code to the record of the module that it is compiled into.
+class ModuleEntry
+{
+   public:
+    OXA_HIDDEN static Module& record()
+    {
+        static Module module;
+        return module;
+    }
+
+    /// False when the record is initialised already.
+    OXA_HIDDEN static bool attach(HINSTANCE handle, std::span<const std::byte> compiledScript = {})
+    {
+        offerModuleResources(handle, compiledScript);
+        return record().internalInit(handle);
+    }
+
+    OXA_HIDDEN static void detach()
+    {
+        record().internalTerm();
+        withdrawModuleResources(record().m_instance);
+    }
+};
+
+/// The record of the module that the call is compiled into.
+OXA_HIDDEN inline const Module& ownModule() { return ModuleEntry::record(); }
+
+// The system's entry points of a module call these two; each module defines them once.
+OXA_HIDDEN bool attachModule(HINSTANCE handle, std::span<const std::byte> compiledScript);
+OXA_HIDDEN void detachModule();
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,18 @@
+#include "base/module/scoped_resource_domain.h"
+
+#include "base/platform/host_framework.h"
+
+namespace Oxa_1_1
+{
+
+ScopedResourceDomain::ScopedResourceDomain(const Module& module, bool useTranslation)
+    : m_saved(platform::currentResourceHandle())
+{
+    platform::setCurrentResourceHandle(useTranslation ? module.m_resourceInstance : module.m_instance);
+}
+
+ScopedResourceDomain::~ScopedResourceDomain() { platform::setCurrentResourceHandle(m_saved); }
+
+HINSTANCE ScopedResourceDomain::current() noexcept { return platform::currentResourceHandle(); }
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,50 @@
+#include "base/object/info_string_map.h"
+
+#include <memory>
+
+#include "base/module/module.h"
+#include "base/object/creatable_class.h"
+
+namespace Oxa_1_1
+{
+
+/// Info maps are made by those who fill them, never from the record alone.
+class InfoStringMap::ClassCreator final : public CreateableUZClass<InfoStringMap>,
+                                          public CreateableFromClass<InfoStringMap>
+{
+   public:
+    ClassCreator()
+        : CreateableUZClass(OXA_TEXT("InfoStringMap"), ObserverInfo::Class(), getThisModule(), ClassVersion())
+    {
+    }
+    std::shared_ptr<InfoStringMap> create() const override { return nullptr; }
+};
+
+InfoStringMap::~InfoStringMap() = default;
+
+const uZClass* InfoStringMap::getClassType() const { return Class(); }
+
+const uZClass* InfoStringMap::Class()
+{
+    static const ClassCreator record;
+    return &record;
+}
+
+template <>
+void InfoStringMap::addInfo<String>(const String& key, const String& value)
+{
+    m_infos[key] = value;
+}
+
+const String& InfoStringMap::getInfoByKey(const String& key) const
+{
+    const auto found = m_infos.find(key);
+    return found != m_infos.end() ? found->second : String::EMPTY;
+}
+
+void InfoStringMap::setInfos(const Map& infos)
+{
+    if (&infos != &m_infos) m_infos = infos;
+}
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <map>
+
+#include "base/export.h"
+#include "base/object/observer_info.h"
+#include "base/string/oxa_string.h"
+
+namespace Oxa_1_1
+{
+
+/// Free-form information: texts under keys. Keys that differ only in letter case are the same key; the empty key
+/// comes before every other.
+class OXA_API InfoStringMap : public ObserverInfo
+{
+   public:
+    using Map = std::map<String, String, StringLess2>;
+
+    InfoStringMap() = default;
+    InfoStringMap(const Map& infos) : m_infos(infos) {}
+    InfoStringMap(const InfoStringMap&) = default;
+    InfoStringMap& operator=(const InfoStringMap&) = default;
+
+    /// The class record "InfoStringMap", derived from "ObserverInfo".
+    static const uZClass* Class();
+    const uZClass* getClassType() const override;
+    ~InfoStringMap() override;
+
+    /// Sets the value under `key`. A key that is there already keeps its spelling.
+    template <class Value>
+    void addInfo(const String& key, const Value& value);
+
+    /// The value under `key`; an empty text when there is none.
+    const String& getInfoByKey(const String& key) const;
+    const Map& getInfos() const noexcept { return m_infos; }
+    unsigned long long getNumberInfos() const noexcept { return m_infos.size(); }
+    /// Replaces all entries.
+    void setInfos(const Map& infos);
+
+   private:
+    class ClassCreator;
+
+    Map m_infos;
+};
+
+template <>
+OXA_API void InfoStringMap::addInfo<String>(const String& key, const String& value);
+
+/// Any other value as the text that appending it to a String gives.
+template <class Value>
+void InfoStringMap::addInfo(const String& key, const Value& value)
+{
+    String text = String::EMPTY;
+    text += value;
+    addInfo<String>(key, text);
+}
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,125 @@
+#include "base/object/uz_class.h"
+
+namespace Oxa_1_1
+{
+
+constinit const uZClass* uZClass::rootClass = nullptr;
+
+namespace
+{
+
+/// The step of a pre-order walk through the classes below `top`, which is left out. Null stands for the whole forest.
+bool stepPreOrder(const uZClass* top, const uZClass*& it) noexcept
+{
+    if (it == nullptr)
+    {
+        it = top != nullptr ? top->firstChild : uZClass::rootClass;
+        return it != nullptr;
+    }
+    if (it->firstChild != nullptr)
+    {
+        it = it->firstChild;
+        return true;
+    }
+    while (it != top && it->nextSibling == nullptr) it = it->base;
+    it = it == top ? nullptr : it->nextSibling;
+    return it != nullptr;
+}
+
+bool stepSibling(const uZClass* first, const uZClass*& it) noexcept
+{
+    it = it == nullptr ? first : it->nextSibling;
+    return it != nullptr;
+}
+
+}  // namespace
+
+uZClass::uZClass(const Char* className, const Module& definingModule, const ClassVersion& classVersion)
+    : uZClass(className, nullptr, definingModule, classVersion)
+{
+}
+
+uZClass::uZClass(const Char* className, const uZClass* baseClass, const Module& definingModule,
+                 const ClassVersion& classVersion)
+    : name(className), base(baseClass), module(&definingModule), version(classVersion), nextSibling(listHead())
+{
+    listHead() = this;
+}
+
+uZClass::~uZClass()
+{
+    const uZClass** link = &listHead();
+    while (*link != this) link = &(*link)->nextSibling;
+    *link = nextSibling;
+}
+
+void uZClass::initClassStatics() const {}
+
+void uZClass::clearClassStatics() const {}
+
+/// The head of the list that holds this record.
+const uZClass*& uZClass::listHead() const noexcept { return base != nullptr ? base->firstChild : rootClass; }
+
+bool uZClass::iterateRootClasses(const uZClass*& it) noexcept { return stepSibling(rootClass, it); }
+
+bool uZClass::iterateAllClasses(const uZClass*& it) noexcept { return stepPreOrder(nullptr, it); }
+
+bool uZClass::iterateChildClasses(const uZClass*& it) const noexcept { return stepSibling(firstChild, it); }
+
+bool uZClass::iterateDerivedClasses(const uZClass*& it) const noexcept { return stepPreOrder(this, it); }
+
+bool uZClass::iterateLeafClasses(const uZClass*& it) const noexcept
+{
+    while (stepPreOrder(this, it))
+        if (it->firstChild == nullptr) return true;
+    return false;
+}
+
+bool uZClass::iterateBaseClasses(const uZClass*& it) const noexcept
+{
+    it = it == nullptr ? base : it->base;
+    return it != nullptr;
+}
+
+ClassRange uZClass::rootClasses() noexcept
+{
+    return {nullptr, [](const uZClass*, const uZClass*& it) { return iterateRootClasses(it); }};
+}
+
+ClassRange uZClass::allClasses() noexcept
+{
+    return {nullptr, [](const uZClass*, const uZClass*& it) { return iterateAllClasses(it); }};
+}
+
+ClassRange uZClass::childClasses() const noexcept
+{
+    return {this, [](const uZClass* origin, const uZClass*& it) { return origin->iterateChildClasses(it); }};
+}
+
+ClassRange uZClass::derivedClasses() const noexcept
+{
+    return {this, [](const uZClass* origin, const uZClass*& it) { return origin->iterateDerivedClasses(it); }};
+}
+
+ClassRange uZClass::leafClasses() const noexcept
+{
+    return {this, [](const uZClass* origin, const uZClass*& it) { return origin->iterateLeafClasses(it); }};
+}
+
+ClassRange uZClass::baseClasses() const noexcept
+{
+    return {this, [](const uZClass* origin, const uZClass*& it) { return origin->iterateBaseClasses(it); }};
+}
+
+/// Modules that were built separately rely on these places.
+void uZClass::checkLayout()
+{
+    static_assert(offsetof(uZClass, name) == sizeof(void*));
+    static_assert(offsetof(uZClass, base) == 2 * sizeof(void*));
+    static_assert(offsetof(uZClass, module) == 3 * sizeof(void*));
+    static_assert(offsetof(uZClass, version) == 4 * sizeof(void*));
+    static_assert(offsetof(uZClass, firstChild) == 4 * sizeof(void*) + sizeof(ClassVersion));
+    static_assert(offsetof(uZClass, nextSibling) == 5 * sizeof(void*) + sizeof(ClassVersion));
+}
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,151 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <type_traits>
+
+#include "base/char.h"
+#include "base/export.h"
+
+namespace Oxa_1_1
+{
+
+class Module;
+class uZClass;
+
+/// Version of a class.
+struct ClassVersion
+{
+    std::uint16_t major = 0;
+    std::uint16_t minor = 0;
+    std::uint16_t patch = 0;
+    std::uint16_t build = 0;
+
+    friend auto operator<=>(const ClassVersion&, const ClassVersion&) = default;
+};
+static_assert(sizeof(ClassVersion) == 8 && std::is_trivially_copyable_v<ClassVersion>);
+
+/// The classes that one of the walks of uZClass visits, for range-for.
+class ClassRange
+{
+   public:
+    using Step = bool (*)(const uZClass* origin, const uZClass*& it);
+
+    class iterator
+    {
+       public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = const uZClass*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const value_type*;
+        using reference = value_type;
+
+        iterator() noexcept = default;
+        explicit iterator(const ClassRange& range) : m_origin(range.m_origin), m_step(range.m_step) { ++*this; }
+
+        reference operator*() const noexcept { return m_class; }
+        iterator& operator++()
+        {
+            m_step(m_origin, m_class);
+            return *this;
+        }
+        iterator operator++(int)
+        {
+            iterator before = *this;
+            ++*this;
+            return before;
+        }
+        friend bool operator==(const iterator& a, const iterator& b) noexcept { return a.m_class == b.m_class; }
+
+       private:
+        const uZClass* m_origin = nullptr;
+        Step m_step = nullptr;
+        const uZClass* m_class = nullptr;
+    };
+
+    ClassRange(const uZClass* origin, Step step) noexcept : m_origin(origin), m_step(step) {}
+
+    iterator begin() const { return iterator(*this); }
+    iterator end() const { return {}; }
+
+   private:
+    const uZClass* m_origin = nullptr;
+    Step m_step = nullptr;
+};
+
+/// The record of one class of the object model: its name, its place in the process-wide forest of classes, and the
+/// code module that defines it.
+///
+/// A class offers its record by a static Class(), built on first use as a function-local static, and by a virtual
+/// getClassType(). Records enter the forest when they are built and leave it when they are destroyed, derived ones
+/// before their bases. The forest takes no lock: walk it while no module is being loaded or unloaded.
+class OXA_API uZClass
+{
+   public:
+    /// A root class. `name` is kept, not copied.
+    uZClass(const Char* name, const Module& module, const ClassVersion& version);
+    /// A class derived from `base`.
+    uZClass(const Char* name, const uZClass* base, const Module& module, const ClassVersion& version);
+    uZClass(const uZClass&) = delete;
+    uZClass& operator=(const uZClass&) = delete;
+    virtual ~uZClass();
+
+    /// Called when the class's module has been initialised, and when it is terminated.
+    virtual void initClassStatics() const;
+    virtual void clearClassStatics() const;
+
+    /// Whether this class is `other` or derived from it; false for null.
+    bool isDerivedFrom(const uZClass* other) const noexcept
+    {
+        if (other == nullptr) return false;
+        const uZClass* c = this;
+        while (c != other && c != nullptr) c = c->base;
+        return c != nullptr;
+    }
+
+    // ---- Walks --------------------------------------------------------------------------------------------------
+    // Start with a null cursor. Each call moves it to the next class and returns true; at the end it is null again
+    // and the call returns false. Classes without common base and siblings come newest first; subtrees in pre-order.
+
+    static bool iterateRootClasses(const uZClass*& it) noexcept;
+    static bool iterateAllClasses(const uZClass*& it) noexcept;
+    /// The direct derived classes.
+    bool iterateChildClasses(const uZClass*& it) const noexcept;
+    /// All classes below this one.
+    bool iterateDerivedClasses(const uZClass*& it) const noexcept;
+    /// Those classes below this one that have no derived classes.
+    bool iterateLeafClasses(const uZClass*& it) const noexcept;
+    /// The ancestors, from the direct base to the root.
+    bool iterateBaseClasses(const uZClass*& it) const noexcept;
+
+    // The same walks as ranges: for (const uZClass* c : record.derivedClasses()) ...
+
+    static ClassRange rootClasses() noexcept;
+    static ClassRange allClasses() noexcept;
+    ClassRange childClasses() const noexcept;
+    ClassRange derivedClasses() const noexcept;
+    ClassRange leafClasses() const noexcept;
+    ClassRange baseClasses() const noexcept;
+
+    // ---- Fields -------------------------------------------------------------------------------------------------
+
+    const Char* const name;
+    /// The record of the direct base class; null for a root.
+    const uZClass* const base;
+    /// The code module that defines the class.
+    const Module* const module;
+    const ClassVersion version;
+    // The links of the forest, kept by the records themselves.
+    mutable const uZClass* firstChild = nullptr;
+    mutable const uZClass* nextSibling = nullptr;
+
+    /// The newest root class; null when there is no class.
+    static const uZClass* rootClass;
+
+   private:
+    const uZClass*& listHead() const noexcept;
+    static void checkLayout();
+};
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,49 @@
+// The entry point of a shared library or program. Linked last, so that it is attached after all static objects of the
+// module were made.
+
+#include "base/module/module_entry.h"
+
+extern "C"
+{
+    // The compiled resource script, if the module embeds one.
+    extern const std::byte oxa_module_resources_begin[] __attribute__((weak, visibility("hidden")));
+    extern const std::byte oxa_module_resources_end[] __attribute__((weak, visibility("hidden")));
+}
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+bool isAttached = false;
+
+void detachOnce()
+{
+    if (isAttached) detachModule();
+    isAttached = false;
+}
+
+/// At the end of the program, static objects are destroyed before destructor functions run.
+struct Session
+{
+    Session()
+    {
+        const std::byte* const begin = oxa_module_resources_begin;
+        const std::byte* const end = oxa_module_resources_end;
+        isAttached = attachModule(moduleHandleOf(&isAttached), {begin, end});
+    }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() { detachOnce(); }
+};
+
+const Session session;
+
+/// When a library is unloaded, destructor functions run before static objects are destroyed: class records that were
+/// made after the start are still there to be told.
+__attribute__((destructor)) void beforeStatics() { detachOnce(); }
+
+}  // namespace
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/char.h"
+
+/// Windows spellings of paths and the paths that they stand for.
+///
+/// Every name on disk has one spelling, which leads back to the same bytes. What Windows forbids in names stands in
+/// the private-use area, as other systems that share disks with Windows do: a character c is U+F000 + c. A byte that
+/// is not UTF-8 is the unpaired surrogate U+DC00 + byte, and so are the bytes of a name that itself holds one of
+/// U+F001 to U+F07F.
+namespace Oxa_1_1::platform
+{
+
+/// \home\u for /home/u. Drives and shares are not recognised again: their folders have spellings like any other.
+Text spellingOf(std::string_view nativePath);
+
+/// /home/u for \home\u or /home/u; paths on drives and shares lead to the folder that stands for them. Surrogates that
+/// stand for no byte become U+FFFD.
+std::string nativePathOf(TextView spelling);
+
+}  // namespace Oxa_1_1::platform

@@ -1,0 +1,24 @@
+// The start and end of a program. Linked last, so that it is attached after all static objects of the program were
+// made.
+
+#include "base/module/module_entry.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+struct Session
+{
+    Session() { attachModule(moduleHandleOf(this), {}); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() { detachModule(); }
+};
+
+const Session session;
+
+}  // namespace
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,63 @@
+#include "tests/module/system.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace Oxa_1_1::test
+{
+
+namespace
+{
+
+std::filesystem::path settingsFile()
+{
+    const std::string program = std::filesystem::read_symlink("/proc/self/exe").stem();
+    return std::filesystem::path(testing::TempDir()) / "settings/Maraq" / program / "13.2/Settings.reg";
+}
+
+}  // namespace
+
+void* loadLibrary(const std::string& path)
+{
+    void* const library = dlopen(path.c_str(), RTLD_NOW);
+    if (library == nullptr) ADD_FAILURE() << dlerror();
+    return library;
+}
+
+void unloadLibrary(void* library) { dlclose(library); }
+
+void* symbolOf(void* library, const char* name) { return dlsym(library, name); }
+
+bool isLoaded(const std::string& path)
+{
+    void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (library != nullptr) dlclose(library);
+    return library != nullptr;
+}
+
+SavedLanguage::SavedLanguage(const std::string& value, Type type)
+{
+    const std::filesystem::path path = settingsFile();
+    setenv("XDG_CONFIG_HOME", (testing::TempDir() + "/settings").c_str(), 1);
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream file(path);
+    file << "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\Maraq\\"
+         << path.parent_path().parent_path().filename().string()
+         << "\\13.2\\Settings]\n\"GUILanguage\"=" << (type == Type::TEXT ? '"' + value + '"' : "dword:" + value)
+         << '\n';
+}
+
+SavedLanguage::~SavedLanguage() { std::filesystem::remove(settingsFile()); }
+
+std::string commonFilesFolder()
+{
+    const std::string folder = testing::TempDir() + "/common files";
+    setenv("OXA_COMMON_FILES", folder.c_str(), 1);
+    return folder;
+}
+
+}  // namespace Oxa_1_1::test
