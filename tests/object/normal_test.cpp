@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cfloat>
 #include <cmath>
@@ -168,7 +169,7 @@ TEST(Normal, ManyAreLikeOne)
     auto directions = randomDirections(1000);
     directions[3] = {NOT_A_NUMBER, -INF, 0};
     directions[700] = {};
-    for (const std::size_t count : {0, 1, 2, 7, 8, 9, 31, 1000})
+    for (const std::size_t count : {0u, 1u, 2u, 7u, 8u, 9u, 31u, 1000u})
     {
         std::vector<std::uint16_t> codes(count + 1, 0xABCD);
         const std::span given = std::span(directions).first(count);
