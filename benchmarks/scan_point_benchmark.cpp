@@ -36,6 +36,7 @@ struct Points
         std::mt19937_64 random(1);
         std::uniform_real_distribution<double> coordinate(-1, 1);
         for (auto& direction : directions) direction = {coordinate(random), coordinate(random), coordinate(random)};
+        encodeNormals(directions, codes);
     }
 };
 

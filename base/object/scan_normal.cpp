@@ -26,13 +26,15 @@ struct Steps
     int z;
 };
 
+/// Without branches, as directions of a scan turn up in no order. Both numbers have 7 bits, so that 127 minus one turns
+/// all of them round.
 constexpr Steps unfold(unsigned lowBits) noexcept
 {
     const int high = static_cast<int>(lowBits) / ROW;
     const int low = static_cast<int>(lowBits) % ROW;
-    const bool folded = high + low >= ROW - 1;
-    const int x = folded ? ROW - 1 - high : high;
-    const int y = folded ? ROW - 1 - low : low;
+    const int turn = -((high + low + 1) / ROW) & (ROW - 1);
+    const int x = high ^ turn;
+    const int y = low ^ turn;
     return {x, y, STEPS - x - y};
 }
 
@@ -69,14 +71,15 @@ constexpr std::array<double, LOW_BITS + 1> makeScales() noexcept
     return scales;
 }
 
-/// The steps are negated as integers, so that no -0 arises.
+/// 1 or -1: applied to whole numbers of steps, so that no -0 arises.
+constexpr int signOf(unsigned code, unsigned negative) noexcept { return (code & negative) != 0 ? -1 : 1; }
+
 Vec3d<double> unitVector(unsigned code) noexcept
 {
     const Steps steps = unfold(code & LOW_BITS);
     const double scale = NORMAL_SCALES[code & LOW_BITS];
-    return {((code & NEGATIVE_X) != 0 ? -steps.x : steps.x) * scale,
-            ((code & NEGATIVE_Y) != 0 ? -steps.y : steps.y) * scale,
-            ((code & NEGATIVE_Z) != 0 ? -steps.z : steps.z) * scale};
+    return {steps.x * signOf(code, NEGATIVE_X) * scale, steps.y * signOf(code, NEGATIVE_Y) * scale,
+            steps.z * signOf(code, NEGATIVE_Z) * scale};
 }
 
 template <class T>
