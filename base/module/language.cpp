@@ -145,6 +145,11 @@ HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
     return platform::loadDataFile(found->path);
 }
 
+void FreeTranslationDLL(HINSTANCE module, HINSTANCE translation) noexcept
+{
+    if (translation != nullptr && translation != module) platform::freeModule(translation);
+}
+
 std::vector<LanguageAttempt> TraceTranslation(HINSTANCE module, unsigned short langId)
 {
     const Text path = longModulePath(module);
@@ -154,7 +159,7 @@ std::vector<LanguageAttempt> TraceTranslation(HINSTANCE module, unsigned short l
 
 unsigned short GetCurrentLangId(const Module& module)
 {
-    const auto found = chosenLanguages().find(module.m_instance);
+    const auto found = chosenLanguages().find(module.getInstance());
     return found != chosenLanguages().end() ? found->second : ANY_LANGUAGE;
 }
 

@@ -24,12 +24,18 @@ inline constexpr unsigned short ANY_LANGUAGE = 0xFFFF;
 /// English (United States), the language that is built in.
 inline constexpr unsigned short BUILT_IN_LANGUAGE = 1033;
 
+/// The language that the module was translated to; ANY_LANGUAGE for a module that runs in English.
+OXA_API unsigned short GetCurrentLangId(const Module& module);
+
 /// The abbreviations of the languages that are tried, in order.
 OXA_API std::vector<Text> GetUsedLangAbbrevs();
 
 /// Loads the module's translation to `langId` or else to the best language. Returns `module` when it has no
-/// translation or that has another version; null when the file found cannot be loaded.
+/// translation or that has another version; null when the file found cannot be loaded. Modules do this by themselves
+/// when they are initialised.
 OXA_API HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId);
+/// Lets go of what LoadTranslationDLL returned for `module`.
+OXA_API void FreeTranslationDLL(HINSTANCE module, HINSTANCE translation) noexcept;
 
 /// The path of the module's manual beside it, name.pdf or, not `plainName`, name_ClassicUI.pdf; empty when it is not
 /// there. The language takes no part.

@@ -16,6 +16,24 @@ constinit unsigned long long Module::count = 0;
 
 const Module& getThisModule() { return ModuleEntry::record(); }
 
+Module::const_iterator Module::begin() noexcept { return const_iterator(head); }
+
+Module::const_iterator Module::end() noexcept { return {}; }
+
+std::reverse_iterator<Module::const_iterator> Module::rbegin() noexcept
+{
+    return std::reverse_iterator<const_iterator>(end());
+}
+
+std::reverse_iterator<Module::const_iterator> Module::rend() noexcept
+{
+    return std::reverse_iterator<const_iterator>(begin());
+}
+
+Module::Range Module::all() noexcept { return {}; }
+
+Module::ReverseRange Module::allReversed() noexcept { return {}; }
+
 Module::Module() noexcept : m_prev(tail)
 {
     (tail != nullptr ? tail->m_next : head) = this;
@@ -67,7 +85,7 @@ void Module::internalTerm()
 void Module::terminate()
 {
     // Only an initialised module still holds its translation; the handle keeps its value.
-    if (m_initialized && m_resourceInstance != m_instance) platform::freeModule(m_resourceInstance);
+    if (m_initialized) FreeTranslationDLL(m_instance, m_resourceInstance);
     m_symbols.reset();
     for (const uZClass* c : uZClass::allClasses())
         if (c->module == this) c->clearClassStatics();

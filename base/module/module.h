@@ -15,11 +15,7 @@
 namespace Oxa_1_1
 {
 
-class Module;
 class SymbolTable;
-
-/// The language that the module was translated to; 0xFFFF for a module that runs in English.
-OXA_API unsigned short GetCurrentLangId(const Module& module);
 
 /// The pointer form of a numbered resource or resource type: resourceNumber(10) is raw data.
 inline const Char* resourceNumber(unsigned int number) noexcept
@@ -42,6 +38,10 @@ class OXA_API Module
     Module(const Module&) = delete;
     Module& operator=(const Module&) = delete;
 
+    /// The handle of the module itself; null before it is initialised for the first time.
+    HINSTANCE getInstance() const noexcept { return m_instance; }
+    /// The handle that resources are taken from first: of the translation, or of the module when it has none.
+    HINSTANCE getResourceInstance() const noexcept { return m_resourceInstance; }
     /// The base name of the module's file; empty before the module is initialised.
     const String& getModuleName() const noexcept;
     /// The symbols of the resource header that the module carries; empty when it carries none.
@@ -88,9 +88,6 @@ class OXA_API Module
 
    private:
     friend class ModuleEntry;
-    friend class ScopedResourceDomain;
-    friend class String;
-    friend OXA_API unsigned short GetCurrentLangId(const Module& module);
 
     Module() noexcept;
     ~Module();
@@ -170,19 +167,6 @@ class Module::ReverseRange
     std::reverse_iterator<const_iterator> begin() const noexcept { return Module::rbegin(); }
     std::reverse_iterator<const_iterator> end() const noexcept { return Module::rend(); }
 };
-
-inline Module::const_iterator Module::begin() noexcept { return const_iterator(head); }
-inline Module::const_iterator Module::end() noexcept { return {}; }
-inline std::reverse_iterator<Module::const_iterator> Module::rbegin() noexcept
-{
-    return std::reverse_iterator<const_iterator>(end());
-}
-inline std::reverse_iterator<Module::const_iterator> Module::rend() noexcept
-{
-    return std::reverse_iterator<const_iterator>(begin());
-}
-inline Module::Range Module::all() noexcept { return {}; }
-inline Module::ReverseRange Module::allReversed() noexcept { return {}; }
 
 /// The record of this library.
 OXA_API const Module& getThisModule();

@@ -139,9 +139,9 @@ std::string Module::loadStringResource(const String& name, const Char* type, boo
 
 String String::loadFromResource(unsigned int id, const Module& module)
 {
-    Text text = platform::loadString(module.m_resourceInstance, id);
-    if (text.empty() && module.m_resourceInstance != module.m_instance)
-        text = platform::loadString(module.m_instance, id);
+    Text text = platform::loadString(module.getResourceInstance(), id);
+    if (text.empty() && module.getResourceInstance() != module.getInstance())
+        text = platform::loadString(module.getInstance(), id);
     if (text.empty()) return OXA_TEXT("Error loading string resource!");
     return text;
 }

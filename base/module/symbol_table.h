@@ -16,8 +16,11 @@ namespace Oxa_1_1
 class OXA_API SymbolTable
 {
    public:
-    /// What looking up an unknown name gives.
-    static constexpr unsigned int UNKNOWN = 0xFFFFFFFF;
+    enum ReservedValue : unsigned int
+    {
+        /// What looking up an unknown name gives.
+        UNKNOWN = 0xFFFFFFFF
+    };
     static const SymbolTable EMPTY;
 
     /// Adds the definitions of a resource header. False when the stream is bad or a line was not accepted (a name that

@@ -25,8 +25,11 @@ class VisitorCore
 class OXA_API BaseNode : public VisitorCore
 {
    public:
-    /// The counter of a node whose destruction is decided.
-    static constexpr unsigned int DEAD = 0xF000DEAD;
+    enum ReservedCounter : unsigned int
+    {
+        /// Of a node whose destruction is decided.
+        DEAD = 0xF000DEAD
+    };
 
     /// Unowned: the counter is 0.
     BaseNode();

@@ -108,7 +108,7 @@ TEST_F(Resources, ComeFromTheTranslationAndElseFromTheModule)
             const ScopedResourceDomain untranslated(module, false);
             EXPECT_EQ(ScopedResourceDomain::current(), own);
             const ScopedResourceDomain library;
-            EXPECT_EQ(ScopedResourceDomain::current(), getThisModule().findResource(1, resourceNumber(16)));
+            EXPECT_EQ(ScopedResourceDomain::current(), getThisModule().getResourceInstance());
         }
         EXPECT_EQ(ScopedResourceDomain::current(), translation);
     }
