@@ -24,6 +24,16 @@ std::vector<const Module*> collect(const Range& range)
     return modules;
 }
 
+struct CountingClass final : uZClass
+{
+    CountingClass(const Module& owner) : uZClass(OXA_TEXT("Counting"), owner, ClassVersion()) {}
+    void initClassStatics() const override { ++initialised; }
+    void clearClassStatics() const override { ++cleared; }
+
+    mutable int initialised = 0;
+    mutable int cleared = 0;
+};
+
 TEST(ModuleList, KeepsTheOrderOfRegistrationInBothDirections)
 {
     const std::vector<const Module*> before = collect(Module::all());
@@ -97,6 +107,17 @@ TEST(Module, TellsItsClassesOfItsStartAndItsEnd)
     for (const uZClass* c : uZClass::allClasses()) EXPECT_NE(String(c->name), OXA_TEXT("Scanner"));
 }
 
+TEST(Module, ThatIsNotTerminatedTerminatesTheLibraryAtItsEnd)
+{
+    const CountingClass ofTheLibrary(getThisModule());
+    {
+        const LoadedFixture forgetful("forgetful");
+        ASSERT_TRUE(forgetful.isLoaded());
+        EXPECT_EQ(ofTheLibrary.cleared, 0);
+    }
+    EXPECT_EQ(ofTheLibrary.cleared, 1);
+}
+
 /// The record of this program, which has no start-up code: it is initialised here.
 class OwnRecord : public testing::Test
 {
@@ -106,16 +127,6 @@ class OwnRecord : public testing::Test
     static bool attach() { return ModuleEntry::attach(moduleHandleOf(&handleAnchor)); }
 
     static inline int handleAnchor = 0;
-};
-
-struct CountingClass final : uZClass
-{
-    CountingClass(const Module& owner) : uZClass(OXA_TEXT("Counting"), owner, ClassVersion()) {}
-    void initClassStatics() const override { ++initialised; }
-    void clearClassStatics() const override { ++cleared; }
-
-    mutable int initialised = 0;
-    mutable int cleared = 0;
 };
 
 TEST_F(OwnRecord, IsInitialisedOnceUntilItIsTerminated)

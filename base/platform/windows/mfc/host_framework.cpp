@@ -1,7 +1,8 @@
 #include "base/platform/host_framework.h"
 
-#include <afxdllx.h>
 #include <afxwin.h>
+// Behind the framework's header, which it builds on.
+#include <afxdllx.h>
 
 #include <memory>
 

@@ -1,0 +1,5 @@
+#pragma once
+
+#include "base/module/module.h"
+
+const Oxa_1_1::Module& greeterModule();
