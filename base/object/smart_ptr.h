@@ -74,18 +74,21 @@ class SmartPtr
         result.m_node = node;
         return result;
     }
-    // Through the base, which alone grants access to the counter.
+    // Dependent on T, so that a SmartPtr of a class that is only declared can be named.
+    template <class>
+    struct Root
+    {
+        using type = BaseNode;
+    };
+    // Through the root, which alone grants access to the counter.
     void ref() const noexcept
     {
-        if (m_node != nullptr) static_cast<const BaseNodeOf<T>*>(m_node)->ref();
+        if (m_node != nullptr) static_cast<const typename Root<T>::type*>(m_node)->ref();
     }
     void unref() const noexcept
     {
-        if (m_node != nullptr) static_cast<const BaseNodeOf<T>*>(m_node)->unref();
+        if (m_node != nullptr) static_cast<const typename Root<T>::type*>(m_node)->unref();
     }
-    // Dependent on T, so that a SmartPtr of a class that is only declared can be named.
-    template <class>
-    using BaseNodeOf = BaseNode;
 
     T* m_node = nullptr;
 };

@@ -28,10 +28,10 @@ class MemoryBuffer : public std::streambuf
 class MemoryStream : private MemoryBuffer, public std::istream
 {
    public:
-    explicit MemoryStream(std::span<const std::byte> bytes) : MemoryBuffer(bytes), std::istream(buffer()) {}
-
-   private:
-    MemoryBuffer* buffer() { return this; }
+    explicit MemoryStream(std::span<const std::byte> bytes)
+        : MemoryBuffer(bytes), std::istream(static_cast<MemoryBuffer*>(this))
+    {
+    }
 };
 
 }  // namespace Oxa_1_1::detail
