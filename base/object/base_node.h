@@ -22,6 +22,7 @@ class VisitorCore
 /// Root of the reference-counted objects. A node counts its owners itself (see SmartPtr) and offers one shared
 /// WeakHandle to those who watch it without owning it. Nodes are made by new, never deleted but by their last owner;
 /// one that was never owned is never destroyed.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): protected, so that only the last owner deletes a node.
 class OXA_API BaseNode : public VisitorCore
 {
    public:

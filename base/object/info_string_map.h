@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <utility>
 
 #include "base/export.h"
 #include "base/object/observer_info.h"
@@ -17,7 +18,7 @@ class OXA_API InfoStringMap : public ObserverInfo
     using Map = std::map<String, String, StringLess2>;
 
     InfoStringMap() = default;
-    InfoStringMap(const Map& infos) : m_infos(infos) {}
+    InfoStringMap(Map infos) : m_infos(std::move(infos)) {}
     InfoStringMap(const InfoStringMap&) = default;
     InfoStringMap& operator=(const InfoStringMap&) = default;
 

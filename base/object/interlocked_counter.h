@@ -24,6 +24,7 @@ class InterlockedCounter
         return *this;
     }
     /// Exchanges the value; returns the assigned one.
+    // NOLINTNEXTLINE(misc-unconventional-assign-operator)
     unsigned int operator=(unsigned int value) noexcept
     {
         m_value.exchange(value);

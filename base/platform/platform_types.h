@@ -11,9 +11,11 @@ using DWORD = unsigned long;
 using DWORD = std::uint32_t;
 #endif
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the system's own names.
 /// A code module (program, shared library) or a file of resources, as the loader knows it.
 using HINSTANCE = struct HINSTANCE__*;
 /// A resource within a module.
 using HRSRC = struct HRSRC__*;
+// NOLINTEND(bugprone-reserved-identifier)
 /// A locale: a language in the low 16 bits, a sort order above.
 using LCID = DWORD;

@@ -48,11 +48,20 @@ std::uint16_t languageInRegion(std::string_view language, std::string_view regio
     return found != LANGUAGES.end() ? found->id : std::uint16_t{0};
 }
 
-std::string scriptOf(std::string_view modifier)
+std::string join(std::initializer_list<std::string_view> parts)
 {
-    if (modifier == "latin") return "-Latn";
-    if (modifier == "cyrillic") return "-Cyrl";
-    return "";
+    std::string name;
+    for (const std::string_view part : parts) name.append(name.empty() ? "" : "-").append(part);
+    return name;
+}
+
+/// The name with the script or variant that the modifier of a locale means.
+std::string modified(std::string_view language, std::string_view region, std::string_view modifier)
+{
+    if (modifier == "latin") return join({language, "Latn", region});
+    if (modifier == "cyrillic") return join({language, "Cyrl", region});
+    if (modifier == "valencia") return join({language, region, "valencia"});
+    return join({language, region});
 }
 
 /// The LANGID of a locale like de_AT.UTF-8 or sr_RS@latin; none when it is not known.
@@ -70,9 +79,8 @@ std::optional<std::uint16_t> languageOfLocale(std::string_view locale)
     if (separator != std::string_view::npos)
     {
         const std::string region(locale.substr(separator + 1));
-        const std::string variant = modifier == "valencia" ? "-valencia" : "";
-        for (const std::string& name :
-             {language + scriptOf(modifier) + '-' + region + variant, language + '-' + region})
+        const std::string plain = join({language, region});
+        for (const std::string& name : {modified(language, region, modifier), plain})
             if (const std::uint16_t id = languageNamed(name)) return id;
         if (const std::uint16_t id = languageInRegion(language, region)) return id;
     }
