@@ -6,9 +6,45 @@
 #include <cstdint>
 
 #ifdef _WIN32
+
+using BOOL = int;
 using DWORD = unsigned long;
+using DWORD64 = unsigned long long;
+using HANDLE = void*;
+using ULONGLONG = unsigned long long;
+using WORD = unsigned short;
+// NOLINTBEGIN(bugprone-reserved-identifier): the system's own names.
+/// The registers of a thread.
+using CONTEXT = struct _CONTEXT;
+// NOLINTEND(bugprone-reserved-identifier)
+
 #else
+
+using BOOL = int;
 using DWORD = std::uint32_t;
+using DWORD64 = std::uint64_t;
+/// A thread's is its number in the system, a process's the process id; null and negative values mean the caller's own.
+using HANDLE = void*;
+using ULONGLONG = std::uint64_t;
+using WORD = std::uint16_t;
+
+/// The registers of a thread.
+struct alignas(16) CONTEXT
+{
+    DWORD64 P1Home, P2Home, P3Home, P4Home, P5Home, P6Home;
+    DWORD ContextFlags;
+    DWORD MxCsr;
+    WORD SegCs, SegDs, SegEs, SegFs, SegGs, SegSs;
+    DWORD EFlags;
+    DWORD64 Dr0, Dr1, Dr2, Dr3, Dr6, Dr7;
+    DWORD64 Rax, Rcx, Rdx, Rbx, Rsp, Rbp, Rsi, Rdi, R8, R9, R10, R11, R12, R13, R14, R15;
+    DWORD64 Rip;
+    unsigned char FltSave[512];
+    DWORD64 VectorRegister[26][2];
+    DWORD64 VectorControl;
+    DWORD64 DebugControl, LastBranchToRip, LastBranchFromRip, LastExceptionToRip, LastExceptionFromRip;
+};
+
 #endif
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the system's own names.
