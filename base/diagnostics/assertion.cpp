@@ -1,0 +1,133 @@
+#include "base/diagnostics/assertion.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "base/diagnostics/detail/world.h"
+#include "base/platform/debug_output.h"
+#include "base/string/oxa_string.h"
+
+namespace
+{
+
+using Oxa_1_1::AssertionAnswer;
+using Oxa_1_1::String;
+
+constexpr int ABORT_EXIT_CODE = 3;
+constexpr const char* UNKNOWN = "(unknown)";
+
+const char* orUnknown(const char* text) { return text == nullptr ? UNKNOWN : text; }
+
+/// The lines of each file whose assertions the user chose to pass over.
+class PassOverList
+{
+   public:
+    bool contains(std::string_view file, unsigned int line) const
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto lines = m_lines.find(file);
+        return lines != m_lines.end() && lines->second.contains(line);
+    }
+
+    void add(std::string_view file, unsigned int line)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_lines[std::string(file)].insert(line);
+    }
+
+   private:
+    // A handler of the program's own may call the default one from any thread.
+    mutable std::mutex m_mutex;
+    std::map<std::string, std::set<unsigned int>, std::less<>> m_lines;
+};
+
+PassOverList& passOverList()
+{
+    static PassOverList list;
+    return list;
+}
+
+String reportOf(const char* expression, const char* message, const char* file, unsigned int line, const char* function)
+{
+    String report;
+    report << String("Assertion ") << String(orUnknown(expression)) << String(" failed.\nIn file ") << String(file)
+           << String(":") << line << String(" in function ") << String(orUnknown(function)) << String(".");
+    if (message != nullptr) report << String("\n\"") << String(message) << String("\"");
+    return report;
+}
+
+void askAboutAssertion(const char* expression, const char* message, const char* file, unsigned int line,
+                       const char* function)
+{
+    PassOverList& passedOver = passOverList();
+    if (passedOver.contains(file, line)) return;
+
+    const String report = reportOf(expression, message, file, line, function);
+    Oxa_1_1::detail::writeDebugText(report.stringPath());
+    switch (Oxa_1_1::detail::askUser(report.stringPath()))
+    {
+        case AssertionAnswer::Abort:
+            std::_Exit(ABORT_EXIT_CODE);
+        case AssertionAnswer::Retry:
+            Oxa_1_1::detail::breakIntoDebugger();
+            break;
+        case AssertionAnswer::Ignore:
+            passedOver.add(file, line);
+            break;
+    }
+}
+
+void defaultHandler(const char* expression, const char* message, const char* file, unsigned int line,
+                    const char* function) noexcept
+{
+    try
+    {
+        askAboutAssertion(expression, message, orUnknown(file), line, function);
+    }
+    catch (...)
+    {
+        // Without memory for the report there is nobody to ask; that the program goes on is what it asked for.
+        Oxa_1_1::platform::writeDebugOutput("Assertion failed, and there is no memory to report it.\n");
+    }
+}
+
+constinit std::atomic<AssertionFailureHandler> currentHandler{defaultHandler};
+constinit std::atomic<int> callsInProgress{0};
+
+/// Counts this call for as long as it lasts, whatever way it ends.
+class CallCount
+{
+   public:
+    CallCount() : m_isFirst(++callsInProgress == 1) {}
+    ~CallCount() { --callsInProgress; }
+    CallCount(const CallCount&) = delete;
+    CallCount& operator=(const CallCount&) = delete;
+
+    bool isFirst() const { return m_isFirst; }
+
+   private:
+    bool m_isFirst;
+};
+
+}  // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier)
+
+void __assert_fail_x(const char* expression, const char* message, const char* file, unsigned int line,
+                     const char* function)
+{
+    const CallCount call;
+    const AssertionFailureHandler handler = currentHandler.load();
+    if (call.isFirst() && handler != nullptr) handler(expression, message, file, line, function);
+}
+
+AssertionFailureHandler __get_assertion_failure_handler() { return currentHandler.load(); }
+
+void __set_assertion_failure_handler(AssertionFailureHandler handler) { currentHandler.store(handler); }
+
+// NOLINTEND(bugprone-reserved-identifier)

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "base/char.h"
+
+/// What a debugger sees.
+namespace Oxa_1_1::platform
+{
+
+/// Writes to the debugger's output; standard error on Linux. Null writes nothing.
+void writeDebugOutput(const Char* text);
+/// The same for text in the system's narrow encoding.
+void writeDebugOutput(const char* text);
+
+/// Stops in the debugger. On Linux nothing happens when none is attached.
+void breakIntoDebugger();
+
+}  // namespace Oxa_1_1::platform
