@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "base/platform/platform_types.h"
+
+/// The frames of call stacks: addresses only, no names.
+namespace Oxa_1_1::platform
+{
+
+/// Reads `size` bytes at `address` of `process` and stores in `read` how many it got. False when it got none.
+using ReadMemory = BOOL (*)(HANDLE process, DWORD64 address, void* buffer, DWORD size, DWORD* read, void* userData);
+
+struct StackFrame
+{
+    std::uint64_t address = 0;
+    /// The address that the frame returns to; 0 for the outermost.
+    std::uint64_t returnAddress = 0;
+    /// `address` is where a call returns to, so the call itself stands before it.
+    bool isAfterCall = false;
+
+    /// An address within the instruction that is being executed.
+    std::uint64_t instruction() const { return isAfterCall && address != 0 ? address - 1 : address; }
+};
+
+/// Whose stack is walked, and how.
+struct WalkRequest
+{
+    /// The process and the symbol session that belong to the walk; null where the system needs none.
+    HANDLE process = nullptr;
+    /// Null, or the calling thread itself, walks the calling thread.
+    HANDLE thread = nullptr;
+    /// Where to begin instead of where the thread is.
+    const CONTEXT* context = nullptr;
+    /// Reads the stack; null for the system's own way.
+    ReadMemory read = nullptr;
+    void* userData = nullptr;
+    /// Of the calling thread, only frames outside of this one count.
+    const void* innermost = nullptr;
+};
+
+/// The frame of the function that asks, for WalkRequest::innermost.
+#if defined(_MSC_VER) && !defined(__clang__)
+#define OXA_CURRENT_FRAME _AddressOfReturnAddress()
+#else
+#define OXA_CURRENT_FRAME __builtin_frame_address(0)
+#endif
+
+/// The memory of a process as its system reads it: never a fault, but false for what cannot be read.
+bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std::uint32_t size, std::uint32_t& read);
+
+/// Stores where the calling thread's frames outside of `innermost` return to. No lock, no memory, no symbol: on Linux
+/// it may be called from a signal handler. `innermost` null: all frames outside of this function.
+std::size_t captureStack(std::span<void*> addresses, const void* innermost) noexcept;
+
+/// A handle of the calling thread that other threads may use, until closeThread. Null on failure.
+HANDLE openCurrentThread() noexcept;
+void closeThread(HANDLE thread) noexcept;
+
+/// The registers at a fault: from the third argument of a signal handler, on Windows from the EXCEPTION_POINTERS.
+CONTEXT contextOfFault(const void* fault) noexcept;
+
+/// The process that this is, as a handle for memory and symbols.
+HANDLE currentProcess() noexcept;
+
+}  // namespace Oxa_1_1::platform

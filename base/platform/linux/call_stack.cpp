@@ -1,0 +1,216 @@
+#include "base/platform/call_stack.h"
+
+#include <sys/syscall.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "base/platform/detail/frame_list.h"
+#include "base/platform/error_text.h"
+#include "base/platform/linux/error_code.h"
+#include "base/platform/linux/stopped_thread.h"
+#include "base/platform/linux/unwind.h"
+#include "base/platform/linux/walk_stack.h"
+
+namespace Oxa_1_1::platform
+{
+
+namespace
+{
+
+constexpr std::pair<unsigned, DWORD64 CONTEXT::*> CONTEXT_FIELDS[]{
+    {RAX, &CONTEXT::Rax}, {RDX, &CONTEXT::Rdx}, {RCX, &CONTEXT::Rcx}, {RBX, &CONTEXT::Rbx}, {RSI, &CONTEXT::Rsi},
+    {RDI, &CONTEXT::Rdi}, {RBP, &CONTEXT::Rbp}, {RSP, &CONTEXT::Rsp}, {R8, &CONTEXT::R8},   {R9, &CONTEXT::R9},
+    {R10, &CONTEXT::R10}, {R11, &CONTEXT::R11}, {R12, &CONTEXT::R12}, {R13, &CONTEXT::R13}, {R14, &CONTEXT::R14},
+    {R15, &CONTEXT::R15}, {RIP, &CONTEXT::Rip}};
+
+/// ContextFlags: control and integer registers of this processor.
+constexpr DWORD HELD_REGISTERS = 0x100003;
+
+Registers registersOf(const CONTEXT& context)
+{
+    Registers registers{};
+    for (const auto& [number, field] : CONTEXT_FIELDS) registers[number] = context.*field;
+    return registers;
+}
+
+CONTEXT contextOf(const Registers& registers)
+{
+    CONTEXT context{};
+    context.ContextFlags = HELD_REGISTERS;
+    for (const auto& [number, field] : CONTEXT_FIELDS) context.*field = registers[number];
+    return context;
+}
+
+/// The registers of the function that it becomes a part of; those that calls need not keep stay 0.
+[[gnu::always_inline]] inline void captureRegisters(Registers& registers)
+{
+    registers = {};
+    asm volatile(
+        "leaq 0(%%rip), %%rax\n\t"
+        "movq %%rax, 128(%0)\n\t"
+        "movq %%rbx, 24(%0)\n\t"
+        "movq %%rbp, 48(%0)\n\t"
+        "movq %%rsp, 56(%0)\n\t"
+        "movq %%r12, 96(%0)\n\t"
+        "movq %%r13, 104(%0)\n\t"
+        "movq %%r14, 112(%0)\n\t"
+        "movq %%r15, 120(%0)\n\t"
+        :
+        : "r"(registers.data())
+        : "rax", "memory");
+}
+
+/// The calling thread's memory, or that of a thread whose stack is known to be in order.
+class DirectSource : public UnwindSource
+{
+   public:
+    __attribute__((no_sanitize_address, no_sanitize_thread)) bool read(std::uint64_t address,
+                                                                       std::uint64_t& value) const override
+    {
+        if (address % sizeof value != 0) return false;
+        value = *reinterpret_cast<const volatile std::uint64_t*>(address);
+        return true;
+    }
+
+    bool findTable(std::uint64_t address, UnwindTable& table) const override { return findUnwindTable(address, table); }
+};
+
+/// Memory that may be anything, read by a function that says so.
+class CheckedSource : public UnwindSource
+{
+   public:
+    explicit CheckedSource(const WalkRequest& walk) : m_walk(walk) {}
+
+    bool read(std::uint64_t address, std::uint64_t& value) const override
+    {
+        DWORD count = 0;
+        if (m_walk.read == nullptr) return readProcessMemory(m_walk.process, address, &value, sizeof value, count);
+        return m_walk.read(m_walk.process, address, &value, sizeof value, &count, m_walk.userData) != 0 &&
+               count == sizeof value;
+    }
+
+    bool findTable(std::uint64_t address, UnwindTable& table) const override { return findUnwindTable(address, table); }
+
+   private:
+    const WalkRequest& m_walk;
+};
+
+std::size_t walkFrom(const UnwindSource& source, const Registers& registers, detail::FrameList list)
+{
+    walkFrames(source, registers, [&](auto... frame) { return list.add(frame...); });
+    return list.count();
+}
+
+std::size_t walkCaller(const Registers& registers, detail::FrameList list)
+{
+    QuickWalk walk(registers);
+    bool isAfterCall = false;
+    for (;;)
+    {
+        if (!list.add(walk.address(), walk.stackPointer(), std::exchange(isAfterCall, true))) return list.count();
+        switch (walk.step())
+        {
+            case Step::Done:
+                break;
+            case Step::Outermost:
+                return list.count();
+            case Step::Failed:
+                list.clear();
+                return walkFrom(DirectSource(), registers, list);
+        }
+    }
+}
+
+constexpr pid_t CALLING_THREAD = 0;
+
+pid_t currentThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
+
+pid_t threadOf(HANDLE handle)
+{
+    const auto number = reinterpret_cast<std::intptr_t>(handle);
+    return number <= 0 ? CALLING_THREAD : static_cast<pid_t>(number);
+}
+
+pid_t processOf(HANDLE handle)
+{
+    const auto number = reinterpret_cast<std::intptr_t>(handle);
+    return number <= 0 ? ::getpid() : static_cast<pid_t>(number);
+}
+
+std::size_t walkOther(const WalkRequest& walk, pid_t thread, std::span<StackFrame> frames)
+{
+    const StoppedThread stopped(thread);
+    if (!stopped.isStopped())
+    {
+        setLastError(stopped.error());
+        return 0;
+    }
+    const Registers start = walk.context == nullptr ? stopped.registers() : registersOf(*walk.context);
+    return walkFrom(CheckedSource(walk), start, {frames, nullptr});
+}
+
+}  // namespace
+
+bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std::uint32_t size, std::uint32_t& read)
+{
+    const iovec to{buffer, size};
+    const iovec from{reinterpret_cast<void*>(address), size};
+    const ssize_t count = ::process_vm_readv(processOf(process), &to, 1, &from, 1, 0);
+    read = count < 0 ? 0 : static_cast<std::uint32_t>(count);
+    if (count == static_cast<ssize_t>(size)) return true;
+    setLastError(count < 0 ? errorCodeOfErrno(errno) : errorCodeOfErrno(EFAULT));
+    return read > 0;
+}
+
+std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames)
+{
+    const pid_t thread = threadOf(walk.thread);
+    if (thread != CALLING_THREAD && thread != currentThread()) return walkOther(walk, thread, frames);
+    if (walk.context != nullptr) return walkFrom(CheckedSource(walk), registersOf(*walk.context), {frames, nullptr});
+
+    Registers registers;
+    captureRegisters(registers);
+    const detail::FrameList list(frames, walk.innermost);
+    return walk.read == nullptr ? walkCaller(registers, list) : walkFrom(CheckedSource(walk), registers, list);
+}
+
+std::size_t captureStack(std::span<void*> addresses, const void* innermost) noexcept
+{
+    Registers registers;
+    captureRegisters(registers);
+    const auto bound = reinterpret_cast<std::uintptr_t>(innermost == nullptr ? OXA_CURRENT_FRAME : innermost);
+    std::size_t count = 0;
+    const auto add = [&](std::uint64_t address, std::uint64_t stackPointer, bool)
+    {
+        if (count == addresses.size()) return false;
+        if (stackPointer > bound) addresses[count++] = reinterpret_cast<void*>(address);
+        return true;
+    };
+    QuickWalk walk(registers);
+    for (;;)
+    {
+        if (!add(walk.address(), walk.stackPointer(), true)) return count;
+        const Step step = walk.step();
+        if (step == Step::Outermost) return count;
+        if (step == Step::Done) continue;
+        count = 0;
+        walkFrames(DirectSource(), registers, add);
+        return count;
+    }
+}
+
+HANDLE openCurrentThread() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(currentThread())); }
+
+void closeThread(HANDLE) noexcept {}
+
+CONTEXT contextOfFault(const void* fault) noexcept
+{
+    return fault == nullptr ? CONTEXT{} : contextOf(registersOfSignal(fault));
+}
+
+HANDLE currentProcess() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(::getpid())); }
+
+}  // namespace Oxa_1_1::platform

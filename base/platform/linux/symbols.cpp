@@ -1,0 +1,280 @@
+#include "base/platform/symbols.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <span>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "base/platform/demangle.h"
+#include "base/platform/linux/elf_file.h"
+#include "base/platform/linux/source_lines.h"
+#include "base/platform/linux/walk_stack.h"
+#include "base/platform/system_info.h"
+
+namespace Oxa_1_1::platform
+{
+
+namespace
+{
+
+/// The kinds of symbols of this system's modules, numbered beside those of others.
+enum SymbolType : std::uint32_t
+{
+    None,
+    Exported,
+    Table,
+    DebugInformation,
+    Virtual,
+    Unknown
+};
+
+constexpr std::uint32_t MODULE_NOT_FOUND = 126;
+
+/// The reader gives lines wherever it can.
+constexpr std::uint32_t LOAD_LINES = 0x10;
+
+std::string debugFileOf(const ElfFile& file)
+{
+    const std::string id = file.buildId();
+    if (id.size() < 3) return {};
+    std::string name = "/usr/lib/debug/.build-id/" + id.substr(0, 2) + "/" + id.substr(2) + ".debug";
+    return ::access(name.c_str(), R_OK) == 0 ? name : std::string();
+}
+
+void readSymbolType(ModuleInfo& module)
+{
+    const ElfFile file(module.file);
+    if (!file.isValid())
+    {
+        // The system's own code has a name but no file.
+        const bool isVirtual = !module.file.starts_with('/');
+        module.symbolType = isVirtual ? Virtual : Unknown;
+        module.result = isVirtual ? 0 : MODULE_NOT_FOUND;
+        return;
+    }
+    module.symbolFile = module.file;
+    if (file.hasSection(".debug_info"))
+    {
+        module.symbolType = DebugInformation;
+    }
+    else if (std::string debugFile = debugFileOf(file); !debugFile.empty())
+    {
+        module.symbolType = DebugInformation;
+        module.symbolFile = std::move(debugFile);
+    }
+    else if (file.hasSection(".symtab"))
+    {
+        module.symbolType = Table;
+    }
+    else if (file.hasSection(".dynsym"))
+    {
+        module.symbolType = Exported;
+    }
+    else
+    {
+        module.symbolType = None;
+        module.symbolFile.clear();
+    }
+}
+
+/// Libraries carry their version behind their name: libname.so.1.2.3.
+std::uint64_t versionOfFile(const std::string& file)
+{
+    std::error_code error;
+    const std::string real = std::filesystem::canonical(file, error).filename().string();
+    const std::size_t at = real.find(".so.");
+    if (error || at == std::string::npos) return 0;
+    std::uint64_t version = 0;
+    const char* rest = real.c_str() + at + 3;
+    for (const int shift : {48, 32, 16, 0})
+    {
+        if (*rest != '.') break;
+        char* end = nullptr;
+        version |= (std::strtoul(rest + 1, &end, 10) & 0xFFFF) << shift;
+        rest = end;
+    }
+    return version;
+}
+
+std::string moduleFile(const char* loaderName)
+{
+    return loaderName == nullptr || *loaderName == 0 ? programFile() : std::string(loaderName);
+}
+
+std::string moduleName(const std::string& file) { return file.substr(file.find_last_of('/') + 1); }
+
+/// The addresses that the segments of a module take.
+void readRange(const dl_phdr_info& info, ModuleInfo& module)
+{
+    std::uint64_t begin = UINT64_MAX;
+    std::uint64_t end = 0;
+    for (const ElfW(Phdr) & segment : std::span(info.dlpi_phdr, info.dlpi_phnum))
+    {
+        if (segment.p_type != PT_LOAD) continue;
+        begin = std::min<std::uint64_t>(begin, segment.p_vaddr);
+        end = std::max<std::uint64_t>(end, segment.p_vaddr + segment.p_memsz);
+    }
+    if (end <= begin) return;
+    module.base = info.dlpi_addr + begin;
+    module.size = static_cast<std::uint32_t>(end - begin);
+}
+
+std::vector<ModuleInfo> listModules()
+{
+    std::vector<ModuleInfo> modules;
+    const auto add = [](dl_phdr_info* info, std::size_t, void* list)
+    {
+        ModuleInfo module;
+        module.file = moduleFile(info->dlpi_name);
+        module.name = moduleName(module.file);
+        readRange(*info, module);
+        static_cast<std::vector<ModuleInfo>*>(list)->push_back(std::move(module));
+        return 0;
+    };
+    ::dl_iterate_phdr(add, &modules);
+    return modules;
+}
+
+/// The symbols of this process.
+class OwnSession : public SymbolSession
+{
+   public:
+    explicit OwnSession(const char* searchPath) : m_searchPath(searchPath == nullptr ? "" : searchPath) {}
+
+    std::string searchPath() const override { return m_searchPath; }
+    std::uint32_t options() const override { return LOAD_LINES; }
+
+    std::uint64_t moduleGeneration() const override
+    {
+        std::uint64_t generation = 0;
+        const auto read = [](dl_phdr_info* info, std::size_t, void* result)
+        {
+            *static_cast<std::uint64_t*>(result) = info->dlpi_adds + info->dlpi_subs;
+            return 1;
+        };
+        ::dl_iterate_phdr(read, &generation);
+        return generation;
+    }
+
+    std::vector<ModuleInfo> loadModules(bool withVersions) override
+    {
+        std::map<Key, ModuleInfo> present;
+        std::vector<ModuleInfo> added;
+        const std::lock_guard lock(m_mutex);
+        for (ModuleInfo& module : listModules())
+        {
+            const auto known = m_modules.find(keyOf(module));
+            if (known != m_modules.end())
+            {
+                present.insert(m_modules.extract(known));
+                continue;
+            }
+            readSymbolType(module);
+            if (withVersions) module.fileVersion = versionOfFile(module.file);
+            added.push_back(module);
+            present.emplace(keyOf(module), std::move(module));
+        }
+        m_modules = std::move(present);
+        return added;
+    }
+
+    SymbolInfo find(std::uint64_t address, const SymbolParts& parts) const override
+    {
+        SymbolInfo info;
+        if (parts.names || parts.lines) readSource(address, parts, info);
+        Dl_info found{};
+        if (::dladdr(reinterpret_cast<void*>(address), &found) == 0) return info;
+        if (parts.names && info.name.empty() && found.dli_sname != nullptr)
+        {
+            info.name = found.dli_sname;
+            info.offset = address - reinterpret_cast<std::uintptr_t>(found.dli_saddr);
+        }
+        if (parts.names && !info.name.empty())
+        {
+            info.fullName = demangle(info.name);
+            info.plainName = nameAlone(info.fullName);
+        }
+        if (parts.modules) readModule(found, info.module);
+        return info;
+    }
+
+    std::size_t walk(WalkRequest walk, std::span<StackFrame> frames) const override { return walkStack(walk, frames); }
+
+   private:
+    using Key = std::pair<std::uint64_t, std::string>;
+
+    static Key keyOf(const ModuleInfo& module) { return {module.base, module.file}; }
+
+    static void readSource(std::uint64_t address, const SymbolParts& parts, SymbolInfo& info)
+    {
+        SourcePlace place = findSource(address);
+        if (parts.names)
+        {
+            info.name = std::move(place.function);
+            info.offset = place.functionOffset;
+        }
+        if (parts.lines)
+        {
+            info.file = std::move(place.file);
+            info.line = place.line;
+        }
+    }
+
+    void readModule(const Dl_info& found, ModuleInfo& module) const
+    {
+        // The loader knows the program by what it was called as.
+        link_map* map = nullptr;
+        Dl_info again{};
+        const bool isKnown = ::dladdr1(found.dli_fbase, &again, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) != 0;
+        module.file = moduleFile(isKnown && map != nullptr ? map->l_name : found.dli_fname);
+        module.base = reinterpret_cast<std::uintptr_t>(found.dli_fbase);
+        const std::lock_guard lock(m_mutex);
+        const auto loaded = m_modules.find(keyOf(module));
+        if (loaded != m_modules.end())
+            module = loaded->second;
+        else
+            module.name = moduleName(module.file);
+    }
+
+    std::string m_searchPath;
+    mutable std::mutex m_mutex;
+    std::map<Key, ModuleInfo> m_modules;
+};
+
+}  // namespace
+
+std::unique_ptr<SymbolSession> SymbolSession::open(std::uint32_t, HANDLE, const char* searchPath)
+{
+    return std::make_unique<OwnSession>(searchPath);
+}
+
+const char* symbolTypeText(std::uint32_t type) noexcept
+{
+    switch (type)
+    {
+        case None:
+            return "-nosymbols-";
+        case Exported:
+            return "-exported-";
+        case Table:
+            return "ELF";
+        case DebugInformation:
+            return "DWARF";
+        case Virtual:
+            return "Virtual";
+        default:
+            return "-unknown-";
+    }
+}
+
+}  // namespace Oxa_1_1::platform
