@@ -23,7 +23,7 @@ namespace
 
 constexpr const char* SYMBOL_READER_ERROR = "Error while initializing dbghelp.dll";
 constexpr const char* ENDLESS_ERROR = "StackWalk64-Endless-Callstack!";
-constexpr const char* THREAD_ERROR = "Error while stopping the thread";
+constexpr const char* WALK_ERROR = "Error while walking the stack";
 
 using Frames = std::array<platform::StackFrame, StackWalker::FRAME_LIMIT>;
 
@@ -144,7 +144,7 @@ int StackWalker::ShowCallstack(HANDLE thread, const CONTEXT* context, ReadProces
     const std::span found(buffer.data(), m_symbols->session->walk(walk, buffer));
     if (found.empty())
     {
-        OnDbgHelpErr(THREAD_ERROR, platform::lastError(), 0);
+        OnDbgHelpErr(WALK_ERROR, platform::lastError(), 0);
         return 0;
     }
     const std::span frames = found.first(countUntilRepeated(found));

@@ -93,8 +93,7 @@ class Session : public SymbolSession
         const std::lock_guard lock(debugHelpMutex);
         if (!m_help.isComplete() || m_process.get() == nullptr) return false;
         m_isInitialized = m_help.symInitialize(m_process.get(), searchPath, FALSE) != 0;
-        if (m_isInitialized)
-            m_options = m_help.symSetOptions(m_help.symGetOptions() | SYMOPT_LOAD_LINES | SYMOPT_FAIL_CRITICAL_ERRORS);
+        if (m_isInitialized) m_options = m_help.symSetOptions(m_help.symGetOptions() | OPTIONS);
         return m_isInitialized;
     }
 
@@ -139,7 +138,9 @@ class Session : public SymbolSession
         if (parts.names) readName(address, info);
         if (parts.lines) readLine(address, info);
         const auto module = m_modules.find(m_help.symGetModuleBase64(m_process.get(), address));
-        if (parts.modules && module != m_modules.end()) info.module = module->second;
+        if (!parts.modules || module == m_modules.end()) return info;
+        info.module = module->second;
+        readSymbolType(info.module);
         return info;
     }
 
@@ -154,12 +155,20 @@ class Session : public SymbolSession
     }
 
    private:
+    /// Symbols of a module are read when the first of its addresses is looked for.
+    static constexpr DWORD OPTIONS = SYMOPT_DEFERRED_LOADS | SYMOPT_LOAD_LINES | SYMOPT_FAIL_CRITICAL_ERRORS;
+
     void load(ModuleInfo& module) const
     {
         SetLastError(0);
         const DWORD64 base = m_help.symLoadModule64(m_process.get(), nullptr, module.file.c_str(), module.name.c_str(),
                                                     module.base, module.size);
         if (base == 0) module.result = GetLastError();
+        readSymbolType(module);
+    }
+
+    void readSymbolType(ModuleInfo& module) const
+    {
         IMAGEHLP_MODULE64 information{};
         information.SizeOfStruct = sizeof information;
         BOOL isKnown = m_help.symGetModuleInfo64(m_process.get(), module.base, &information);
