@@ -5,6 +5,8 @@
 #include <string>
 #include <utility>
 
+#include "benchmarks/deep_stack.h"
+
 namespace Oxa_1_1::bench
 {
 
@@ -30,6 +32,10 @@ inline const std::string MAP_FIND = "S8 look up in a map of 10,000 names";
 inline const std::string ESCAPE = "S9 escape 4 KiB";
 inline const std::string COPY = "S10 copy 7 units";
 inline const std::string MOVE = "S10 move 7 units";
+inline const std::string CAPTURE = "D1 capture 32 frames";
+inline const std::string CAPTURE_NAMED = "D1 walk with names and lines, warm";
+inline const std::string COUNT_DEPTH = "D1 count all frames";
+inline const std::string PASS_OVER = "D2 an assertion that is passed over";
 
 }  // namespace work
 
@@ -46,6 +52,22 @@ void add(const std::string& name, const std::string& who, Body body, double item
                                  {
                                      for (auto _ : state) body();
                                      state.counters["items"] = items;
+                                 });
+}
+
+/// The same below N frames of known functions.
+template <int N, class Body>
+void addBelow(const std::string& name, const std::string& who, Body body)
+{
+    benchmark::RegisterBenchmark((name + "/" + who).c_str(),
+                                 [body = std::move(body)](benchmark::State& state) mutable
+                                 {
+                                     auto run = [&]
+                                     {
+                                         for (auto _ : state) body();
+                                     };
+                                     below<N>(run);
+                                     state.counters["items"] = 1;
                                  });
 }
 

@@ -60,8 +60,9 @@ struct SeenError
 class RecordingWalker : public StackWalker
 {
    public:
-    explicit RecordingWalker(int options = AllOptions, const char* path = nullptr)
-        : StackWalker(options, path, 0, nullptr)
+    explicit RecordingWalker(int options = AllOptions, const char* path = nullptr, DWORD processId = 0,
+                             HANDLE process = nullptr)
+        : StackWalker(options, path, processId, process)
     {
     }
 

@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cctype>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <regex>
+#include <string_view>
 #include <thread>
 
 #include "base/diagnostics/hooks.h"
@@ -161,27 +162,38 @@ TEST(StackWalker, ModulesAreReportedOnceWithTheirPlace)
     EXPECT_EQ(own->result, 0U);
 }
 
+/// In `pattern`, '*' stands for any text and '#' for hexadecimal digits.
+bool fits(std::string_view text, std::string_view pattern)
+{
+    if (pattern.empty()) return text.empty();
+    if (pattern[0] != '*' && pattern[0] != '#')
+        return !text.empty() && text[0] == pattern[0] && fits(text.substr(1), pattern.substr(1));
+    std::size_t length = pattern[0] == '*' ? 0 : 1;
+    for (; length <= text.size(); ++length)
+    {
+        if (pattern[0] == '#' && std::isxdigit(static_cast<unsigned char>(text[length - 1])) == 0) return false;
+        if (fits(text.substr(length), pattern.substr(1))) return true;
+    }
+    return false;
+}
+
 TEST(StackWalker, DefaultHooksWriteTheDescribedLines)
 {
     RecordingWalker walker;
     EXPECT_TRUE(walker.ShowCallstack());
     ASSERT_GT(walker.output.size(), 5U);
-    const auto matches = [](const std::string& line, const char* pattern)
-    { return std::regex_match(line, std::regex(pattern)); };
-    EXPECT_TRUE(matches(walker.output[0], "SymInit: Symbol-SearchPath: '.*;', symOptions: [0-9]+, UserName: '.*'\n"))
+    EXPECT_TRUE(fits(walker.output[0], "SymInit: Symbol-SearchPath: '*;', symOptions: #, UserName: '*'\n"))
         << walker.output[0];
-    EXPECT_TRUE(matches(walker.output[1], "OS-Version: \\d+\\.\\d+\\.\\d+ \\(.*\\) 0x[0-9a-f]+-0x[0-9a-f]+\n"))
-        << walker.output[1];
+    EXPECT_TRUE(fits(walker.output[1], "OS-Version: #.#.# (*) 0x#-0x#\n")) << walker.output[1];
+    const std::string module = "*:* (#), size: # (result: #), SymType: '*', PDB: '*'";
     std::size_t line = 2;
     for (; line < 2 + walker.modules.size(); ++line)
-        EXPECT_TRUE(matches(walker.output[line],
-                            ".*:.* \\([0-9A-F]{16}\\), size: \\d+ \\(result: \\d+\\), SymType: '[^']+', PDB: '[^']*'"
-                            "(, fileVersion: \\d+\\.\\d+\\.\\d+\\.\\d+)?\n"))
+        EXPECT_TRUE(fits(walker.output[line], module + "\n") ||
+                    fits(walker.output[line], module + ", fileVersion: #.#.#.#\n"))
             << walker.output[line];
     for (; line < walker.output.size(); ++line)
-        EXPECT_TRUE(matches(walker.output[line],
-                            "([0-9A-F]{16} \\(.+\\): \\(filename not available\\): .+\n)|"
-                            "(.+ \\(\\d+\\): .+\n)"))
+        EXPECT_TRUE(fits(walker.output[line], "# (*): (filename not available): *\n") ||
+                    fits(walker.output[line], "* (#): *\n"))
             << walker.output[line];
 }
 

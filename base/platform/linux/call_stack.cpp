@@ -10,6 +10,7 @@
 #include "base/platform/detail/frame_list.h"
 #include "base/platform/error_text.h"
 #include "base/platform/linux/error_code.h"
+#include "base/platform/linux/remote_process.h"
 #include "base/platform/linux/stopped_thread.h"
 #include "base/platform/linux/unwind.h"
 #include "base/platform/linux/walk_stack.h"
@@ -28,13 +29,6 @@ constexpr std::pair<unsigned, DWORD64 CONTEXT::*> CONTEXT_FIELDS[]{
 
 /// ContextFlags: control and integer registers of this processor.
 constexpr DWORD HELD_REGISTERS = 0x100003;
-
-Registers registersOf(const CONTEXT& context)
-{
-    Registers registers{};
-    for (const auto& [number, field] : CONTEXT_FIELDS) registers[number] = context.*field;
-    return registers;
-}
 
 CONTEXT contextOf(const Registers& registers)
 {
@@ -84,13 +78,7 @@ class CheckedSource : public UnwindSource
    public:
     explicit CheckedSource(const WalkRequest& walk) : m_walk(walk) {}
 
-    bool read(std::uint64_t address, std::uint64_t& value) const override
-    {
-        DWORD count = 0;
-        if (m_walk.read == nullptr) return readProcessMemory(m_walk.process, address, &value, sizeof value, count);
-        return m_walk.read(m_walk.process, address, &value, sizeof value, &count, m_walk.userData) != 0 &&
-               count == sizeof value;
-    }
+    bool read(std::uint64_t address, std::uint64_t& value) const override { return readStack(m_walk, address, value); }
 
     bool findTable(std::uint64_t address, UnwindTable& table) const override { return findUnwindTable(address, table); }
 
@@ -134,12 +122,6 @@ pid_t threadOf(HANDLE handle)
     return number <= 0 ? CALLING_THREAD : static_cast<pid_t>(number);
 }
 
-pid_t processOf(HANDLE handle)
-{
-    const auto number = reinterpret_cast<std::intptr_t>(handle);
-    return number <= 0 ? ::getpid() : static_cast<pid_t>(number);
-}
-
 std::size_t walkOther(const WalkRequest& walk, pid_t thread, std::span<StackFrame> frames)
 {
     const StoppedThread stopped(thread);
@@ -153,6 +135,27 @@ std::size_t walkOther(const WalkRequest& walk, pid_t thread, std::span<StackFram
 }
 
 }  // namespace
+
+Registers registersOf(const CONTEXT& context)
+{
+    Registers registers{};
+    for (const auto& [number, field] : CONTEXT_FIELDS) registers[number] = context.*field;
+    return registers;
+}
+
+pid_t processOf(HANDLE handle)
+{
+    const auto number = reinterpret_cast<std::intptr_t>(handle);
+    return number <= 0 ? ::getpid() : static_cast<pid_t>(number);
+}
+
+bool readStack(const WalkRequest& walk, std::uint64_t address, std::uint64_t& value)
+{
+    DWORD count = 0;
+    if (walk.read == nullptr)
+        return readProcessMemory(walk.process, address, &value, sizeof value, count) && count == sizeof value;
+    return walk.read(walk.process, address, &value, sizeof value, &count, walk.userData) != 0 && count == sizeof value;
+}
 
 bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std::uint32_t size, std::uint32_t& read)
 {
@@ -168,6 +171,8 @@ bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std:
 std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames)
 {
     const pid_t thread = threadOf(walk.thread);
+    const pid_t process = processOf(walk.process);
+    if (process != ::getpid()) return walkRemote(walk, process, thread, frames);
     if (thread != CALLING_THREAD && thread != currentThread()) return walkOther(walk, thread, frames);
     if (walk.context != nullptr) return walkFrom(CheckedSource(walk), registersOf(*walk.context), {frames, nullptr});
 

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <set>
 #include <span>
 #include <string_view>
 #include <system_error>
@@ -17,6 +18,7 @@
 
 #include "base/platform/demangle.h"
 #include "base/platform/linux/elf_file.h"
+#include "base/platform/linux/remote_process.h"
 #include "base/platform/linux/source_lines.h"
 #include "base/platform/linux/walk_stack.h"
 #include "base/platform/system_info.h"
@@ -51,9 +53,10 @@ std::string debugFileOf(const ElfFile& file)
     return ::access(name.c_str(), R_OK) == 0 ? name : std::string();
 }
 
-void readSymbolType(ModuleInfo& module)
+void readSymbolType(ModuleInfo& module, const std::string& path)
 {
-    const ElfFile file(module.file);
+    const MappedFile mapped(path);
+    const ElfFile file(mapped.bytes());
     if (!file.isValid())
     {
         // The system's own code has a name but no file.
@@ -145,6 +148,28 @@ std::vector<ModuleInfo> listModules()
     return modules;
 }
 
+void readPlainNames(SymbolInfo& info)
+{
+    if (info.name.empty()) return;
+    info.fullName = demangle(info.name);
+    info.plainName = nameAlone(info.fullName);
+}
+
+using ModuleKey = std::pair<std::uint64_t, std::string>;
+
+ModuleKey keyOf(const ModuleInfo& module) { return {module.base, module.file}; }
+
+/// What is known of a module of another process, but for its version.
+ModuleInfo describe(const RemoteModule& from)
+{
+    ModuleInfo module;
+    module.file = from.file;
+    module.name = moduleName(from.file);
+    module.base = from.begin;
+    module.size = static_cast<std::uint32_t>(from.end - from.begin);
+    return module;
+}
+
 /// The symbols of this process.
 class OwnSession : public SymbolSession
 {
@@ -168,7 +193,7 @@ class OwnSession : public SymbolSession
 
     std::vector<ModuleInfo> loadModules(bool withVersions) override
     {
-        std::map<Key, ModuleInfo> present;
+        std::map<ModuleKey, ModuleInfo> present;
         std::vector<ModuleInfo> added;
         const std::lock_guard lock(m_mutex);
         for (ModuleInfo& module : listModules())
@@ -179,7 +204,7 @@ class OwnSession : public SymbolSession
                 present.insert(m_modules.extract(known));
                 continue;
             }
-            readSymbolType(module);
+            readSymbolType(module, module.file);
             if (withVersions) module.fileVersion = versionOfFile(module.file);
             added.push_back(module);
             present.emplace(keyOf(module), std::move(module));
@@ -199,11 +224,7 @@ class OwnSession : public SymbolSession
             info.name = found.dli_sname;
             info.offset = address - reinterpret_cast<std::uintptr_t>(found.dli_saddr);
         }
-        if (parts.names && !info.name.empty())
-        {
-            info.fullName = demangle(info.name);
-            info.plainName = nameAlone(info.fullName);
-        }
+        if (parts.names) readPlainNames(info);
         if (parts.modules) readModule(found, info.module);
         return info;
     }
@@ -211,10 +232,6 @@ class OwnSession : public SymbolSession
     std::size_t walk(WalkRequest walk, std::span<StackFrame> frames) const override { return walkStack(walk, frames); }
 
    private:
-    using Key = std::pair<std::uint64_t, std::string>;
-
-    static Key keyOf(const ModuleInfo& module) { return {module.base, module.file}; }
-
     static void readSource(std::uint64_t address, const SymbolParts& parts, SymbolInfo& info)
     {
         SourcePlace place = findSource(address);
@@ -248,14 +265,109 @@ class OwnSession : public SymbolSession
 
     std::string m_searchPath;
     mutable std::mutex m_mutex;
-    std::map<Key, ModuleInfo> m_modules;
+    std::map<ModuleKey, ModuleInfo> m_modules;
 };
+
+/// The symbols of another process, from the files of its modules. Lines are known for modules that this process has
+/// loaded, too.
+class RemoteSession : public SymbolSession
+{
+   public:
+    RemoteSession(pid_t process, const char* searchPath) : m_process(process), m_own(searchPath) {}
+
+    std::string searchPath() const override { return m_own.searchPath(); }
+    std::uint32_t options() const override { return m_own.options(); }
+
+    std::uint64_t moduleGeneration() const override
+    {
+        std::uint64_t digest = m_own.moduleGeneration();
+        for (const RemoteModule& module : listRemoteModules(m_process))
+            digest = (digest ^ module.begin ^ module.end) * 0x9E3779B97F4A7C15U;
+        return digest;
+    }
+
+    std::vector<ModuleInfo> loadModules(bool withVersions) override
+    {
+        std::vector<ModuleInfo> added;
+        std::set<ModuleKey> present;
+        const std::lock_guard lock(m_mutex);
+        for (const RemoteModule& remote : listRemoteModules(m_process))
+        {
+            ModuleInfo module = describe(remote);
+            present.insert(keyOf(module));
+            if (m_known.contains(keyOf(module))) continue;
+            const std::string path = remotePath(m_process, module.file);
+            readSymbolType(module, path);
+            if (!module.symbolFile.starts_with("/usr/lib/debug/") && !module.symbolFile.empty())
+                module.symbolFile = module.file;
+            if (withVersions) module.fileVersion = versionOfFile(path);
+            added.push_back(std::move(module));
+        }
+        m_known = std::move(present);
+        return added;
+    }
+
+    SymbolInfo find(std::uint64_t address, const SymbolParts& parts) const override
+    {
+        SymbolInfo info;
+        const RemoteModules modules(m_process);
+        const RemoteModules::Entry* const entry = modules.find(address);
+        if (entry == nullptr) return info;
+        const std::uint64_t place = address - entry->module.begin;
+        if (const std::uint64_t own = ownBase(entry->module.file); own != 0)
+            info = m_own.find(own + place, {parts.names, parts.lines, false});
+        if (parts.names && info.name.empty())
+        {
+            const ElfFile elf(entry->file.bytes());
+            std::uint64_t begin = 0;
+            const std::uint64_t meant = place + elf.firstAddress();
+            info.name = elf.functionAt(meant, begin);
+            info.offset = info.name.empty() ? 0 : meant - begin;
+            readPlainNames(info);
+        }
+        if (parts.modules)
+        {
+            info.module = describe(entry->module);
+            readSymbolType(info.module, remotePath(m_process, entry->module.file));
+        }
+        return info;
+    }
+
+    std::size_t walk(WalkRequest walk, std::span<StackFrame> frames) const override
+    {
+        walk.process = reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(m_process));
+        return walkStack(walk, frames);
+    }
+
+   private:
+    /// Where this process has loaded the file; 0 when it has not.
+    static std::uint64_t ownBase(const std::string& file)
+    {
+        for (const RemoteModule& module : listRemoteModules(::getpid()))
+            if (module.file == file && file.starts_with('/')) return module.begin;
+        return 0;
+    }
+
+    pid_t m_process;
+    OwnSession m_own;
+    std::mutex m_mutex;
+    std::set<ModuleKey> m_known;
+};
+
+/// The handle says which process is meant; without one, the number does.
+pid_t processOf(std::uint32_t processId, HANDLE handle)
+{
+    const bool isNamed = reinterpret_cast<std::intptr_t>(handle) > 0;
+    return isNamed || processId == 0 ? platform::processOf(handle) : static_cast<pid_t>(processId);
+}
 
 }  // namespace
 
-std::unique_ptr<SymbolSession> SymbolSession::open(std::uint32_t, HANDLE, const char* searchPath)
+std::unique_ptr<SymbolSession> SymbolSession::open(std::uint32_t processId, HANDLE process, const char* searchPath)
 {
-    return std::make_unique<OwnSession>(searchPath);
+    const pid_t number = processOf(processId, process);
+    if (number == ::getpid()) return std::make_unique<OwnSession>(searchPath);
+    return std::make_unique<RemoteSession>(number, searchPath);
 }
 
 const char* symbolTypeText(std::uint32_t type) noexcept

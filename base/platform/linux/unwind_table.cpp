@@ -36,9 +36,18 @@ IndexPair pairAt(const std::uint8_t* index, std::size_t number)
     return pair;
 }
 
-std::uint32_t pairCount(const std::uint8_t* index)
+/// How many bytes there are from `at` on.
+std::size_t room(const UnwindTable& table, const std::uint8_t* at)
+{
+    const auto begin = reinterpret_cast<std::uintptr_t>(table.data.data());
+    const auto position = reinterpret_cast<std::uintptr_t>(at);
+    return position < begin || position - begin > table.data.size() ? 0 : table.data.size() - (position - begin);
+}
+
+std::uint32_t pairCount(const UnwindTable& table)
 {
     std::uint32_t count = 0;
+    const std::uint8_t* const index = table.index;
     if (index[0] == 1 && index[2] == 0x03 && index[3] == SORTED_PAIRS) std::memcpy(&count, index + 8, sizeof count);
     return count;
 }
@@ -50,12 +59,13 @@ std::uint64_t mix(std::uint64_t stamp, std::uint64_t value)
 }
 
 /// Of the place, the sizes, and samples of the index.
-std::uint64_t stampOf(const std::uint8_t* index)
+std::uint64_t stampOf(const UnwindTable& table)
 {
+    const std::uint8_t* const index = table.index;
     std::uint64_t head = 0;
     std::memcpy(&head, index + 4, sizeof head);
     std::uint64_t stamp = mix(reinterpret_cast<std::uintptr_t>(index), head);
-    const std::uint32_t count = pairCount(index);
+    const std::uint32_t count = pairCount(table);
     for (const std::uint32_t sample : {count / 2, count - 1})
     {
         if (count == 0) break;
@@ -72,7 +82,7 @@ const std::uint8_t* findDescription(const UnwindTable& table, std::uint64_t addr
     const std::uint64_t base = reinterpret_cast<std::uintptr_t>(table.index) + table.shift;
     const auto offset = static_cast<std::int64_t>(address - base);
     std::size_t low = 0;
-    std::size_t high = pairCount(table.index);
+    std::size_t high = pairCount(table);
     if (high == 0 || pairAt(table.index, 0).address > offset) return nullptr;
     while (high - low > 1)
     {
@@ -94,20 +104,23 @@ struct Common
     const std::uint8_t* end = nullptr;
 };
 
-/// The bytes of one entry after its length.
-TableReader entryAt(const std::uint8_t* at, std::uint64_t shift, const std::uint8_t*& end)
+/// The bytes of one entry after its length; none when it does not lie within the tables.
+TableReader entryAt(const UnwindTable& table, const std::uint8_t* at, const std::uint8_t*& end)
 {
     std::uint32_t length = 0;
+    const std::size_t size = room(table, at);
+    end = at;
+    if (size < sizeof length) return {at, at, table.shift};
     std::memcpy(&length, at, sizeof length);
-    // Entries of over 4 GiB are not made.
-    if (length == 0xFFFFFFFFU) length = 0;
+    // This also rules out the marker of entries of over 4 GiB, which nobody makes.
+    if (length > size - sizeof length) return {at, at, table.shift};
     end = at + sizeof length + length;
-    return {at + sizeof length, end, shift};
+    return {at + sizeof length, end, table.shift};
 }
 
-bool readCommon(const std::uint8_t* at, std::uint64_t shift, Common& common)
+bool readCommon(const UnwindTable& table, const std::uint8_t* at, Common& common)
 {
-    TableReader reader = entryAt(at, shift, common.end);
+    TableReader reader = entryAt(table, at, common.end);
     reader.read<std::uint32_t>();
     const auto version = reader.read<std::uint8_t>();
     const auto* const augmentation = reinterpret_cast<const char*>(reader.position());
@@ -126,7 +139,10 @@ bool readCommon(const std::uint8_t* at, std::uint64_t shift, Common& common)
         return augmentation[0] == 0;
     }
     const std::uint64_t size = reader.unsignedNumber();
-    common.program = reader.position() + size;
+    TableReader behind = reader;
+    behind.skip(size);
+    if (!behind.ok()) return false;
+    common.program = behind.position();
     for (const char* letter = augmentation + 1; *letter != 0 && reader.ok(); ++letter)
     {
         switch (*letter)
@@ -428,6 +444,14 @@ std::uint64_t TableReader::pointer(std::uint8_t encoding, std::uint64_t base)
     return value;
 }
 
+bool checkUnwindTable(UnwindTable& table) noexcept
+{
+    const std::size_t size = room(table, table.index);
+    if (size < INDEX_HEAD || (size - INDEX_HEAD) / sizeof(IndexPair) < pairCount(table)) return false;
+    table.stamp = stampOf(table);
+    return true;
+}
+
 bool findUnwindTable(std::uint64_t address, UnwindTable& table) noexcept
 {
     dl_find_object found{};
@@ -436,8 +460,8 @@ bool findUnwindTable(std::uint64_t address, UnwindTable& table) noexcept
     table.end = reinterpret_cast<std::uintptr_t>(found.dlfo_map_end);
     table.index = static_cast<const std::uint8_t*>(found.dlfo_eh_frame);
     table.shift = 0;
-    table.stamp = stampOf(table.index);
-    return true;
+    table.data = {static_cast<const std::uint8_t*>(found.dlfo_map_start), table.end - table.begin};
+    return checkUnwindTable(table);
 }
 
 bool findUnwindRow(const UnwindTable& table, std::uint64_t address, UnwindRow& row) noexcept
@@ -445,11 +469,11 @@ bool findUnwindRow(const UnwindTable& table, std::uint64_t address, UnwindRow& r
     const std::uint8_t* const description = findDescription(table, address);
     if (description == nullptr) return false;
     const std::uint8_t* end = nullptr;
-    TableReader reader = entryAt(description, table.shift, end);
+    TableReader reader = entryAt(table, description, end);
     const std::uint8_t* const here = reader.position();
     const auto back = reader.read<std::int32_t>();
     Common common;
-    if (!reader.ok() || back <= 0 || !readCommon(here - back, table.shift, common)) return false;
+    if (!reader.ok() || back <= 0 || !readCommon(table, here - back, common)) return false;
 
     const std::uint64_t begin = reader.pointer(common.encoding);
     const std::uint64_t size = reader.pointer(common.encoding & ENCODING_FORMAT);

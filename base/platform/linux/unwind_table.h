@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 /// What compilers write down about the frames of each function, so that a stack can be walked.
 namespace Oxa_1_1::platform
@@ -74,6 +75,8 @@ struct UnwindTable
     std::uint64_t end = 0;
     /// The sorted index of the tables, as it lies in this process.
     const std::uint8_t* index = nullptr;
+    /// What the tables lie in; nothing is read outside of it.
+    std::span<const std::uint8_t> data;
     /// To be added to an address in this process for the one that the tables speak of; not 0 for another process.
     std::uint64_t shift = 0;
     /// Differs between modules that are loaded to the same place one after the other.
@@ -81,6 +84,9 @@ struct UnwindTable
 
     bool contains(std::uint64_t address) const { return address >= begin && address < end; }
 };
+
+/// Fills in the rest of a table whose `data`, `index`, `begin` and `end` are known; false when the index does not fit.
+bool checkUnwindTable(UnwindTable& table) noexcept;
 
 /// The tables of the module of this process that `address` lies in. No lock and no memory.
 bool findUnwindTable(std::uint64_t address, UnwindTable& table) noexcept;

@@ -1,14 +1,25 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <span>
 
 #include "base/platform/call_stack.h"
+#include "base/platform/linux/unwind.h"
 
 namespace Oxa_1_1::platform
 {
 
-/// Stores the frames of a thread of this process. 0 when it cannot be stopped, with the last error.
+/// Stores the frames of a thread of this process or of another one. 0 when it cannot be stopped, with the last error.
 std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames);
+
+/// A word of the walked stack, by the function that the request names.
+bool readStack(const WalkRequest& walk, std::uint64_t address, std::uint64_t& value);
+
+Registers registersOf(const CONTEXT& context);
+
+/// The process that a handle stands for.
+pid_t processOf(HANDLE handle);
 
 }  // namespace Oxa_1_1::platform

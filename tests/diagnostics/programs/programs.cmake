@@ -1,0 +1,28 @@
+# Whole programs whose behaviour is tested from outside.
+
+function(oxa_add_diagnostics_program name)
+  add_executable(diagnostics_${name} diagnostics/programs/${name}.cpp)
+  target_link_libraries(diagnostics_${name} PRIVATE OxaBase oxa_warnings)
+endfunction()
+
+oxa_add_diagnostics_program(ask)
+oxa_add_diagnostics_program(bare)
+# Without symbols of any kind.
+target_compile_options(diagnostics_bare PRIVATE -g0)
+target_link_options(diagnostics_bare PRIVATE -s)
+add_test(NAME diagnostics_bare COMMAND diagnostics_bare)
+
+if(WIN32)
+  find_program(xvfb Xvfb)
+  find_program(xdotool xdotool)
+  if(xvfb AND xdotool)
+    add_test(NAME diagnostics_message_box COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/diagnostics/windows/press_button.sh
+      ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:diagnostics_ask>)
+  endif()
+  oxa_add_diagnostics_program(no_reader)
+  add_test(NAME diagnostics_no_reader COMMAND diagnostics_no_reader)
+  set_tests_properties(diagnostics_no_reader PROPERTIES ENVIRONMENT "WINEDLLOVERRIDES=mscoree,mshtml,dbghelp=")
+else()
+  add_test(NAME diagnostics_terminal
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/diagnostics/linux/answer_terminal.sh $<TARGET_FILE:diagnostics_ask>)
+endif()

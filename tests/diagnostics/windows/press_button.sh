@@ -1,0 +1,46 @@
+#!/usr/bin/env bash
+# Presses the buttons of the message box of a failed assertion, on a screen of its own. Arguments: the script that runs
+# programs of the Windows target, the program that asks.
+set -euo pipefail
+runner=$1
+program=$2
+output=$(mktemp)
+screen=$(mktemp)
+trap 'kill "$server" 2>/dev/null || true; rm -f "$output" "$screen"' EXIT
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$screen" >/dev/null 2>&1 &
+server=$!
+for _ in $(seq 100); do [ -s "$screen" ] && break; sleep 0.1; done
+export DISPLAY=":$(cat "$screen")"
+failed=0
+
+# Waits for the box and presses the first letter of a button.
+press() {
+  local window
+  window=$(timeout 60 xdotool search --sync --onlyvisible --name "$(basename "$program")" | head -n 1)
+  [ -n "$window" ] || return 1
+  sleep 0.5
+  xdotool windowfocus --sync "$window" key --clearmodifiers "$1"
+  for _ in $(seq 100); do
+    xdotool search --onlyvisible --name "$(basename "$program")" >/dev/null 2>&1 || return 0
+    sleep 0.1
+  done
+  return 1
+}
+
+# The button, the exit code and the rounds that must follow.
+expect() {
+  local button=$1 code=$2 rounds=$3 got=0 run
+  "$runner" "$program" >"$output" 2>&1 &
+  run=$!
+  press "$button" || { echo "no message box to press '$button' in"; failed=1; kill "$run" 2>/dev/null || true; }
+  wait "$run" || got=$?
+  if [ "$got" != "$code" ] || [ "$(grep -c '^round' "$output")" != "$rounds" ]; then
+    echo "pressed '$button': exit code $got instead of $code"
+    cat "$output"
+    failed=1
+  fi
+}
+
+expect i 0 2
+expect a 3 1
+exit $failed
