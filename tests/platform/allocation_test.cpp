@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "base/diagnostics/debug_output.h"
+#include "base/diagnostics/stack_walker.h"
 #include "base/string/oxa_string.h"
 
 namespace
@@ -83,6 +85,18 @@ TEST(Allocation, AppendingDrawsOnWhatIsThere)
                       for (int i = 0; i < 1000; ++i) text << i << OXA_TEXT(' ') << i * 0.5 << OXA_TEXT("\n");
                   }),
               14u);
+}
+
+TEST(Allocation, CountingAndCapturingFramesNeedNone)
+{
+    EXPECT_EQ(allocationsOf(
+                  []
+                  {
+                      const OutputDebugParenthesesScope scope;
+                      void* addresses[16];
+                      EXPECT_GT(StackWalker::captureFrames(addresses, 16), 0);
+                  }),
+              0u);
 }
 
 }  // namespace

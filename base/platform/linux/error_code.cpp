@@ -43,6 +43,7 @@ constexpr Pair PAIRS[]{
     {ELOOP, 1921},
     {EMLINK, 1142},
     {ENOENT, 18},
+    {EINVAL, 87},
     {EINVAL, 123},
     {EINVAL, 4390},
     {ESTALE, 1006},
@@ -88,7 +89,6 @@ constexpr Pair PAIRS[]{
     {EMEDIUMTYPE, 1785},
     {EREMOTEIO, 31},
     // Arguments, memory and results.
-    {EINVAL, 87},
     {EDOM, 87},
     {E2BIG, 160},
     {ERANGE, 534},

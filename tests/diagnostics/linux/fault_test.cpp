@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <fstream>
+#include <string>
 #include <thread>
 
 #include "tests/diagnostics/stack_samples.h"
@@ -20,37 +23,42 @@ namespace
 
 using test::RecordingWalker;
 
-RecordingWalker* faultWalker = nullptr;
+CONTEXT faultContext;
 int framesInHandler = 0;
+std::atomic<bool> hasFault{false};
+std::atomic<bool> isWalked{false};
 
+/// Keeps the thread at its fault until another one has looked at it.
 void onFault(int, siginfo_t*, void* signalContext)
 {
     static void* addresses[256];
     framesInHandler = StackWalker::captureFrames(addresses, 256);
-    const CONTEXT context = StackWalker::contextOfFault(signalContext);
-    faultWalker->ShowCallstack(nullptr, &context);
+    faultContext = StackWalker::contextOfFault(signalContext);
+    hasFault = true;
+    while (!isWalked) std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
-/// Handles `signal` on a stack of its own while `work` runs below known functions.
-template <int N, class Work>
-void runWithHandler(int signal, RecordingWalker& walker, Work work)
+TEST(StackWalkerFault, AnotherThreadWalksFromTheRegistersOfASignal)
 {
-    faultWalker = &walker;
-    // Symbols are read by ordinary code, not in the handler.
-    walker.LoadModules();
     struct sigaction action = {};
     struct sigaction former = {};
     action.sa_sigaction = onFault;
     action.sa_flags = SA_SIGINFO;
-    ASSERT_EQ(sigaction(signal, &action, &former), 0);
-    test::knownFunction<N>(work);
-    sigaction(signal, &former, nullptr);
-}
-
-TEST(StackWalkerFault, WalksFromTheRegistersOfASignal)
-{
+    ASSERT_EQ(sigaction(SIGUSR1, &action, &former), 0);
     RecordingWalker walker;
-    runWithHandler<12>(SIGUSR1, walker, [] { std::raise(SIGUSR1); });
+    const HANDLE faulty = StackWalker::openCurrentThread();
+    std::thread reporter(
+        [&]
+        {
+            while (!hasFault) std::this_thread::yield();
+            EXPECT_TRUE(walker.ShowCallstack(faulty, &faultContext));
+            isWalked = true;
+        });
+    auto fail = [] { std::raise(SIGUSR1); };
+    test::knownFunction<12>(fail);
+    reporter.join();
+    sigaction(SIGUSR1, &former, nullptr);
+    StackWalker::closeThread(faulty);
     EXPECT_EQ(walker.framesNamed("knownFunction<").size(), 12U);
     EXPECT_TRUE(walker.framesNamed("onFault").empty());
     // The handler's own stack goes on through the frame that the system made.

@@ -40,15 +40,18 @@ TEST(StackWalkerFault, WalksAnotherProcess)
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    char command[] = "cmd.exe /c pause";
-    ASSERT_NE(CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE, nullptr, nullptr, &startup,
-                             &process),
+    std::string command(MAX_PATH, 0);
+    command.resize(GetModuleFileNameA(nullptr, command.data(), MAX_PATH));
+    command.replace(command.find_last_of('\\') + 1, std::string::npos, "diagnostics_wait.exe");
+    ASSERT_NE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process),
               0);
-    Sleep(1000);
+    // Until it sleeps.
+    Sleep(2000);
     RecordingWalker walker(StackWalker::AllOptions, nullptr, process.dwProcessId, process.hProcess);
     EXPECT_TRUE(walker.ShowCallstack(process.hThread));
-    EXPECT_GE(walker.frames.size(), 2U);
-    EXPECT_GE(walker.modules.size(), 2U);
+    EXPECT_EQ(walker.framesNamed("knownFunction<").size(), 9U);
+    EXPECT_GE(walker.modules.size(), 3U);
+    for (const auto& error : walker.errors) ADD_FAILURE() << error.text << " " << error.code;
     TerminateProcess(process.hProcess, 0);
     WaitForSingleObject(process.hProcess, 10000);
     CloseHandle(process.hThread);

@@ -1,0 +1,73 @@
+#include "base/platform/linux/elf_file.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "base/platform/linux/remote_process.h"
+#include "base/platform/linux/walk_stack.h"
+
+namespace Oxa_1_1::platform
+{
+
+namespace
+{
+
+TEST(ElfFile, KnowsTheFunctionsOfThisProgram)
+{
+    const MappedFile file("/proc/self/exe");
+    const ElfFile elf(file.bytes());
+    ASSERT_TRUE(elf.isValid());
+    EXPECT_TRUE(elf.hasSection(".text"));
+    EXPECT_FALSE(elf.hasSection(".no such section"));
+    EXPECT_FALSE(elf.hasSection(".bss"));
+    std::uint64_t offset = 0;
+    std::uint64_t address = 0;
+    EXPECT_TRUE(elf.findUnwindIndex(offset, address));
+
+    // Where this program is, and so which address a function is meant for.
+    const auto code = reinterpret_cast<std::uintptr_t>(&remotePath);
+    const RemoteModules modules(processOf(nullptr));
+    const RemoteModules::Entry* const own = modules.find(code);
+    ASSERT_NE(own, nullptr);
+    std::uint64_t begin = 0;
+    const std::uint64_t meant = code - own->module.begin + elf.firstAddress();
+    EXPECT_NE(elf.functionAt(meant + 1, begin).find("remotePath"), std::string_view::npos);
+    EXPECT_EQ(begin, meant);
+    EXPECT_TRUE(elf.functionAt(1, begin).empty());
+}
+
+TEST(RemoteProcess, OneThatDoesNotExistHasNoModules) { EXPECT_TRUE(listRemoteModules(0).empty()); }
+
+TEST(ElfFile, FilesThatAreNoneHaveNothing)
+{
+    for (const char* const name : {"/no/such/file", "/dev/null", "/", "/proc/self/status"})
+    {
+        const MappedFile file(name);
+        const ElfFile elf(file.bytes());
+        EXPECT_FALSE(elf.isValid()) << name;
+        EXPECT_FALSE(elf.hasSection(".text"));
+        EXPECT_EQ(elf.buildId(), "");
+    }
+}
+
+TEST(ElfFile, ShortenedFilesAreReadWithinTheirBounds)
+{
+    const MappedFile file("/proc/self/exe");
+    std::uint64_t begin = 0;
+    std::uint64_t address = 0;
+    for (std::size_t size = 0; size < file.bytes().size(); size = size * 2 + 1)
+    {
+        const std::vector<std::uint8_t> head(file.bytes().begin(),
+                                             file.bytes().begin() + static_cast<std::ptrdiff_t>(size));
+        const ElfFile elf(head);
+        EXPECT_FALSE(elf.hasSection(".symtab"));
+        EXPECT_TRUE(elf.functionAt(0x1000, begin).empty());
+        elf.findUnwindIndex(begin, address);
+        EXPECT_EQ(elf.buildId(), "");
+    }
+}
+
+}  // namespace
+
+}  // namespace Oxa_1_1::platform
