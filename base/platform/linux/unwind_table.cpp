@@ -213,7 +213,16 @@ class RowProgram
 
     void advance(std::uint64_t units) { m_location += units * m_common.codeUnit; }
 
-    std::int64_t dataOffset(std::uint64_t units) const { return static_cast<std::int64_t>(units) * m_common.dataUnit; }
+    /// Tables of nonsense may wrap around.
+    std::int64_t dataOffset(std::uint64_t units) const
+    {
+        return static_cast<std::int64_t>(units * static_cast<std::uint64_t>(m_common.dataUnit));
+    }
+
+    std::int64_t signedDataOffset(TableReader& reader) const
+    {
+        return dataOffset(static_cast<std::uint64_t>(reader.signedNumber()));
+    }
 
     bool runOne(TableReader& reader)
     {
@@ -277,7 +286,7 @@ class RowProgram
                 return true;
             case 0x11:  // offset_extended_sf
                 number = reader.unsignedNumber();
-                set(number, Kind::Offset, reader.signedNumber() * m_common.dataUnit);
+                set(number, Kind::Offset, signedDataOffset(reader));
                 return true;
             case 0x14:  // val_offset
                 number = reader.unsignedNumber();
@@ -285,7 +294,7 @@ class RowProgram
                 return true;
             case 0x15:  // val_offset_sf
                 number = reader.unsignedNumber();
-                set(number, Kind::ValueOffset, reader.signedNumber() * m_common.dataUnit);
+                set(number, Kind::ValueOffset, signedDataOffset(reader));
                 return true;
             case 0x16:  // val_expression
                 setExpression(reader.unsignedNumber(), Kind::ValueExpression, reader);
@@ -328,10 +337,10 @@ class RowProgram
                 return true;
             case 0x12:  // def_cfa_sf
                 m_row.frame = {Kind::Register, static_cast<std::int64_t>(reader.unsignedNumber()), nullptr};
-                m_row.frameOffset = reader.signedNumber() * m_common.dataUnit;
+                m_row.frameOffset = signedDataOffset(reader);
                 return true;
             case 0x13:  // def_cfa_offset_sf
-                m_row.frameOffset = reader.signedNumber() * m_common.dataUnit;
+                m_row.frameOffset = signedDataOffset(reader);
                 return true;
             default:
                 return false;
