@@ -1,5 +1,7 @@
 #include "base/diagnostics/detail/walk_text.h"
 
+#include <array>
+#include <charconv>
 #include <cstdint>
 #include <string_view>
 
@@ -18,11 +20,9 @@ std::string decimal(std::uint64_t value) { return std::to_string(value); }
 /// Without leading zeros, in lower case.
 std::string hexadecimal(std::uint64_t value)
 {
-    constexpr std::string_view DIGITS = "0123456789abcdef";
-    std::string text;
-    do text.insert(text.begin(), DIGITS[value & 0xF]);
-    while ((value >>= 4) != 0);
-    return text;
+    std::array<char, 16> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, 16).ptr;
+    return {digits.data(), end};
 }
 
 /// As the wide system writes pointers: sixteen digits in upper case, on every system.
@@ -37,7 +37,11 @@ std::string pointer(std::uint64_t value)
 std::string versionText(std::uint64_t version)
 {
     std::string text;
-    for (const int shift : {48, 32, 16, 0}) text += (shift == 48 ? "" : ".") + decimal(version >> shift & 0xFFFF);
+    for (const int shift : {48, 32, 16, 0})
+    {
+        if (!text.empty()) text += '.';
+        text += decimal(version >> shift & 0xFFFF);
+    }
     return text;
 }
 

@@ -66,7 +66,8 @@ Answer askAbortRetryIgnore(const Char* text, const Char* caption)
 {
     const Terminal terminal;
     if (!terminal.isOpen()) return Answer::Abort;
-    const std::string question = "\n" + encodeUtf8(caption) + "\n" + encodeUtf8(text) + "\n";
+    std::string question = "\n";
+    question.append(encodeUtf8(caption)).append("\n").append(encodeUtf8(text)).append("\n");
     if (!terminal.write(question)) return Answer::Abort;
     char choice = 0;
     while (terminal.write("(a)bort, (r)etry, (i)gnore? ") && terminal.readChoice(choice))
