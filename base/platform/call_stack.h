@@ -13,13 +13,14 @@ namespace Oxa_1_1::platform
 /// Reads `size` bytes at `address` of `process` and stores in `read` how many it got. False when it got none.
 using ReadMemory = BOOL (*)(HANDLE process, DWORD64 address, void* buffer, DWORD size, DWORD* read, void* userData);
 
+/// Without initial values, because rooms for many are made and few are used.
 struct StackFrame
 {
-    std::uint64_t address = 0;
+    std::uint64_t address;
     /// The address that the frame returns to; 0 for the outermost.
-    std::uint64_t returnAddress = 0;
+    std::uint64_t returnAddress;
     /// `address` is where a call returns to, so the call itself stands before it.
-    bool isAfterCall = false;
+    bool isAfterCall;
 
     /// An address within the instruction that is being executed.
     std::uint64_t instruction() const { return isAfterCall && address != 0 ? address - 1 : address; }
@@ -28,7 +29,7 @@ struct StackFrame
 /// Whose stack is walked, and how.
 struct WalkRequest
 {
-    /// The process and the symbol session that belong to the walk; null where the system needs none.
+    /// Null for the calling process.
     HANDLE process = nullptr;
     /// Null, or the calling thread itself, walks the calling thread.
     HANDLE thread = nullptr;

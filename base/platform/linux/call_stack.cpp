@@ -171,8 +171,7 @@ bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std:
 std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames)
 {
     const pid_t thread = threadOf(walk.thread);
-    const pid_t process = processOf(walk.process);
-    if (process != ::getpid()) return walkRemote(walk, process, thread, frames);
+    if (walk.process != nullptr) return walkRemote(walk, processOf(walk.process), thread, frames);
     if (thread != CALLING_THREAD && thread != currentThread()) return walkOther(walk, thread, frames);
     if (walk.context != nullptr) return walkFrom(CheckedSource(walk), registersOf(*walk.context), {frames, nullptr});
 

@@ -229,7 +229,11 @@ class OwnSession : public SymbolSession
         return info;
     }
 
-    std::size_t walk(WalkRequest walk, std::span<StackFrame> frames) const override { return walkStack(walk, frames); }
+    std::size_t walk(WalkRequest walk, std::span<StackFrame> frames) const override
+    {
+        walk.process = nullptr;
+        return walkStack(walk, frames);
+    }
 
    private:
     static void readSource(std::uint64_t address, const SymbolParts& parts, SymbolInfo& info)

@@ -11,7 +11,8 @@
 namespace Oxa_1_1::platform
 {
 
-/// Stores the frames of a thread of this process or of another one. 0 when it cannot be stopped, with the last error.
+/// Stores the frames of a thread of this process, or of the other one that the request names. 0 when it cannot be
+/// stopped, with the last error.
 std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames);
 
 /// A word of the walked stack, by the function that the request names.
