@@ -1,11 +1,11 @@
 #include "base/platform/debug_output.h"
 
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <string_view>
 

@@ -1,12 +1,12 @@
 #include "base/platform/linux/remote_process.h"
 
-#include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/user.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <fstream>
 #include <sstream>
 

@@ -1,7 +1,6 @@
 #include "base/platform/linux/stopped_thread.h"
 
 #include <linux/futex.h>
-#include <signal.h>
 #include <sys/syscall.h>
 #include <ucontext.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <mutex>
 
