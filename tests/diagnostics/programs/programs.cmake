@@ -18,6 +18,8 @@ if(WIN32)
   if(xvfb AND xdotool)
     add_test(NAME diagnostics_message_box COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/diagnostics/windows/press_button.sh
       ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:diagnostics_ask>)
+    set_tests_properties(diagnostics_message_box PROPERTIES
+      ENVIRONMENT OXA_WINEPREFIX=${PROJECT_BINARY_DIR}/wine-screen)
   endif()
   oxa_add_diagnostics_program(wait)
   target_compile_options(diagnostics_wait PRIVATE -gdwarf-4)

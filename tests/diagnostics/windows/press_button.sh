@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Presses the buttons of the message box of a failed assertion, on a screen of its own. Arguments: the script that runs
-# programs of the Windows target, the program that asks.
+# programs of the Windows target, the program that asks. OXA_WINEPREFIX names a prefix that nothing else uses: a desktop
+# that others have made without a screen would hide the box.
 set -euo pipefail
 runner=$1
 program=$2
 output=$(mktemp)
 screen=$(mktemp)
-trap 'kill "$server" 2>/dev/null || true; rm -f "$output" "$screen"' EXIT
+trap 'WINEPREFIX=$OXA_WINEPREFIX wineserver -k || true; kill "$server" 2>/dev/null || true; rm -f "$output" "$screen"' EXIT
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$screen" >/dev/null 2>&1 &
 server=$!
 for _ in $(seq 100); do [ -s "$screen" ] && break; sleep 0.1; done
