@@ -44,6 +44,16 @@ const Goal GOALS[] = {
     {work::ESCAPE, FLOOR, 2.0},
     {work::COPY, "std", 1.1},
     {work::MOVE, "std", 1.1},
+    {work::OWN, FLOOR, 1.0},
+    {work::OWN_SHARED, FLOOR, 1.0},
+    {work::CREATE, FLOOR, 1.2},
+    {work::WATCH, "described shape", 1.0},
+    {work::KIND_HIT, FLOOR, 1.2},
+    {work::KIND_MISS, FLOOR, 1.2},
+    {work::TEXT_BY_ID, FLOOR, 2.5},
+    {work::TEXT_IN_LANGUAGE, FLOOR, 2.5},
+    {work::PARSE_HEADER, "std::map", 0.5},
+    {work::LOOK_UP_SYMBOL, "std::map", 1.0},
     {work::CAPTURE, "backtrace", 1.0},
     {work::CAPTURE_NAMED, "libbacktrace", 1.0},
     {work::COUNT_DEPTH, "backtrace", 1.0},
@@ -162,6 +172,8 @@ int run(int count, char** arguments)
     addOxa();
     addFloors();
     addStandard();
+    addObjects();
+    addObjectFloors();
 
     const std::string missing = OXA_MISSING_PEERS;
     if (!missing.empty()) std::printf("peers not found, skipped:%s\n", missing.c_str());

@@ -32,6 +32,16 @@ inline const std::string MAP_FIND = "S8 look up in a map of 10,000 names";
 inline const std::string ESCAPE = "S9 escape 4 KiB";
 inline const std::string COPY = "S10 copy 7 units";
 inline const std::string MOVE = "S10 move 7 units";
+inline const std::string OWN = "O1 copy and drop an owner";
+inline const std::string OWN_SHARED = "O1 the same, 2 threads";
+inline const std::string CREATE = "O1 create and destroy a node";
+inline const std::string WATCH = "O2 lock a watched node, drop it";
+inline const std::string KIND_HIT = "O3 is-kind-of at depth 8, hit";
+inline const std::string KIND_MISS = "O3 is-kind-of at depth 8, miss";
+inline const std::string TEXT_BY_ID = "R1 a text of 2000 by number";
+inline const std::string TEXT_IN_LANGUAGE = "R2 a text of 5000 in 10 languages";
+inline const std::string PARSE_HEADER = "R3 1 kB of a resource header";
+inline const std::string LOOK_UP_SYMBOL = "R4 look up among 10,000 symbols";
 inline const std::string CAPTURE = "D1 capture 32 frames";
 inline const std::string CAPTURE_NAMED = "D1 walk with names and lines, warm";
 inline const std::string COUNT_DEPTH = "D1 count all frames";
@@ -53,6 +63,20 @@ void add(const std::string& name, const std::string& who, Body body, double item
                                      for (auto _ : state) body();
                                      state.counters["items"] = items;
                                  });
+}
+
+/// The same by two threads at once.
+template <class Body>
+void addThreads(const std::string& name, const std::string& who, Body body)
+{
+    benchmark::RegisterBenchmark((name + "/" + who).c_str(),
+                                 [body](benchmark::State& state)
+                                 {
+                                     for (auto _ : state) body();
+                                     state.counters["items"] = benchmark::Counter(1, benchmark::Counter::kAvgThreads);
+                                 })
+        ->Threads(2)
+        ->UseRealTime();
 }
 
 /// The same below N frames of known functions, and warm: the first call, which reads the symbols, does not count.
@@ -83,6 +107,8 @@ void keep(T&& result)
 void addOxa();
 void addFloors();
 void addStandard();
+void addObjects();
+void addObjectFloors();
 // Those of peers register themselves, because they may be missing.
 
 }  // namespace Oxa_1_1::bench

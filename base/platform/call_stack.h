@@ -5,6 +5,10 @@
 #include <span>
 
 #include "base/platform/platform_types.h"
+#ifdef _WIN32
+// The registers of a thread are handled by value here.
+#include "base/platform/windows/windows_api.h"
+#endif
 
 /// The frames of call stacks: addresses only, no names.
 namespace Oxa_1_1::platform

@@ -2,6 +2,10 @@
 
 #include <cstddef>
 
+#ifdef _WIN32
+#include "base/platform/windows/windows_api.h"
+#endif
+
 // The layout that callers on every system rely on.
 static_assert(sizeof(BOOL) == 4 && sizeof(WORD) == 2 && sizeof(DWORD) == 4 && sizeof(DWORD64) == 8);
 static_assert(sizeof(HANDLE) == 8 && sizeof(ULONGLONG) == 8);

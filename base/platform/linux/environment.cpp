@@ -1,15 +1,7 @@
 #include "base/platform/linux/environment.h"
 
-#include <cstdlib>
-
 namespace Oxa_1_1::platform
 {
-
-std::string environmentVariable(const char* name)
-{
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
 
 std::string configurationFolder()
 {

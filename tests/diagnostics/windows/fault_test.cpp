@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/platform/windows/windows_api.h"
 #include "tests/diagnostics/stack_samples.h"
 
 namespace Oxa_1_1
