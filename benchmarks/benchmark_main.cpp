@@ -51,7 +51,7 @@ const Goal GOALS[] = {
     {work::KIND_HIT, FLOOR, 1.2},
     {work::KIND_MISS, FLOOR, 1.2},
     {work::TEXT_BY_ID, FLOOR, 2.5},
-    {work::TEXT_IN_LANGUAGE, FLOOR, 2.5},
+    {work::TEXT_IN_LANGUAGE, FLOOR, 3.0},
     {work::PARSE_HEADER, "std::map", 0.5},
     {work::LOOK_UP_SYMBOL, "std::map", 1.0},
     {work::CAPTURE, "backtrace", 1.0},

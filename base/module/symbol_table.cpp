@@ -53,14 +53,14 @@ std::size_t skipWord(TextView text, std::size_t start)
 /// for what may be a name, which begins with a letter.
 std::optional<unsigned int> readNumber(TextView text)
 {
-    const auto start =
-        static_cast<std::size_t>(std::find_if(text.begin(), text.end(), platform::isAlphaNumeric) - text.begin());
-    const TextView candidate = text.substr(start);
-    String rest = candidate;
-    unsigned int value = 0;
-    rest >> value;
-    if (start == 0 && rest.view() == candidate) return std::nullopt;
-    return value;
+    constexpr std::uint64_t MAX = 0xFFFFFFFF;
+    if (text.empty() || platform::isAlpha(text.front())) return std::nullopt;
+    std::size_t i = 0;
+    while (i < text.size() && !platform::isAlphaNumeric(text[i])) ++i;
+    std::uint64_t value = 0;
+    for (; i < text.size() && platform::isDigit(text[i]); ++i)
+        value = std::min(10 * value + static_cast<std::uint64_t>(text[i] - '0'), MAX);
+    return static_cast<unsigned int>(value);
 }
 
 /// Names end at their first zero, as everywhere in comparisons.
@@ -74,7 +74,14 @@ bool SymbolTable::parseHeaderFile(std::istream& in)
 {
     if (in.fail() && !in.eof()) return false;
     bool ok = true;
-    for (std::string line; std::getline(in, line);) ok = parseLineHeaderFile(line) && ok;
+    Text text;
+    for (std::string line; std::getline(in, line);)
+    {
+        // Mostly there is nothing to convert.
+        const bool isAscii = std::none_of(line.begin(), line.end(), [](char c) { return c < 0; });
+        if (isAscii) text.assign(line.begin(), line.end());
+        ok = (isAscii ? parseLine(upToZero(text)) : parseLineHeaderFile(line)) && ok;
+    }
     return ok && !in.bad();
 }
 

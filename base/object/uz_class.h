@@ -98,10 +98,9 @@ class OXA_API uZClass
     /// Whether this class is `other` or derived from it; false for null.
     bool isDerivedFrom(const uZClass* other) const noexcept
     {
-        if (other == nullptr) return false;
-        const uZClass* c = this;
-        while (c != other && c != nullptr) c = c->base;
-        return c != nullptr;
+        for (const uZClass* c = this; c != nullptr; c = c->base)
+            if (c == other) return true;
+        return false;
     }
 
     // ---- Walks --------------------------------------------------------------------------------------------------
