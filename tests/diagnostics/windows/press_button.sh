@@ -14,16 +14,16 @@ for _ in $(seq 100); do [ -s "$screen" ] && break; sleep 0.1; done
 export DISPLAY=":$(cat "$screen")"
 failed=0
 
-# Waits for the box and presses the first letter of a button.
+# Waits for the box and presses the first letter of a button until it is gone: a slow machine may lose a key.
 press() {
-  local window
-  window=$(timeout 60 xdotool search --sync --onlyvisible --name "$(basename "$program")" | head -n 1)
-  [ -n "$window" ] || return 1
-  sleep 0.5
-  xdotool windowfocus --sync "$window" key --clearmodifiers "$1"
-  for _ in $(seq 100); do
-    xdotool search --onlyvisible --name "$(basename "$program")" >/dev/null 2>&1 || return 0
-    sleep 0.1
+  local key=$1 name window
+  name=$(basename "$program")
+  timeout 120 xdotool search --sync --onlyvisible --name "$name" >/dev/null || return 1
+  for _ in $(seq 60); do
+    window=$(xdotool search --onlyvisible --name "$name" 2>/dev/null | head -n 1) || true
+    [ -n "$window" ] || return 0
+    timeout 5 xdotool windowfocus --sync "$window" key --clearmodifiers "$key" 2>/dev/null || true
+    sleep 0.5
   done
   return 1
 }
