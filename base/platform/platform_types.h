@@ -3,6 +3,10 @@
 // The few system types that appear in public signatures. On Windows these are the system's own, declared alike here
 // so that callers are spared its header; elsewhere they stand for the same things, with the same layout.
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include <cstdint>
 
 #ifdef _WIN32
@@ -55,3 +59,57 @@ using HRSRC = struct HRSRC__*;
 // NOLINTEND(bugprone-reserved-identifier)
 /// A locale: a language in the low 16 bits, a sort order above.
 using LCID = DWORD;
+
+#ifdef _WIN32
+// Declared only: who looks inside includes the system's header.
+using FILETIME = struct _FILETIME;
+using ULARGE_INTEGER = union _ULARGE_INTEGER;
+struct _stat64i32;
+#else
+using ULONGLONG = std::uint64_t;
+
+/// 100 ns ticks since 1601, in halves.
+struct FILETIME
+{
+    DWORD dwLowDateTime;
+    DWORD dwHighDateTime;
+};
+
+/// 64 bits and their halves.
+union ULARGE_INTEGER
+{
+    __extension__ struct
+    {
+        DWORD LowPart;
+        DWORD HighPart;
+    };
+    struct
+    {
+        DWORD LowPart;
+        DWORD HighPart;
+    } u;
+    ULONGLONG QuadPart;
+};
+
+/// What is known of a file, with seconds since 1970. Sizes have 32 bits. The system's header makes st_atime and its like
+/// macros, which lead to the fields here as well.
+struct _stat64i32  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+{
+    struct Seconds
+    {
+        std::int64_t tv_sec;
+    };
+
+    std::uint32_t st_dev;
+    std::uint16_t st_ino;
+    std::uint16_t st_mode;
+    std::int16_t st_nlink;
+    std::int16_t st_uid;
+    std::int16_t st_gid;
+    std::uint32_t st_rdev;
+    std::int32_t st_size;
+    Seconds st_atim;
+    Seconds st_mtim;
+    Seconds st_ctim;
+};
+#endif

@@ -1,7 +1,8 @@
 #include "base/platform/linux/native_path.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
-#include <cstdlib>
 
 #include "base/platform/character.h"
 #include "base/platform/linux/environment.h"
@@ -17,7 +18,7 @@ constexpr char16_t FORBIDDEN_BASE = 0xF000;
 constexpr char16_t STRAY_BASE = 0xDC00;
 constexpr TextView FORBIDDEN = OXA_TEXT("\\:*?\"<>|");
 
-bool isForbidden(char32_t c)
+constexpr bool isForbidden(char32_t c)
 {
     return c < 0x20 || (c < 0x80 && FORBIDDEN.find(static_cast<Char>(c)) != TextView::npos);
 }
@@ -94,6 +95,8 @@ bool isStray(TextView text, std::size_t i)
     return !isPaired;
 }
 
+constexpr TextView SEPARATORS = OXA_TEXT("\\/");
+
 bool isSeparator(Char c) { return c == u'\\' || c == u'/'; }
 
 void appendNative(std::string& path, TextView text)
@@ -134,6 +137,31 @@ std::string drivesFolder()
     return folder.empty() ? configurationFolder() + "/OxaBase/drives" : folder;
 }
 
+/// Where the server and the share end in a path that begins with them.
+std::size_t endOfShare(TextView text)
+{
+    const std::size_t server = std::min(text.find_first_of(SEPARATORS, 2), text.size());
+    return std::min(text.find_first_of(SEPARATORS, std::min(server + 1, text.size())), text.size());
+}
+
+/// The folder that stands for the drive or share of a path without the prefix of long paths.
+std::string rootOf(TextView text)
+{
+    if (startsWithDrive(text)) return drivesFolder() + '/' + static_cast<char>(text[0] | 0x20) + ':';
+    if (!startsWithShare(text)) return {};
+    std::string root = drivesFolder() + "/unc/";
+    appendNative(root, text.substr(2, endOfShare(text) - 2));
+    return root;
+}
+
+/// Bytes that a name does not spell as they are: what is forbidden, and what is not ASCII.
+constexpr std::array<bool, 256> IS_SPECIAL = []
+{
+    std::array<bool, 256> special{};
+    for (unsigned byte = 0; byte < 256; ++byte) special[byte] = byte >= 0x80 || isForbidden(byte);
+    return special;
+}();
+
 }  // namespace
 
 Text spellingOf(std::string_view nativePath)
@@ -150,25 +178,35 @@ Text spellingOf(std::string_view nativePath)
     }
 }
 
+void spellName(std::string_view name, Text& spelling)
+{
+    // Nearly every name is plain, and its characters are widened without looking at them one by one.
+    spelling.resize(name.size());
+    bool isSpecial = name.empty();
+    for (std::size_t i = 0; i < name.size(); ++i)
+    {
+        const auto byte = static_cast<unsigned char>(name[i]);
+        isSpecial |= IS_SPECIAL[byte];
+        spelling[i] = byte;
+    }
+    if (!isSpecial && name.back() != ' ' && name.back() != '.') return;
+    spelling.clear();
+    appendName(spelling, name);
+}
+
 std::string nativePathOf(TextView spelling)
 {
     const Text text = withoutLongPrefix(spelling);
-    std::string path;
-    if (startsWithDrive(text))
-    {
-        path = drivesFolder() + '/' + static_cast<char>(text[0] | 0x20) + ':';
-        if (text.size() > 2 && !isSeparator(text[2])) path += '/';
-        appendNative(path, TextView(text).substr(2));
-        return path;
-    }
-    if (startsWithShare(text))
-    {
-        path = drivesFolder() + "/unc/";
-        appendNative(path, TextView(text).substr(2));
-        return path;
-    }
-    appendNative(path, text);
+    std::string path = rootOf(text);
+    const bool isDrive = startsWithDrive(text);
+    const TextView rest = TextView(text).substr(path.empty() ? 0 : isDrive ? 2 : endOfShare(text));
+    if (isDrive && !rest.empty() && !isSeparator(rest[0])) path += '/';
+    appendNative(path, rest);
     return path;
 }
+
+std::string nativeRootOf(TextView spelling) { return rootOf(withoutLongPrefix(spelling)); }
+
+bool isOnShare(TextView spelling) { return startsWithShare(withoutLongPrefix(spelling)); }
 
 }  // namespace Oxa_1_1::platform

@@ -21,4 +21,12 @@ Text spellingOf(std::string_view nativePath);
 /// stand for no byte become U+FFFD.
 std::string nativePathOf(TextView spelling);
 
+/// Spells the single name of a folder's entry.
+void spellName(std::string_view name, Text& spelling);
+
+/// The folder that stands for the drive or the share of a path; empty when the path has neither.
+std::string nativeRootOf(TextView spelling);
+/// Whether a path leads to a share: \\server\share.
+bool isOnShare(TextView spelling);
+
 }  // namespace Oxa_1_1::platform
