@@ -20,6 +20,8 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
+constexpr DWORD FILE_NOT_FOUND = 2;
+constexpr DWORD PATH_NOT_FOUND = 3;
 constexpr DWORD NO_MORE_FILES = 18;
 constexpr DWORD NOT_A_FOLDER = 267;
 constexpr std::size_t BUFFER_SIZE = 32768;
@@ -95,11 +97,14 @@ FileDescriptor openToRead(TextView path)
     FileDescriptor folder(reachable.open(O_RDONLY | O_DIRECTORY));
     if (folder.isOpen()) return folder;
     struct stat status;
-    const bool isThere = errno == ENOTDIR && fstatat(reachable.folder(), reachable.path(), &status, 0) == 0;
-    if (isThere)
+    if (errno == ENOTDIR && fstatat(reachable.folder(), reachable.path(), &status, 0) == 0)
+    {
         setLastError(NOT_A_FOLDER);
-    else
-        reachable.fail();
+        return folder;
+    }
+    reachable.fail();
+    // A folder is a path to what is in it.
+    if (lastError() == FILE_NOT_FOUND) setLastError(PATH_NOT_FOUND);
     return folder;
 }
 

@@ -20,6 +20,7 @@ namespace
 constexpr DWORD FILE_NOT_FOUND = 2;
 constexpr DWORD PATH_NOT_FOUND = 3;
 constexpr DWORD SHARE_NOT_FOUND = 53;
+constexpr DWORD INVALID_NAME = 123;
 
 /// Up to the last separator, which stays; empty when there is none.
 std::string parentOf(const std::string& path)
@@ -95,8 +96,10 @@ int ReachablePath::open(int flags, mode_t mode) const
 bool ReachablePath::fail(int number) const
 {
     if (m_failure != 0) number = m_failure;
-    if (number != ENOENT) return failWith(number);
-    setLastError(codeOfMissing());
+    // The only path that is ill-formed here is the one with a zero in it.
+    const bool isIllFormed = m_failure == EINVAL;
+    if (!isIllFormed && number != ENOENT) return failWith(number);
+    setLastError(isIllFormed ? INVALID_NAME : codeOfMissing());
     return false;
 }
 
