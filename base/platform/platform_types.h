@@ -91,8 +91,8 @@ union ULARGE_INTEGER
     ULONGLONG QuadPart;
 };
 
-/// What is known of a file, with seconds since 1970. Sizes have 32 bits. The system's header makes st_atime and its like
-/// macros, which lead to the fields here as well.
+/// What is known of a file, with seconds since 1970. Sizes have 32 bits. The system's header makes st_atime and its
+/// like macros, which lead to the fields here as well.
 struct _stat64i32  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 {
     struct Seconds

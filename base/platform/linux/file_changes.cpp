@@ -51,8 +51,8 @@ std::string_view lastNameOf(std::string_view path) { return path.substr(path.rfi
 FileDescriptor openParent(const ReachablePath& reachable)
 {
     const std::string_view path = reachable.itself();
-    std::string parent(path.substr(0, path.size() - lastNameOf(path).size()));
-    if (parent.empty()) parent = ".";
+    const std::string_view folder = path.substr(0, path.size() - lastNameOf(path).size());
+    const std::string parent(folder.empty() ? "." : folder);
     return FileDescriptor(openat(reachable.folder(), parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
 }
 

@@ -1,9 +1,10 @@
 // Spellings that only this system has.
 
+#include <gtest/gtest.h>
+
 #include "base/platform/files.h"
 #include "base/platform/last_error.h"
 #include "base/platform/windows/windows_api.h"
-#include "gtest/gtest.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace Oxa_1_1::platform
