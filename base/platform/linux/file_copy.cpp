@@ -1,19 +1,15 @@
-// Copies of files: shared blocks where the file system has them, else read and written in pieces that stay in the
-// processor's cache.
+// Copies of files: what may be copied onto what, and what is left of it when that fails.
 
 #include <fcntl.h>
-#include <linux/fs.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <climits>
-#include <cstddef>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "base/platform/detail/native_files.h"
 #include "base/platform/last_error.h"
+#include "base/platform/linux/file_content.h"
 #include "base/platform/linux/reachable_path.h"
 
 namespace Oxa_1_1::platform::native
@@ -25,8 +21,6 @@ namespace
 constexpr DWORD SHARING_VIOLATION = 32;
 constexpr DWORD NOT_SUPPORTED = 50;
 constexpr DWORD FILE_EXISTS = 80;
-constexpr std::size_t PIECE = 128 * 1024;
-constexpr std::uint64_t PROGRESS_STEP = 1024 * 1024;
 
 bool failWithCode(DWORD code)
 {
@@ -62,7 +56,7 @@ class Target
     Target& operator=(const Target&) = delete;
     ~Target()
     {
-        if (m_file.isOpen() && !m_isKept) remove();
+        if (m_file.isOpen() && !m_isKept) remove(m_file);
     }
 
     bool create(mode_t mode)
@@ -87,12 +81,11 @@ class Target
 
     bool keep()
     {
-        // Some file systems write late.
-        const struct stat status = own();
         m_isKept = true;
         if (m_file.close()) return true;
+        // Some file systems write only now.
         failWith(errno);
-        removeIfSame(status);
+        if (FileDescriptor file(m_path.open(O_WRONLY)); file.isOpen()) remove(file);
         return false;
     }
 
@@ -104,30 +97,22 @@ class Target
         return !isReadOnly(target) || failWith(EACCES);
     }
 
-    struct stat own() const
-    {
-        struct stat status
-        {
-        };
-        fstat(m_file.get(), &status);
-        return status;
-    }
-
-    void remove()
+    void remove(const FileDescriptor& file) const
     {
         const DWORD reason = lastError();
         // What cannot be removed is at least empty.
-        (void)!ftruncate(m_file.get(), 0);
-        removeIfSame(own());
+        (void)!ftruncate(file.get(), 0);
+        struct stat status;
+        if (fstat(file.get(), &status) == 0) unlinkSame(status);
         setLastError(reason);
     }
 
     /// Removes the file, not a link that leads to it.
-    void removeIfSame(const struct stat& status) const
+    void unlinkSame(const struct stat& status) const
     {
         struct stat found;
-        const bool isItself = fstatat(m_path.folder(), m_path.itself(), &found, AT_SYMLINK_NOFOLLOW) == 0;
-        if (isItself && isSameFile(found, status))
+        const bool isThere = fstatat(m_path.folder(), m_path.itself(), &found, AT_SYMLINK_NOFOLLOW) == 0;
+        if (isThere && isSameFile(found, status))
         {
             unlinkat(m_path.folder(), m_path.itself(), 0);
             return;
@@ -139,130 +124,6 @@ class Target
     const ReachablePath& m_path;
     FileDescriptor m_file;
     bool m_isKept = false;
-};
-
-/// Tells how far the copy is, now and then.
-class Reporter
-{
-   public:
-    Reporter(const CopyProgress& progress, std::uint64_t total) : m_progress(progress), m_total(total) {}
-
-    void advance(std::uint64_t done)
-    {
-        if (!m_progress || done - m_reported < PROGRESS_STEP || done >= m_total) return;
-        m_reported = done;
-        m_progress(done, m_total);
-    }
-
-    void finish(std::uint64_t done) const
-    {
-        if (m_progress) m_progress(done, std::max(done, m_total));
-    }
-
-   private:
-    const CopyProgress& m_progress;
-    std::uint64_t m_total;
-    std::uint64_t m_reported = 0;
-};
-
-class Content
-{
-   public:
-    Content(int from, int to, const struct stat& source, Reporter& reporter)
-        : m_from(from), m_to(to), m_source(source), m_reporter(reporter)
-    {
-    }
-
-    bool copy()
-    {
-        const auto size = static_cast<std::uint64_t>(m_source.st_size);
-        if (size > PIECE && ioctl(m_to, FICLONE, m_from) == 0)
-        {
-            m_done = size;
-            return true;
-        }
-        const std::size_t piece = size > 0 && size < PIECE ? size + 1 : PIECE;
-        m_buffer = std::make_unique_for_overwrite<std::byte[]>(piece);
-        m_piece = piece;
-        return isSparse() ? copyParts() : reserve() && copyUntil(UINT64_MAX);
-    }
-
-    std::uint64_t done() const { return m_done; }
-
-   private:
-    /// With holes, and on a file system that tells where.
-    bool isSparse() const
-    {
-        if (m_source.st_blocks * 512 >= m_source.st_size) return false;
-        return lseek(m_from, 0, SEEK_HOLE) >= 0 && lseek(m_from, 0, SEEK_SET) == 0;
-    }
-
-    /// The system lays a large file out best when it knows the size.
-    bool reserve() const
-    {
-        if (m_source.st_size <= static_cast<off_t>(PIECE)) return true;
-        if (uninterrupted([&] { return fallocate(m_to, 0, 0, m_source.st_size); }) == 0) return true;
-        return (errno != ENOSPC && errno != EDQUOT && errno != EFBIG) || failWith(errno);
-    }
-
-    /// Leaves holes where the source has them.
-    bool copyParts()
-    {
-        off_t end = 0;
-        for (;;)
-        {
-            const off_t begin = lseek(m_from, end, SEEK_DATA);
-            if (begin < 0 && errno == ENXIO) break;
-            if (begin < 0) return failWith(errno);
-            end = lseek(m_from, begin, SEEK_HOLE);
-            if (end < 0 || lseek(m_from, begin, SEEK_SET) < 0 || lseek(m_to, begin, SEEK_SET) < 0)
-                return failWith(errno);
-            m_done = static_cast<std::uint64_t>(begin);
-            if (!copyUntil(static_cast<std::uint64_t>(end))) return false;
-        }
-        m_done = static_cast<std::uint64_t>(m_source.st_size);
-        return uninterrupted([&] { return ftruncate(m_to, m_source.st_size); }) == 0 || failWith(errno);
-    }
-
-    /// To that place, or to the end of the file.
-    bool copyUntil(std::uint64_t end)
-    {
-        while (m_done < end)
-        {
-            const std::size_t wanted = std::min<std::uint64_t>(m_piece, end - m_done);
-            const ssize_t count = uninterrupted([&] { return read(m_from, m_buffer.get(), wanted); });
-            if (count < 0) return failWith(errno);
-            if (count == 0) return true;
-            if (!writeAll(static_cast<std::size_t>(count))) return false;
-            m_reporter.advance(m_done);
-            // A short piece ends the file: asking once more would take as long as reading a small one.
-            if (static_cast<std::size_t>(count) < wanted && m_done == static_cast<std::uint64_t>(m_source.st_size))
-                return true;
-        }
-        return true;
-    }
-
-    bool writeAll(std::size_t size)
-    {
-        const std::byte* bytes = m_buffer.get();
-        while (size > 0)
-        {
-            const ssize_t count = uninterrupted([&] { return write(m_to, bytes, size); });
-            if (count < 0) return failWith(errno);
-            bytes += count;
-            size -= static_cast<std::size_t>(count);
-            m_done += static_cast<std::uint64_t>(count);
-        }
-        return true;
-    }
-
-    int m_from;
-    int m_to;
-    const struct stat& m_source;
-    Reporter& m_reporter;
-    std::unique_ptr<std::byte[]> m_buffer;
-    std::size_t m_piece = 0;
-    std::uint64_t m_done = 0;
 };
 
 /// Who may write a file need not own it; then it keeps what it has.
@@ -293,8 +154,8 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
         if (failIfExists) return failWithCode(FILE_EXISTS);
         if (!target.openExisting(status)) return false;
     }
-    Reporter reporter(progress, static_cast<std::uint64_t>(status.st_size));
-    Content content(source.get(), target.get(), status, reporter);
+    CopyReporter reporter(progress, static_cast<std::uint64_t>(status.st_size));
+    FileContent content(source.get(), target.get(), status, reporter);
     if (!content.copy()) return false;
     copyModeAndTimes(status, target.get());
     if (!target.keep()) return false;

@@ -99,35 +99,49 @@ constexpr TextView SEPARATORS = OXA_TEXT("\\/");
 
 bool isSeparator(Char c) { return c == u'\\' || c == u'/'; }
 
+/// Where a run of characters that are none of ASCII, and stand for nothing else, ends.
+std::size_t endOfForeign(TextView text, std::size_t begin)
+{
+    std::size_t end = begin;
+    while (end < text.size() && text[end] >= 0x80 && !standsForForbidden(text[end]) && !isStray(text, end)) ++end;
+    return end;
+}
+
 void appendNative(std::string& path, TextView text)
 {
-    std::size_t plain = 0;
-    const auto flush = [&](std::size_t end)
+    path.reserve(path.size() + text.size());
+    for (std::size_t i = 0; i < text.size();)
     {
-        path += encodeUtf8(text.substr(plain, end - plain));
-        plain = end + 1;
-    };
-    for (std::size_t i = 0; i < text.size(); ++i)
-    {
-        if (!isSeparator(text[i]) && !standsForForbidden(text[i]) && !isStray(text, i)) continue;
-        flush(i);
-        path += isSeparator(text[i]) ? '/' : static_cast<char>(text[i] & 0xFF);
+        const std::size_t end = endOfForeign(text, i);
+        if (end > i)
+            path += encodeUtf8(text.substr(i, end - i));
+        else
+            path += isSeparator(text[i]) ? '/' : static_cast<char>(text[i] & 0xFF);
+        i = std::max(end, i + 1);
     }
-    flush(text.size());
 }
 
 bool startsWithDrive(TextView text) { return text.size() >= 2 && text[1] == u':' && detail::isAsciiLetter(text[0]); }
 
 bool startsWithShare(TextView text) { return text.size() > 2 && isSeparator(text[0]) && isSeparator(text[1]); }
 
-/// Drops the prefix of long paths: \\?\ and \\?\UNC\.
-Text withoutLongPrefix(TextView text)
+/// A path without what marks it as a long one or as one on a share.
+struct Parsed
 {
-    if (text.size() < 4 || !startsWithShare(text) || text[2] != u'?' || !isSeparator(text[3])) return Text(text);
-    const TextView rest = text.substr(4);
-    const bool isShare = rest.size() >= 4 && (rest[0] | 0x20) == 'u' && (rest[1] | 0x20) == 'n' &&
-                         (rest[2] | 0x20) == 'c' && isSeparator(rest[3]);
-    return isShare ? Text(u"\\\\").append(rest.substr(4)) : Text(rest);
+    TextView text;
+    bool isShare = false;
+
+    bool isDrive() const { return !isShare && startsWithDrive(text); }
+};
+
+Parsed parse(TextView text)
+{
+    const bool isLong = startsWithShare(text) && text.size() >= 4 && text[2] == u'?' && isSeparator(text[3]);
+    if (isLong) text.remove_prefix(4);
+    const bool isLongShare = isLong && text.size() >= 4 && (text[0] | 0x20) == 'u' && (text[1] | 0x20) == 'n' &&
+                             (text[2] | 0x20) == 'c' && isSeparator(text[3]);
+    if (isLongShare) return {.text = text.substr(4), .isShare = true};
+    return startsWithShare(text) ? Parsed{.text = text.substr(2), .isShare = true} : Parsed{.text = text};
 }
 
 /// The folder of links that stand for drives and shares.
@@ -137,20 +151,21 @@ std::string drivesFolder()
     return folder.empty() ? configurationFolder() + "/OxaBase/drives" : folder;
 }
 
-/// Where the server and the share end in a path that begins with them.
-std::size_t endOfShare(TextView text)
+/// Where the drive, or the server and the share, end.
+std::size_t endOfRoot(const Parsed& path)
 {
-    const std::size_t server = std::min(text.find_first_of(SEPARATORS, 2), text.size());
-    return std::min(text.find_first_of(SEPARATORS, std::min(server + 1, text.size())), text.size());
+    if (!path.isShare) return path.isDrive() ? 2 : 0;
+    const std::size_t server = std::min(path.text.find_first_of(SEPARATORS), path.text.size());
+    return std::min(path.text.find_first_of(SEPARATORS, server + 1), path.text.size());
 }
 
-/// The folder that stands for the drive or share of a path without the prefix of long paths.
-std::string rootOf(TextView text)
+/// The folder that stands for the drive or share.
+std::string rootOf(const Parsed& path)
 {
-    if (startsWithDrive(text)) return drivesFolder() + '/' + static_cast<char>(text[0] | 0x20) + ':';
-    if (!startsWithShare(text)) return {};
+    if (path.isDrive()) return drivesFolder() + '/' + static_cast<char>(path.text[0] | 0x20) + ':';
+    if (!path.isShare) return {};
     std::string root = drivesFolder() + "/unc/";
-    appendNative(root, text.substr(2, endOfShare(text) - 2));
+    appendNative(root, path.text.substr(0, endOfRoot(path)));
     return root;
 }
 
@@ -196,17 +211,16 @@ void spellName(std::string_view name, Text& spelling)
 
 std::string nativePathOf(TextView spelling)
 {
-    const Text text = withoutLongPrefix(spelling);
-    std::string path = rootOf(text);
-    const bool isDrive = startsWithDrive(text);
-    const TextView rest = TextView(text).substr(path.empty() ? 0 : isDrive ? 2 : endOfShare(text));
-    if (isDrive && !rest.empty() && !isSeparator(rest[0])) path += '/';
+    const Parsed parsed = parse(spelling);
+    std::string path = rootOf(parsed);
+    const TextView rest = parsed.text.substr(endOfRoot(parsed));
+    if (parsed.isDrive() && !rest.empty() && !isSeparator(rest[0])) path += '/';
     appendNative(path, rest);
     return path;
 }
 
-std::string nativeRootOf(TextView spelling) { return rootOf(withoutLongPrefix(spelling)); }
+std::string nativeRootOf(TextView spelling) { return rootOf(parse(spelling)); }
 
-bool isOnShare(TextView spelling) { return startsWithShare(withoutLongPrefix(spelling)); }
+bool isOnShare(TextView spelling) { return parse(spelling).isShare; }
 
 }  // namespace Oxa_1_1::platform
