@@ -87,7 +87,7 @@ using CString = std::unique_ptr<char, decltype(&std::free)>;
 /// Where the current folder is on that drive, the drive's current folder is this; else it is the drive's root.
 Text currentFolderOfDrive(int drive, const char* current)
 {
-    const Text root{static_cast<Char>(u'A' + drive - 1), u':', u'\\'};
+    Text root{static_cast<Char>(u'A' + drive - 1), u':', u'\\'};
     const CString folder(realpath(nativePathOf(root).c_str(), nullptr), &std::free);
     if (folder == nullptr)
     {

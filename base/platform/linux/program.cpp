@@ -98,6 +98,7 @@ class BlockedSignals
 bool runProgram(const std::vector<std::string>& command, std::chrono::milliseconds patience)
 {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);
     const StartOptions options;

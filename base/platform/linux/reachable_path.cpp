@@ -31,8 +31,7 @@ std::string parentOf(const std::string& path)
 
 }  // namespace
 
-ReachablePath::ReachablePath(TextView spelling)
-    : m_spelling(spelling), m_path(nativePathOf(spelling)), m_folder(AT_FDCWD)
+ReachablePath::ReachablePath(TextView spelling) : m_spelling(spelling), m_path(nativePathOf(spelling))
 {
     // It would end the path for the system.
     if (m_path.find('\0') != std::string::npos) giveUp(EINVAL);

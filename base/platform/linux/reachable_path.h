@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -48,7 +49,7 @@ class ReachablePath
     std::string m_path;
     std::string m_itself;
     FileDescriptor m_opened;
-    int m_folder;
+    int m_folder = AT_FDCWD;
     int m_failure = 0;
 };
 
