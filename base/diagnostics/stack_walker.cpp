@@ -13,6 +13,7 @@
 #include "base/diagnostics/detail/world.h"
 #include "base/diagnostics/kp_stack_walker.h"
 #include "base/platform/error_text.h"
+#include "base/platform/last_error.h"
 #include "base/platform/system_info.h"
 
 namespace Oxa_1_1

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "base/platform/error_text.h"
+#include "base/platform/last_error.h"
 
 namespace Oxa_1_1
 {

@@ -8,10 +8,6 @@
 namespace Oxa_1_1::platform
 {
 
-/// The calling thread's last error; 0 for none.
-std::uint32_t lastError() noexcept;
-void setLastError(std::uint32_t code) noexcept;
-
 /// The system's text for `code`, as it comes: it may end in line breaks. Empty when the system has none.
 Text systemErrorText(std::uint32_t code);
 

@@ -20,6 +20,10 @@ using WORD = unsigned short;
 // NOLINTBEGIN(bugprone-reserved-identifier): the system's own names.
 /// The registers of a thread.
 using CONTEXT = struct _CONTEXT;
+// Declared only: who looks inside includes the system's header.
+using FILETIME = struct _FILETIME;
+using ULARGE_INTEGER = union _ULARGE_INTEGER;
+struct _stat64i32;
 // NOLINTEND(bugprone-reserved-identifier)
 
 #else
@@ -48,25 +52,6 @@ struct alignas(16) CONTEXT
     DWORD64 VectorControl;
     DWORD64 DebugControl, LastBranchToRip, LastBranchFromRip, LastExceptionToRip, LastExceptionFromRip;
 };
-
-#endif
-
-// NOLINTBEGIN(bugprone-reserved-identifier): the system's own names.
-/// A code module (program, shared library) or a file of resources, as the loader knows it.
-using HINSTANCE = struct HINSTANCE__*;
-/// A resource within a module.
-using HRSRC = struct HRSRC__*;
-// NOLINTEND(bugprone-reserved-identifier)
-/// A locale: a language in the low 16 bits, a sort order above.
-using LCID = DWORD;
-
-#ifdef _WIN32
-// Declared only: who looks inside includes the system's header.
-using FILETIME = struct _FILETIME;
-using ULARGE_INTEGER = union _ULARGE_INTEGER;
-struct _stat64i32;
-#else
-using ULONGLONG = std::uint64_t;
 
 /// 100 ns ticks since 1601, in halves.
 struct FILETIME
@@ -112,4 +97,14 @@ struct _stat64i32  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl5
     Seconds st_mtim;
     Seconds st_ctim;
 };
+
 #endif
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the system's own names.
+/// A code module (program, shared library) or a file of resources, as the loader knows it.
+using HINSTANCE = struct HINSTANCE__*;
+/// A resource within a module.
+using HRSRC = struct HRSRC__*;
+// NOLINTEND(bugprone-reserved-identifier)
+/// A locale: a language in the low 16 bits, a sort order above.
+using LCID = DWORD;

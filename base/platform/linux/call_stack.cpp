@@ -9,6 +9,7 @@
 
 #include "base/platform/detail/frame_list.h"
 #include "base/platform/error_text.h"
+#include "base/platform/last_error.h"
 #include "base/platform/linux/error_code.h"
 #include "base/platform/linux/remote_process.h"
 #include "base/platform/linux/stopped_thread.h"

@@ -8,17 +8,6 @@
 namespace Oxa_1_1::platform
 {
 
-namespace
-{
-
-thread_local constinit std::uint32_t lastErrorOfThread = 0;
-
-}  // namespace
-
-std::uint32_t lastError() noexcept { return lastErrorOfThread; }
-
-void setLastError(std::uint32_t code) noexcept { lastErrorOfThread = code; }
-
 Text systemErrorText(std::uint32_t code)
 {
     const int number = errnoOfErrorCode(code);

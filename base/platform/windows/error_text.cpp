@@ -5,10 +5,6 @@
 namespace Oxa_1_1::platform
 {
 
-std::uint32_t lastError() noexcept { return GetLastError(); }
-
-void setLastError(std::uint32_t code) noexcept { SetLastError(code); }
-
 Text systemErrorText(std::uint32_t code)
 {
     constexpr DWORD FLAGS = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM;
