@@ -29,8 +29,8 @@ for folder in base/*/; do
   permitted=" $subsystem $(allowed "$subsystem") "
   [ "$permitted" != " $subsystem unknown " ] || report "base/$subsystem has no place in the order of the subsystems"
   while IFS=: read -r file target; do
-    # Objects look for the entries of their modules; the modules for class records.
-    [ "$subsystem/$target" = "object/module" ] && [ "${file##*.}" = cpp ] && continue
+    # Class records look for the entries of their modules; the modules for class records.
+    [[ "$subsystem/$target" == @(object|filesystem)/module ]] && [ "${file##*.}" = cpp ] && continue
     # The systems' entry points of modules are called from below.
     [[ $file == base/platform/*/entry/* && $target == module ]] && continue
     [[ $permitted == *" $target "* ]] || report "$file includes base/$target"

@@ -66,7 +66,7 @@ check_format() {
 }
 
 check_tidy() {
-  git ls-files -co --exclude-standard -- 'base/*.cpp' | grep -v /windows/ | xargs -r -P 2 -n 4 clang-tidy --quiet -p build/linux-clang 2>build/tidy.log
+  git ls-files -co --exclude-standard -- 'base/*.cpp' | grep -v /platform/windows/ | xargs -r -P 2 -n 4 clang-tidy --quiet -p build/linux-clang 2>build/tidy.log
 }
 
 lint() {

@@ -7,17 +7,13 @@
 #include "base/object/interlocked_counter.h"
 #include "base/object/smart_ptr.h"
 #include "base/object/uz_class.h"
+#include "base/object/visitor_core.h"
 #include "base/object/weak_handle.h"
 
 namespace Oxa_1_1
 {
 
 class Module;
-
-/// Common root of what visitors visit.
-class VisitorCore
-{
-};
 
 /// Root of the reference-counted objects. A node counts its owners itself (see SmartPtr) and offers one shared
 /// WeakHandle to those who watch it without owning it. Nodes are made by new, never deleted but by their last owner;

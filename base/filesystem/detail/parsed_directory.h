@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "base/string/oxa_string.h"
+
+namespace Oxa_1_1::detail
+{
+
+/// What is known about a folder from the list that it was found in.
+enum class LinkState : std::uint8_t
+{
+    UNKNOWN,
+    NO_LINK,
+    LINK
+};
+
+/// A path to a folder in its parts. Shared by all paths into the folder, and never changed once it is shared.
+struct ParsedDirectory
+{
+    /// Whether it starts at a root.
+    bool absolute = false;
+    /// No part of the path's value; known only of what was listed.
+    LinkState link = LinkState::UNKNOWN;
+    /// From the root outwards; none of them empty.
+    std::vector<String> levels;
+    /// "C:", "\\server\share" or NIL.
+    String root;
+
+    /// The drive letter; 0 for network paths and paths without root.
+    Char driveLetter() const noexcept { return root.find(OXA_TEXT(':')) == 1 ? root.view()[0] : Char(); }
+};
+
+using SharedDirectory = std::shared_ptr<const ParsedDirectory>;
+
+// Each of these gives null after it has reported why.
+
+SharedDirectory parseDirectory(TextView text);
+/// Text without prefix: drive paths and relative paths.
+SharedDirectory parseLocal(TextView text);
+/// What follows the two backslashes of a network path.
+SharedDirectory parseShare(TextView text);
+
+/// Drops "." and takes back one level for "..". Reports and changes nothing when that leads beyond the root.
+bool normalizeLevels(ParsedDirectory& path);
+
+/// The path in one text, that of a file in it when `name` is not empty. `separator` stands between and behind the
+/// levels.
+String fullName(const ParsedDirectory& path, Char separator, TextView name = {});
+/// In the spelling for paths of any length.
+String longName(const ParsedDirectory& path, TextView name = {});
+
+/// A copy that can be changed, with room for `extra` levels.
+std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path, std::size_t extra = 0);
+
+/// Null, after a report, when the current folder is not known.
+SharedDirectory makeAbsolute(const SharedDirectory& path);
+/// Both must be absolute.
+SharedDirectory makeRelative(const SharedDirectory& path, const ParsedDirectory& reference);
+
+/// Of two paths that are both absolute or both relative.
+bool isSamePath(const ParsedDirectory& a, const ParsedDirectory& b) noexcept;
+
+}  // namespace Oxa_1_1::detail

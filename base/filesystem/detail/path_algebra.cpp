@@ -1,0 +1,112 @@
+#include <algorithm>
+#include <utility>
+
+#include "base/filesystem/detail/parsed_directory.h"
+#include "base/filesystem/detail/path_text.h"
+#include "base/filesystem/file_system_item.h"
+#include "base/platform/files.h"
+
+namespace Oxa_1_1::detail
+{
+
+namespace
+{
+
+std::size_t fullLength(const ParsedDirectory& path, TextView name)
+{
+    std::size_t length = path.root.view().size() + 2 + name.size();
+    for (const String& level : path.levels) length += level.view().size() + 1;
+    return length;
+}
+
+void appendPath(Text& text, const ParsedDirectory& path, Char separator)
+{
+    const std::size_t begin = text.size();
+    text += path.root.view();
+    if (separator != SEPARATOR) std::ranges::replace(text, SEPARATOR, separator);
+    if (path.absolute) text += separator;
+    for (const String& level : path.levels) (text += level.view()) += separator;
+    if (text.size() == begin) (text += OXA_TEXT('.')) += separator;
+}
+
+int driveNumber(Char letter) noexcept { return letter == 0 ? 0 : letter - 'A' + 1; }
+
+}  // namespace
+
+String fullName(const ParsedDirectory& path, Char separator, TextView name)
+{
+    Text text;
+    text.reserve(fullLength(path, name));
+    appendPath(text, path, separator);
+    text += name;
+    return String(std::move(text));
+}
+
+String longName(const ParsedDirectory& path, TextView name)
+{
+    if (!path.absolute) return fullName(path, SEPARATOR, name);
+    constexpr TextView SHARE = OXA_TEXT("\\\\?\\UNC\\");
+    constexpr TextView LOCAL = OXA_TEXT("\\\\?\\");
+    Text text;
+    text.reserve(fullLength(path, name) + SHARE.size());
+    const bool isShare = path.root.view().starts_with(OXA_TEXT("\\\\"));
+    text = isShare ? SHARE : LOCAL;
+    appendPath(text, path, SEPARATOR);
+    if (isShare) text.erase(SHARE.size(), 2);
+    text += name;
+    return String(std::move(text));
+}
+
+std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path, std::size_t extra)
+{
+    auto copy = std::make_shared<ParsedDirectory>();
+    copy->absolute = path.absolute;
+    copy->root = path.root;
+    copy->levels.reserve(path.levels.size() + extra);
+    copy->levels = path.levels;
+    return copy;
+}
+
+SharedDirectory makeAbsolute(const SharedDirectory& path)
+{
+    if (path->absolute) return path;
+    const Text current = platform::currentFolder(driveNumber(path->driveLetter()));
+    if (current.empty())
+    {
+        FileSystemItem::reportError(OXA_TEXT("Failed to get the current working directory."));
+        return nullptr;
+    }
+    const SharedDirectory start = parseDirectory(current);
+    if (start == nullptr)
+    {
+        FileSystemItem::reportError(OXA_TEXT("Current working directory is invalid."));
+        return nullptr;
+    }
+    auto result = copyForChange(*start, path->levels.size());
+    result->levels.insert(result->levels.end(), path->levels.begin(), path->levels.end());
+    if (!normalizeLevels(*result)) return nullptr;
+    return result;
+}
+
+SharedDirectory makeRelative(const SharedDirectory& path, const ParsedDirectory& reference)
+{
+    if (path->driveLetter() != reference.driveLetter()) return path;
+    const auto [from, to] = std::ranges::mismatch(
+        reference.levels, path->levels, [](const String& a, const String& b) { return a.compareIgnoreCase(b) == 0; });
+    const auto up = static_cast<std::size_t>(reference.levels.end() - from);
+    auto result = std::make_shared<ParsedDirectory>();
+    result->levels.reserve(up + static_cast<std::size_t>(path->levels.end() - to));
+    for (std::size_t i = 0; i < up; ++i) result->levels.emplace_back(TextView(OXA_TEXT("..")));
+    result->levels.insert(result->levels.end(), to, path->levels.end());
+    return result;
+}
+
+bool isSamePath(const ParsedDirectory& a, const ParsedDirectory& b) noexcept
+{
+    if (&a == &b) return true;
+    return a.root.compareIgnoreCase(b.root) == 0 &&
+           std::ranges::equal(a.levels, b.levels,
+                              [](const String& x, const String& y) { return x.compareIgnoreCase(y) == 0; });
+}
+
+}  // namespace Oxa_1_1::detail

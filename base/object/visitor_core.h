@@ -1,0 +1,11 @@
+#pragma once
+
+namespace Oxa_1_1
+{
+
+/// Common root of what visitors visit.
+class VisitorCore
+{
+};
+
+}  // namespace Oxa_1_1
