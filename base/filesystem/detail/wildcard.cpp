@@ -1,0 +1,72 @@
+#include "base/filesystem/detail/wildcard.h"
+
+#include "base/platform/character.h"
+
+namespace Oxa_1_1::detail
+{
+
+namespace
+{
+
+constexpr Char STAR = '*';
+constexpr Char ANY = '?';
+
+}  // namespace
+
+Wildcard::Wildcard(TextView pattern)
+{
+    m_pattern.reserve(pattern.size());
+    for (const Char c : pattern)
+    {
+        if (c == STAR && m_pattern.ends_with(STAR)) continue;
+        m_pattern += platform::toLower(c);
+    }
+    m_hasOnlyLeadingStar = m_pattern.find_last_of(STAR) == 0;
+}
+
+bool Wildcard::matchesAt(std::size_t patternIndex, Char c) const noexcept
+{
+    const Char expected = m_pattern[patternIndex];
+    return expected == ANY || expected == platform::toLower(c);
+}
+
+bool Wildcard::matches(TextView name) const noexcept
+{
+    std::size_t p = 0;
+    std::size_t n = 0;
+    if (m_hasOnlyLeadingStar)
+    {
+        // The one way it can match: its rest at the end of the name.
+        if (name.size() + 1 < m_pattern.size()) return false;
+        p = 1;
+        n = name.size() + 1 - m_pattern.size();
+    }
+    std::size_t afterStar = 0;
+    std::size_t starName = 0;
+    while (n < name.size())
+    {
+        if (p < m_pattern.size() && m_pattern[p] == STAR)
+        {
+            afterStar = ++p;
+            starName = n;
+        }
+        else if (p < m_pattern.size() && matchesAt(p, name[n]))
+        {
+            ++p;
+            ++n;
+        }
+        else if (afterStar != 0)
+        {
+            n = ++starName;
+            p = afterStar;
+        }
+        else
+        {
+            return false;
+        }
+    }
+    while (p < m_pattern.size() && m_pattern[p] == STAR) ++p;
+    return p == m_pattern.size();
+}
+
+}  // namespace Oxa_1_1::detail
