@@ -1,0 +1,117 @@
+#include "base/filesystem/detail/folder_tree.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "base/filesystem/detail/folder_list.h"
+#include "base/filesystem/detail/items.h"
+
+namespace Oxa_1_1::detail
+{
+
+namespace
+{
+
+using platform::FileIdentity;
+
+void appendTree(FolderTree& tree, const Directory& directory, bool recursive)
+{
+    for (const auto& file : directory.findFiles(OXA_TEXT("*"))) tree.files.push_back(file);
+    if (!recursive) return;
+    const auto below = directory.collectDirectories(OXA_TEXT("*"), false);
+    tree.directories.insert(tree.directories.end(), below.begin(), below.end());
+    for (const auto& folder : below)
+        if (!isLinkItself(*folder)) appendTree(tree, *folder, true);
+}
+
+/// The folders of a tree, by what they are.
+class FolderSet
+{
+   public:
+    FolderSet(const Directory& top, const FolderTree& tree)
+    {
+        add(top);
+        for (const auto& folder : tree.directories)
+            if (!isLinkItself(*folder)) add(*folder);
+        std::ranges::sort(m_identities, isLess);
+    }
+
+    bool contains(const Directory& directory) const
+    {
+        const auto identity = readIdentity(directory);
+        return identity && std::ranges::binary_search(m_identities, *identity, isLess);
+    }
+
+    /// For a folder that need not be there yet: what it would be made in.
+    bool wouldContain(const Directory& directory) const
+    {
+        auto place = directory.makeAbsolute();
+        while (place != nullptr && !place->exists()) place = place->getParent();
+        return place != nullptr && contains(*place);
+    }
+
+   private:
+    static bool isLess(const FileIdentity& a, const FileIdentity& b)
+    {
+        return std::tie(a.volume, a.index) < std::tie(b.volume, b.index);
+    }
+
+    void add(const Directory& directory)
+    {
+        if (const auto identity = readIdentity(directory)) m_identities.push_back(*identity);
+    }
+
+    std::vector<FileIdentity> m_identities;
+};
+
+}  // namespace
+
+FolderTree readTree(const Directory& directory, bool recursive)
+{
+    FolderTree tree;
+    appendTree(tree, directory, recursive);
+    return tree;
+}
+
+std::optional<FileIdentity> readIdentity(const Directory& directory)
+{
+    if (windowsImpl(directory) == nullptr) return std::nullopt;
+    return platform::readIdentity(directory.getFullNameUnicode());
+}
+
+bool isSameFolder(const Directory& a, const Directory& b)
+{
+    if (a == b) return true;
+    const auto identity = readIdentity(a);
+    return identity && identity == readIdentity(b);
+}
+
+bool isSameOrInside(const Directory& directory, const Directory& folder)
+{
+    for (auto place = directory.makeAbsolute(); place != nullptr; place = place->getParent())
+        if (isSameFolder(*place, folder)) return true;
+    return false;
+}
+
+bool canMoveTree(const Directory& folder, const FolderTree& tree, const Directory& target, bool emptyTarget)
+{
+    if (isSameOrInside(target, folder)) return false;
+    const FolderSet moved(folder, tree);
+    if (moved.wouldContain(target)) return false;
+    if (emptyTarget)
+        return !isSameOrInside(folder, target) && !FolderSet(target, readTree(target, true)).contains(folder);
+    return std::ranges::none_of(tree.directories,
+                                [&](const auto& inside)
+                                {
+                                    const auto place = placeIn(target, folder, *inside);
+                                    return place != nullptr && moved.contains(*place);
+                                });
+}
+
+std::shared_ptr<const Directory> placeIn(const Directory& target, const Directory& folder, const Directory& inside)
+{
+    const auto relative = inside.makeRelative(folder);
+    return relative != nullptr && !relative->isAbsolute() ? target.appendPath(*relative) : nullptr;
+}
+
+}  // namespace Oxa_1_1::detail

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "base/filesystem/directory.h"
+#include "base/filesystem/file.h"
+#include "base/platform/files.h"
+
+/// Whole trees of folders, of any implementation.
+namespace Oxa_1_1::detail
+{
+
+/// What lies in a folder and below it, each folder before what it holds. Links are part of it; what they lead to is
+/// not.
+struct FolderTree
+{
+    std::vector<std::shared_ptr<const File>> files;
+    std::vector<std::shared_ptr<const Directory>> directories;
+};
+
+/// Without `recursive`, only the files directly in the folder.
+FolderTree readTree(const Directory& directory, bool recursive);
+
+/// None when it is not there, or of an implementation whose folders have only their names.
+std::optional<platform::FileIdentity> readIdentity(const Directory& directory);
+
+/// Whether both stand for the same folder.
+bool isSameFolder(const Directory& a, const Directory& b);
+
+/// Whether it is the folder or, by its path, in it.
+bool isSameOrInside(const Directory& directory, const Directory& folder);
+
+/// Whether everything in the folder can come to `target` without any of it being lost on the way: neither lies in the
+/// other where that would remove it.
+bool canMoveTree(const Directory& folder, const FolderTree& tree, const Directory& target, bool emptyTarget);
+
+/// The place in `target` of a folder in `folder`; null when it has none.
+std::shared_ptr<const Directory> placeIn(const Directory& target, const Directory& folder, const Directory& inside);
+
+}  // namespace Oxa_1_1::detail

@@ -1,0 +1,170 @@
+// Whole folders, copied, moved, emptied and measured by what every implementation offers.
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "base/filesystem/detail/folder_list.h"
+#include "base/filesystem/detail/folder_tree.h"
+#include "base/filesystem/detail/result_codes.h"
+#include "base/filesystem/directory.h"
+#include "base/filesystem/file.h"
+#include "base/platform/files.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+/// A copy of the contents of one folder to another.
+class ContentsCopy
+{
+   public:
+    ContentsCopy(const Directory& target, bool recursive, bool overwrite, std::shared_ptr<IProgress> progress)
+        : m_isRecursive(recursive),
+          m_overwrites(overwrite),
+          m_progress(std::move(progress)),
+          m_root(detail::readIdentity(target))
+    {
+    }
+
+    bool run(const Directory& source, const Directory& target)
+    {
+        if (m_root && detail::readIdentity(source) == m_root)
+        {
+            m_cameToItself = true;
+            return false;
+        }
+        for (const auto& folder : source.findDirectories(OXA_TEXT("*")))
+            if (!copyFolder(*folder, target)) return false;
+        for (const auto& file : source.findFiles(OXA_TEXT("*")))
+            if (file->copy(target, m_overwrites, m_progress) == nullptr) return false;
+        return true;
+    }
+
+    /// Whether the target turned out to be part of what is copied.
+    bool cameToItself() const noexcept { return m_cameToItself; }
+
+   private:
+    bool copyFolder(const Directory& folder, const Directory& target)
+    {
+        const auto place = target.appendLevel(folder.getName());
+        if (place == nullptr || !place->create()) return m_overwrites;
+        if (!m_isRecursive || detail::leadsToAncestor(folder)) return true;
+        return run(folder, *place);
+    }
+
+    bool m_isRecursive;
+    bool m_overwrites;
+    std::shared_ptr<IProgress> m_progress;
+    std::optional<platform::FileIdentity> m_root;
+    bool m_cameToItself = false;
+};
+
+/// Moves the link itself, not what it leads to.
+bool moveLink(const Directory& link, const Directory& target, bool overwrite)
+{
+    if (detail::isSameFolder(link, target)) return false;
+    if (target.exists() && (!overwrite || !target.remove(true))) return false;
+    const auto parent = target.getParent();
+    if (parent != nullptr && !parent->create()) return false;
+    return platform::renameFile(link.getFullNameUnicode(), target.getFullNameUnicode());
+}
+
+/// The place of a folder in the target, made if it is missing; null when there can be none.
+std::shared_ptr<const Directory> makePlace(const Directory& target, const Directory& folder, const Directory& inside)
+{
+    auto place = detail::placeIn(target, folder, inside);
+    return place != nullptr && (place->exists() || place->create()) ? place : nullptr;
+}
+
+bool moveFolder(const Directory& inside, const Directory& folder, const Directory& target)
+{
+    if (!detail::isLinkItself(inside)) return makePlace(target, folder, inside) != nullptr;
+    const auto place = detail::placeIn(target, folder, inside);
+    return place != nullptr && moveLink(inside, *place, false);
+}
+
+bool moveFile(const File& file, const Directory& folder, const Directory& target, bool overwrite)
+{
+    const auto directory = file.getDirectory();
+    const auto place = directory != nullptr ? makePlace(target, folder, *directory) : nullptr;
+    const auto targetFile = place != nullptr ? File::fromString(*place, file.getName()) : nullptr;
+    return targetFile != nullptr && file.move(*targetFile, overwrite);
+}
+
+}  // namespace
+
+bool Directory::removeContents(bool recursive) const
+{
+    if (!exists() || detail::isLinkItself(*this)) return true;
+    const detail::FolderTree tree = detail::readTree(*this, recursive);
+    for (const auto& file : tree.files) file->remove();
+    for (const auto& directory : tree.directories) directory->remove(true);
+    return true;
+}
+
+bool Directory::copyContents(const Directory& target, bool recursive, bool overwrite,
+                             std::shared_ptr<IProgress> progress) const
+{
+    if (!exists() || !target.exists() || detail::isSameFolder(*this, target)) return false;
+    if (recursive && detail::isSameOrInside(target, *this)) return false;
+    return ContentsCopy(target, recursive, overwrite, std::move(progress)).run(*this, target);
+}
+
+std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, bool overwrite,
+                                                      std::shared_ptr<IProgress> progress) const
+{
+    const auto copied = target.appendLevel(getName());
+    if (copied == nullptr || !exists() || detail::isSameOrInside(*copied, *this)) return nullptr;
+    const bool wasThere = copied->exists();
+    if (!copied->create()) return nullptr;
+    ContentsCopy copy(*copied, true, overwrite, std::move(progress));
+    if (copy.run(*this, *copied)) return copied;
+    // What was there before and is part of this folder is no half-made copy.
+    if (!wasThere || !copy.cameToItself()) copied->remove(true);
+    return nullptr;
+}
+
+int Directory::copy(const String& target, bool overwrite, std::shared_ptr<IProgress> progress) const
+{
+    const auto directory = fromString(target);
+    if (directory == nullptr) return detail::NO_TARGET;
+    return copy(*directory, overwrite, std::move(progress)) != nullptr ? detail::SUCCESS : detail::FAILED;
+}
+
+bool Directory::move(const Directory& target, bool overwrite) const
+{
+    if (!exists()) return false;
+    if (detail::isLinkItself(*this)) return moveLink(*this, target, overwrite);
+    const detail::FolderTree tree = detail::readTree(*this, true);
+    if (!detail::canMoveTree(*this, tree, target, overwrite)) return false;
+    if ((overwrite || !target.exists()) && !target.removeContents(true)) return false;
+    if (!target.exists() && !target.create()) return false;
+    for (const auto& directory : tree.directories)
+        if (!moveFolder(*directory, *this, target)) return false;
+    for (const auto& file : tree.files)
+        if (!moveFile(*file, *this, target, overwrite)) return false;
+    return remove(true);
+}
+
+bool Directory::move(const String& target, bool overwrite) const
+{
+    const auto directory = fromString(target);
+    return directory != nullptr && move(*directory, overwrite);
+}
+
+bool Directory::size(unsigned long long& bytes) const
+{
+    bytes = 0;
+    for (const auto& file : collectFiles(OXA_TEXT("*"), true))
+    {
+        unsigned long long fileBytes = 0;
+        if (!file->size(fileBytes)) return false;
+        bytes += fileBytes;
+    }
+    return true;
+}
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,152 @@
+#include <utility>
+
+#include "base/diagnostics/windows_error.h"
+#include "base/filesystem/detail/hand_over.h"
+#include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/result_codes.h"
+#include "base/filesystem/progress.h"
+#include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/files.h"
+#include "base/platform/last_error.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+using SharedItem = std::shared_ptr<const FileSystemItem>;
+
+constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
+constexpr DWORD ERROR_OF_FULL_DISK = 112;
+constexpr DWORD ERROR_OF_EXISTING_TARGET = 183;
+constexpr DWORD ERROR_OF_ABORTED_REQUEST = 1235;
+
+int codeOfLastError()
+{
+    switch (platform::lastError())
+    {
+        case ERROR_OF_FULL_DISK:
+            return detail::DISK_FULL;
+        case ERROR_OF_ABORTED_REQUEST:
+            return detail::ABORTED;
+        default:
+            return detail::FAILED;
+    }
+}
+
+int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSystemFile& target, bool overwrite,
+               IProgress* progress)
+{
+    platform::CopyProgress report;
+    if (progress != nullptr)
+    {
+        report = [progress](std::uint64_t done, std::uint64_t total)
+        { progress->onProgress(static_cast<double>(done) * 100.0 / static_cast<double>(total)); };
+    }
+    const bool isCopied =
+        platform::copyFile(source.getFullNameUnicode(), target.getFullNameUnicode(), !overwrite, report);
+    return isCopied ? detail::SUCCESS : codeOfLastError();
+}
+
+/// Through streams, as when neither side can do it alone.
+int copyContent(const File& source, const File& target, SharedItem& item)
+{
+    const int code = detail::copyThroughStreams(source, target);
+    if (code == detail::SUCCESS) item = std::make_shared<File>(target);
+    return code;
+}
+
+bool reportFailedMove(const String& source, const String& target)
+{
+    const String reason = getWindowsError(platform::lastError());
+    String message = OXA_TEXT("Failed to move file '");
+    message << source << OXA_TEXT("' to file '") << target << OXA_TEXT("' because: ") << reason;
+    FileSystemItem::reportError(message);
+    return false;
+}
+
+/// Whether `source` is a link to `target`: put in its place, it would lead to itself.
+bool isLinkTo(const String& source, const String& target)
+{
+    if (!platform::isLink(source) || platform::isLink(target)) return false;
+    const auto identity = platform::readIdentity(source);
+    return identity && identity == platform::readIdentity(target);
+}
+
+/// Makes place for a file. An existing file stays until it is replaced, so that it is not lost when that fails.
+bool clearPlace(const String& source, const String& target, DWORD attributes)
+{
+    if (isLinkTo(source, target))
+    {
+        platform::setLastError(ERROR_OF_EXISTING_TARGET);
+        return false;
+    }
+    return (attributes & platform::FOLDER) == 0 || platform::removeFolder(target);
+}
+
+}  // namespace
+
+int OxaWindowsFileSystemFile::copy(const File& target, bool overwrite, std::shared_ptr<IProgress> progress,
+                                   SharedItem& item) const
+{
+    if (const auto* const impl = detail::windowsImpl(target))
+    {
+        item = detail::makeFile(*impl);
+        return copyOnDisk(*this, *impl, overwrite, progress.get());
+    }
+    const auto self = detail::makeFile(*this);
+    if (!detail::HandOver::isUnderWay())
+    {
+        const detail::HandOver handOver;
+        SharedItem copied;
+        const int code = target.getImpl()->copyFrom(*self, overwrite, std::move(progress), copied);
+        if (code == detail::SUCCESS && copied != nullptr)
+        {
+            item = std::move(copied);
+            return code;
+        }
+    }
+    return copyContent(*self, target, item);
+}
+
+int OxaWindowsFileSystemFile::copyFrom(const File& source, bool overwrite, std::shared_ptr<IProgress> progress,
+                                       SharedItem& item) const
+{
+    const auto self = detail::makeFile(*this);
+    if (const auto* const impl = detail::windowsImpl(source))
+    {
+        item = self;
+        return copyOnDisk(*impl, *this, overwrite, progress.get());
+    }
+    if (!detail::HandOver::isUnderWay())
+    {
+        const detail::HandOver handOver;
+        SharedItem copied;
+        const int code = source.getImpl()->copy(*self, overwrite, std::move(progress), copied);
+        if (code == detail::SUCCESS && copied != nullptr)
+        {
+            item = std::move(copied);
+            return code;
+        }
+    }
+    return copyContent(source, *self, item);
+}
+
+bool OxaWindowsFileSystemFile::move(const File& target, bool overwrite) const
+{
+    const String from = getFullNameUnicode();
+    const String to = target.getFullNameUnicode();
+    if (detail::windowsImpl(target) == nullptr)
+    {
+        platform::setLastError(ERROR_OF_OTHER_DEVICE);
+        return reportFailedMove(from, to);
+    }
+    const auto attributes = platform::readAttributes(to);
+    const bool isThere = attributes || platform::isLink(to);
+    if (isThere && !overwrite) return false;
+    if (isThere && !clearPlace(from, to, attributes.value_or(0))) return reportFailedMove(from, to);
+    return platform::renameFile(from, to) || reportFailedMove(from, to);
+}
+
+}  // namespace Oxa_1_1
