@@ -93,7 +93,7 @@ FileSystemItem::ComparisonResult Directory::equals(const FileSystemItem& other) 
     return directory != nullptr ? m_impl->equals(*directory) : Undetermined;
 }
 
-bool Directory::stat(_stat64i32& result) const { return m_impl->stat(result); }
+bool Directory::stat(struct _stat64i32& result) const { return m_impl->stat(result); }
 
 bool Directory::access(int mode) const { return m_impl->access(mode); }
 

@@ -78,7 +78,7 @@ class OXA_API Directory : public FileSystemItem
     /// Moves everything in here into `target`, which is emptied first when `overwrite`, and removes this folder. What
     /// was moved before a failure stays moved. A folder is not moved into itself.
     bool move(const Directory& target, bool overwrite) const;
-    bool stat(_stat64i32& result) const override;
+    bool stat(struct _stat64i32& result) const override;
     bool access(int mode) const override;
     bool getCreationTime(FILETIME* time) const override;
     bool getLastWriteTime(FILETIME* time) const override;

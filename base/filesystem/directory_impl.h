@@ -54,7 +54,7 @@ class OXA_API IDirectoryImpl
     virtual bool remove(bool recursive) const = 0;
     virtual bool openInExplorer() const = 0;
     virtual String getRoot() const = 0;
-    virtual bool stat(_stat64i32& result) const = 0;
+    virtual bool stat(struct _stat64i32& result) const = 0;
     virtual bool access(int mode) const = 0;
     virtual bool getCreationTime(FILETIME* time) const = 0;
     virtual bool getLastWriteTime(FILETIME* time) const = 0;

@@ -93,7 +93,7 @@ FileSystemItem::ComparisonResult File::equals(const FileSystemItem& other) const
     return file != nullptr ? m_impl->equals(*file) : Undetermined;
 }
 
-bool File::stat(_stat64i32& result) const { return m_impl->stat(result); }
+bool File::stat(struct _stat64i32& result) const { return m_impl->stat(result); }
 
 bool File::access(int mode) const { return m_impl->access(mode); }
 

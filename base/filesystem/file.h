@@ -78,7 +78,7 @@ class OXA_API File : public FileSystemItem
     /// Renames. An existing target is replaced when `overwrite`, and makes the move fail silently otherwise.
     bool move(const String& target, bool overwrite) const override;
     bool move(const File& target, bool overwrite) const;
-    bool stat(_stat64i32& result) const override;
+    bool stat(struct _stat64i32& result) const override;
     bool access(int mode) const override;
     bool getCreationTime(FILETIME* time) const override;
     bool getLastWriteTime(FILETIME* time) const override;

@@ -53,7 +53,7 @@ class OXA_API IFileImpl
     virtual int setAsReadOnly() const = 0;
     virtual int unsetAsReadOnly() const = 0;
     virtual bool isReadOnly() const = 0;
-    virtual bool stat(_stat64i32& result) const = 0;
+    virtual bool stat(struct _stat64i32& result) const = 0;
     virtual bool access(int mode) const = 0;
     virtual bool getCreationTime(FILETIME* time) const = 0;
     virtual bool getLastWriteTime(FILETIME* time) const = 0;

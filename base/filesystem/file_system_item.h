@@ -88,7 +88,7 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
     virtual std::shared_ptr<const FileSystemItem> copy(const Directory& target, bool overwrite,
                                                        std::shared_ptr<IProgress> progress) const = 0;
     virtual bool move(const String& target, bool overwrite) const = 0;
-    virtual bool stat(_stat64i32& result) const = 0;
+    virtual bool stat(struct _stat64i32& result) const = 0;
     /// Whether it may be accessed: 0 exists, 2 write, 4 read, 6 both.
     virtual bool access(int mode) const = 0;
     /// 100 ns ticks since 1601, UTC.

@@ -37,7 +37,7 @@ bool readLastWriteTime(const String& path, FILETIME* time)
     return readTime(path, &platform::FileInformation::written, time);
 }
 
-bool readStatus(const String& path, _stat64i32& result)
+bool readStatus(const String& path, struct _stat64i32& result)
 {
     TextView text = path;
     const bool isRoot = text.size() < 2 || text[text.size() - 2] == ':';
@@ -48,7 +48,12 @@ bool readStatus(const String& path, _stat64i32& result)
 bool canAccess(const String& path, int mode)
 {
     const auto attributes = platform::readAttributes(path);
-    return attributes && platform::canOpen(path, (mode & READ) != 0, (mode & WRITE) != 0, *attributes);
+    if (!attributes) return false;
+    // A system that grants its superuser everything would not look at the attribute.
+    const bool isReadOnlyFile = (*attributes & (platform::READ_ONLY | platform::FOLDER)) == platform::READ_ONLY;
+    const bool wantsToWrite = (mode & WRITE) != 0;
+    if (wantsToWrite && isReadOnlyFile) return false;
+    return platform::canOpen(path, (mode & READ) != 0, wantsToWrite, *attributes);
 }
 
 }  // namespace Oxa_1_1::detail

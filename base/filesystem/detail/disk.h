@@ -13,7 +13,7 @@ namespace Oxa_1_1::detail
 bool readCreationTime(const String& path, FILETIME* time);
 bool readLastWriteTime(const String& path, FILETIME* time);
 /// One separator at the end of the path does not count, unless it is that of a root.
-bool readStatus(const String& path, _stat64i32& result);
+bool readStatus(const String& path, struct _stat64i32& result);
 /// 0 exists, 2 write, 4 read, 6 both.
 bool canAccess(const String& path, int mode);
 

@@ -81,7 +81,7 @@ class OXA_API OxaWindowsFileSystemDirectory final : public IDirectoryImpl
     bool remove(bool recursive) const override;
     bool openInExplorer() const override;
     String getRoot() const override;
-    bool stat(_stat64i32& result) const override;
+    bool stat(struct _stat64i32& result) const override;
     bool access(int mode) const override;
     bool getCreationTime(FILETIME* time) const override;
     bool getLastWriteTime(FILETIME* time) const override;

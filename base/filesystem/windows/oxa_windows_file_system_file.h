@@ -66,7 +66,7 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
     int setAsReadOnly() const override;
     int unsetAsReadOnly() const override;
     bool isReadOnly() const override;
-    bool stat(_stat64i32& result) const override;
+    bool stat(struct _stat64i32& result) const override;
     bool access(int mode) const override;
     bool getCreationTime(FILETIME* time) const override;
     bool getLastWriteTime(FILETIME* time) const override;

@@ -57,7 +57,10 @@ bool OxaWindowsFileSystemDirectory::openInExplorer() const
     return exists() && isAbsolute() && platform::openFolderWindow(getFullNameUnicode());
 }
 
-bool OxaWindowsFileSystemDirectory::stat(_stat64i32& result) const { return detail::readStatus(getFullName(), result); }
+bool OxaWindowsFileSystemDirectory::stat(struct _stat64i32& result) const
+{
+    return detail::readStatus(getFullName(), result);
+}
 
 bool OxaWindowsFileSystemDirectory::access(int mode) const
 {

@@ -59,7 +59,10 @@ bool OxaWindowsFileSystemFile::getLastWriteTime(FILETIME* time) const
     return detail::readLastWriteTime(getFullNameUnicode(), time);
 }
 
-bool OxaWindowsFileSystemFile::stat(_stat64i32& result) const { return detail::readStatus(getFullName(), result); }
+bool OxaWindowsFileSystemFile::stat(struct _stat64i32& result) const
+{
+    return detail::readStatus(getFullName(), result);
+}
 
 bool OxaWindowsFileSystemFile::access(int mode) const
 {

@@ -1,0 +1,131 @@
+// Links, and names that only this system allows.
+
+#include <gtest/gtest.h>
+
+#include "tests/filesystem/messages.h"
+#include "tests/filesystem/temp_folder.h"
+
+namespace Oxa_1_1::test
+{
+
+namespace
+{
+
+void link(const TempFolder& temp, const std::string& to, const std::string& name)
+{
+    std::filesystem::create_symlink(to, temp.path(name));
+}
+
+TEST(Links, AreFoldersToWalkThroughButNotInCircles)
+{
+    const TempFolder temp;
+    temp.write("real/file");
+    temp.makeFolder("tree/inner");
+    link(temp, "../real", "tree/link");
+    link(temp, "..", "tree/up");
+    link(temp, ".", "tree/inner/self");
+    link(temp, "../..", "tree/inner/top");
+    link(temp, "nowhere", "tree/dangling");
+    const auto tree = temp.directory("tree");
+    EXPECT_EQ(sorted(namesIn(*tree, tree->findDirectories("*"))), (Names{"inner/", "link/", "up/"}));
+    EXPECT_EQ(sorted(namesIn(*tree, tree->findFiles("*"))), (Names{"dangling"}));
+    EXPECT_EQ(sorted(namesIn(*tree, tree->collectContents("*", true))),
+              (Names{"dangling", "inner/", "inner/self/", "inner/top/", "link/", "link/file", "up/"}));
+    unsigned long long bytes = 0;
+    std::filesystem::remove(temp.path("tree/dangling"));
+    EXPECT_TRUE(tree->size(bytes));
+    EXPECT_EQ(bytes, std::string("content").size());
+
+    temp.makeFolder("copies");
+    ASSERT_NE(tree->copy(*temp.directory("copies"), false, nullptr), nullptr);
+    EXPECT_EQ(temp.read("copies/tree/link/file"), "content");
+    EXPECT_FALSE(std::filesystem::is_symlink(temp.path("copies/tree/link")));
+}
+
+TEST(Links, AreRemovedThemselves)
+{
+    const TempFolder temp;
+    Messages messages;
+    temp.write("real/file");
+    temp.makeFolder("tree/inner");
+    link(temp, "../../real", "tree/inner/link");
+    link(temp, "nowhere", "tree/dangling");
+    link(temp, "../real/file", "tree/to_file");
+    link(temp, "real", "top");
+    EXPECT_TRUE(temp.directory("top")->removeContents(true));
+    EXPECT_TRUE(temp.directory("top")->remove(true));
+    EXPECT_FALSE(std::filesystem::is_symlink(temp.path("top")));
+    EXPECT_TRUE(temp.directory("tree")->remove(true));
+    EXPECT_EQ(temp.contents(), (Names{"real/", "real/file"}));
+    EXPECT_TRUE(messages.take().empty());
+}
+
+TEST(Links, AreMovedThemselves)
+{
+    const TempFolder temp;
+    temp.write("real/file");
+    temp.makeFolder("tree/inner");
+    link(temp, temp.path("real").string(), "tree/inner/link");
+    link(temp, "nowhere", "tree/dangling");
+    EXPECT_TRUE(temp.directory("tree")->move(*temp.directory("moved"), false));
+    EXPECT_TRUE(std::filesystem::is_symlink(temp.path("moved/inner/link")));
+    EXPECT_TRUE(std::filesystem::is_symlink(temp.path("moved/dangling")));
+    EXPECT_FALSE(temp.has("tree"));
+    EXPECT_EQ(temp.read("real/file"), "content");
+
+    link(temp, "real", "top");
+    EXPECT_FALSE(temp.directory("top")->move(*temp.directory("real"), true));
+    EXPECT_TRUE(temp.directory("top")->move(*temp.directory("other"), false));
+    EXPECT_TRUE(std::filesystem::is_symlink(temp.path("other")));
+    EXPECT_EQ(temp.read("real/file"), "content");
+    link(temp, "real/file", "to_file");
+    EXPECT_FALSE(temp.file("to_file")->move(*temp.file("real/file"), true));
+    EXPECT_EQ(temp.read("real/file"), "content");
+}
+
+TEST(Links, DoNotHideThatATargetLiesInTheSource)
+{
+    const TempFolder temp;
+    temp.write("a/b/file");
+    temp.write("a/b/a/kept");
+    link(temp, "a/b", "link");
+    const Names before = temp.contents();
+    const auto path = temp.directory("a");
+    EXPECT_FALSE(path->move(*temp.directory("link"), true));
+    EXPECT_FALSE(path->move(*temp.directory("link/new"), false));
+    EXPECT_EQ(path->copy(*temp.directory("link"), true, nullptr), nullptr);
+    EXPECT_EQ(temp.read("a/b/file"), "content");
+    EXPECT_EQ(temp.read("a/b/a/kept"), "content");
+    EXPECT_FALSE(temp.directory("link")->move(*temp.directory("a/b"), true));
+    EXPECT_EQ(temp.read("a/b/file"), "content");
+}
+
+TEST(Names, OfAnyBytesAreListedCopiedMovedAndRemoved)
+{
+    const TempFolder temp;
+    Messages messages;
+    const Names names = {"a:b", "what?", "star*", "back\\slash", "trailing ", "dots...", "tab\tbed", "\xFF\xFEraw"};
+    for (const std::string& name : names) temp.write("tree/" + name + "/" + name, name);
+    const auto tree = temp.directory("tree");
+    EXPECT_EQ(tree->collectFiles("*", true).size(), names.size());
+    for (const auto& file : tree->collectFiles("*", true))
+    {
+        EXPECT_TRUE(file->exists());
+        EXPECT_EQ(*File::fromString(file->getFullName()), *file);
+        EXPECT_TRUE(*file->openRead());
+    }
+    ASSERT_NE(tree->copy(*temp.directory("copies"), false, nullptr), nullptr);
+    EXPECT_EQ(temp.contents("copies/tree"), temp.contents("tree"));
+    const Names before = temp.contents("tree");
+    EXPECT_TRUE(tree->move(*temp.directory("moved"), false));
+    EXPECT_EQ(temp.contents("moved"), before);
+    for (const std::string& name : names) EXPECT_EQ(temp.read("moved/" + name + "/" + name), name);
+    EXPECT_TRUE(temp.directory("moved")->remove(true));
+    EXPECT_TRUE(temp.directory("copies")->remove(true));
+    EXPECT_EQ(temp.contents(), Names{});
+    EXPECT_TRUE(messages.take().empty());
+}
+
+}  // namespace
+
+}  // namespace Oxa_1_1::test
