@@ -1,0 +1,195 @@
+// What the system is asked for, in which spelling, and what its failures become.
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "base/diagnostics/windows_error.h"
+#include "base/filesystem/directory.h"
+#include "base/filesystem/file.h"
+#include "base/platform/file_observer.h"
+#include "base/platform/shell.h"
+#include "tests/filesystem/messages.h"
+#include "tests/filesystem/temp_folder.h"
+
+namespace Oxa_1_1::test
+{
+
+namespace
+{
+
+/// Counts operations, notes their paths, and lets some fail.
+class Recorder final : public platform::FileObserver
+{
+   public:
+    Recorder() : m_former(platform::setFileObserver(this)) {}
+    ~Recorder() override { platform::setFileObserver(m_former); }
+
+    std::optional<DWORD> called(std::string_view operation, TextView path, TextView target) override
+    {
+        paths[std::string(operation)] = path;
+        if (!target.empty()) targets[std::string(operation)] = target;
+        const int call = ++counts[std::string(operation)];
+        if (operation != m_failing || call < m_failingCall) return std::nullopt;
+        return m_code;
+    }
+
+    /// From its nth call on.
+    void fail(const std::string& operation, DWORD code, int call = 1)
+    {
+        m_failing = operation;
+        m_code = code;
+        m_failingCall = call;
+        counts.clear();
+    }
+
+    std::map<std::string, int> counts;
+    std::map<std::string, String> paths;
+    std::map<std::string, String> targets;
+
+   private:
+    platform::FileObserver* m_former;
+    std::string m_failing;
+    DWORD m_code = 0;
+    int m_failingCall = 1;
+};
+
+TEST(Requests, AreSpelledForPathsOfAnyLengthOrNot)
+{
+    const auto file = File::fromString("C:\\no\\where\\f.x");
+    const auto folder = Directory::fromString("C:\\no\\where");
+    const String longFile = "\\\\?\\C:\\no\\where\\f.x";
+    const String longFolder = "\\\\?\\C:\\no\\where\\";
+    Messages messages;
+    Recorder recorder;
+    const auto pathOf = [&](const char* operation, auto act)
+    {
+        recorder.paths.clear();
+        static_cast<void>(act());
+        return recorder.paths[operation];
+    };
+    std::uint64_t time = 0;
+    EXPECT_EQ(pathOf("readAttributes", [&] { return file->exists(); }), longFile);
+    EXPECT_EQ(pathOf("readAttributes", [&] { return folder->exists(); }), longFolder);
+    EXPECT_EQ(pathOf("readAttributes", [&] { return file->isReadOnly(); }), file->getFullName());
+    EXPECT_EQ(pathOf("readAttributes", [&] { return file->setAsReadOnly(); }), file->getFullName());
+    EXPECT_EQ(pathOf("readInformation", [&] { return file->getLastWriteTime(reinterpret_cast<FILETIME*>(&time)); }),
+              longFile);
+    EXPECT_EQ(pathOf("touchFile", [&] { return file->touch(); }), longFile);
+    EXPECT_EQ(pathOf("createFolder", [&] { return Directory::fromString("C:\\no")->create(); }), "\\\\?\\C:\\");
+    EXPECT_EQ(pathOf("isEmptyFolder", [&] { return folder->isEmpty(); }), longFolder);
+    EXPECT_EQ(pathOf("openFolder", [&] { return folder->findFiles("*"); }), longFolder);
+    EXPECT_EQ(pathOf("openFolder", [&] { return folder->appendLevel("..")->findFiles("*"); }), "\\\\?\\C:\\no\\");
+    const auto share = Directory::fromString("\\\\s\\t\\a\\..\\b");
+    EXPECT_EQ(pathOf("openFolder", [&] { return share->findFiles("*"); }), "\\\\s\\t\\a\\..\\b\\");
+    EXPECT_EQ(pathOf("copyFile", [&] { return file->copy(*file, true, nullptr); }), longFile);
+    EXPECT_EQ(recorder.targets["copyFile"], longFile);
+    EXPECT_EQ(pathOf("renameFile", [&] { return file->move(*file, true); }), longFile);
+    EXPECT_EQ(recorder.targets["renameFile"], longFile);
+}
+
+TEST(Requests, FailWithTheCodesOfCopies)
+{
+    const TempFolder temp;
+    temp.write("a");
+    Recorder recorder;
+    const std::pair<DWORD, int> codes[] = {{112, 221}, {1235, 24}, {5, 18}, {32, 18}, {80, 18}, {39, 18}};
+    for (const auto& [error, code] : codes)
+    {
+        recorder.fail("copyFile", error);
+        EXPECT_EQ(temp.file("a")->copy(*temp.file("b"), true, nullptr), code) << error;
+        EXPECT_EQ(temp.file("b")->copyFrom(*temp.file("a"), true, nullptr), nullptr);
+    }
+}
+
+TEST(Requests, FailWithMessages)
+{
+    const TempFolder temp;
+    temp.write("a");
+    temp.makeFolder("d");
+    Messages messages;
+    Recorder recorder;
+    const auto file = temp.file("a");
+    const auto message = [](const String& text, const String& path, DWORD code)
+    { return Texts{text + path + "'.\r\nWindows error message: " + getWindowsError(code)}; };
+    recorder.fail("deleteFile", 32);
+    EXPECT_FALSE(file->remove());
+    EXPECT_EQ(messages.take(), message("Failed to delete file '", file->getFullName(), 32));
+    recorder.fail("removeFolder", 5);
+    EXPECT_FALSE(temp.directory("d")->remove());
+    EXPECT_EQ(messages.take(), message("Failed to remove directory '", temp.directory("d")->getFullName(), 5));
+    recorder.fail("createFolder", 112);
+    EXPECT_FALSE(temp.directory("e")->create());
+    EXPECT_EQ(messages.take(), message("Failed to create the directory '", temp.directory("e")->getFullName(), 112));
+    // Another process was faster.
+    recorder.fail("createFolder", 183);
+    EXPECT_TRUE(temp.directory("e")->create());
+    recorder.fail("renameFile", 17);
+    EXPECT_FALSE(file->move(*temp.file("b"), false));
+    EXPECT_TRUE(messages.take().at(0).endsWith("because: " + getWindowsError(17)));
+    recorder.fail("writeAttributes", 5);
+    EXPECT_EQ(file->setAsReadOnly(), 0);
+    EXPECT_FALSE(file->isReadOnly());
+    recorder.fail("currentFolder", 21);
+    EXPECT_EQ(Directory::fromString("x")->makeAbsolute(), nullptr);
+    EXPECT_EQ(messages.take(), Texts{"Failed to get the current working directory."});
+    EXPECT_EQ(Directory::fromString("x")->findFiles("*"), nullptr);
+}
+
+TEST(Requests, KeepWhatWasReadUntilAFailure)
+{
+    const TempFolder temp;
+    for (const char* const name : {"a", "b", "c", "d"}) temp.write(name);
+    Recorder recorder;
+    recorder.fail("nextEntry", 5, 3);
+    EXPECT_EQ(temp.directory()->collectFiles("*", false).size(), 2U);
+    recorder.fail("openFolder", 5);
+    EXPECT_TRUE(temp.directory()->collectFiles("*", true).empty());
+}
+
+TEST(Requests, AreAsManyAsTheOrderNeeds)
+{
+    const TempFolder temp;
+    for (const char* const name : {"a/1", "a/2", "b/c/3", "4"}) temp.write(name);
+    Recorder recorder;
+    constexpr int FOLDERS = 4;
+    EXPECT_EQ(temp.directory()->collectFiles("*", true).size(), 4U);
+    EXPECT_EQ(recorder.counts["openFolder"], 2 * FOLDERS);
+    recorder.counts.clear();
+    EXPECT_EQ(temp.directory()->collectContents("*", true).size(), 7U);
+    EXPECT_EQ(recorder.counts["openFolder"], 3 * FOLDERS);
+    EXPECT_EQ(recorder.counts["readAttributes"] + recorder.counts["isLink"] + recorder.counts["readIdentity"], 0);
+}
+
+TEST(Requests, GoToTheDesktop)
+{
+    static std::vector<platform::ShellRequest> requests;
+    static std::intptr_t answer = 33;
+    const TempFolder temp;
+    temp.write("a");
+    platform::setShellHook(
+        [](const platform::ShellRequest& request)
+        {
+            requests.push_back(request);
+            return answer;
+        });
+    const auto file = temp.file("a");
+    EXPECT_TRUE(file->openWithDefaultApp());
+    EXPECT_TRUE(File::openWithDefaultApp("any"));
+    EXPECT_TRUE(file->showInExplorer());
+    EXPECT_TRUE(temp.directory()->openInExplorer());
+    EXPECT_FALSE(temp.file("missing")->showInExplorer());
+    answer = 32;
+    EXPECT_TRUE(file->openWithDefaultApp());
+    EXPECT_FALSE(temp.directory()->openInExplorer());
+    platform::setShellHook(nullptr);
+    ASSERT_EQ(requests.size(), 6U);
+    EXPECT_EQ(String(requests[0].path), file->getFullName());
+    EXPECT_EQ(String(requests[1].path), "any");
+    EXPECT_EQ(String(requests[2].path), file->getFullNameUnicode());
+    EXPECT_EQ(String(requests[3].path), temp.directory()->getFullNameUnicode());
+}
+
+}  // namespace
+
+}  // namespace Oxa_1_1::test
