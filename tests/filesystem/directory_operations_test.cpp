@@ -211,7 +211,9 @@ TEST(DirectoryOperations, AnswersAsFilesDo)
     EXPECT_GT(time, 0U);
     EXPECT_TRUE(folder->getLastWriteTime(reinterpret_cast<FILETIME*>(&time)));
     EXPECT_FALSE(temp.directory("missing")->getLastWriteTime(reinterpret_cast<FILETIME*>(&time)));
-    struct _stat64i32 status{};
+    struct _stat64i32 status
+    {
+    };
     EXPECT_TRUE(folder->stat(status));
     EXPECT_TRUE(temp.file("file")->stat(status));
     EXPECT_EQ(status.st_size, 5);

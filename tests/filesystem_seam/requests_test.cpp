@@ -76,7 +76,8 @@ TEST(Requests, AreSpelledForPathsOfAnyLengthOrNot)
     EXPECT_EQ(pathOf("readInformation", [&] { return file->getLastWriteTime(reinterpret_cast<FILETIME*>(&time)); }),
               longFile);
     EXPECT_EQ(pathOf("touchFile", [&] { return file->touch(); }), longFile);
-    EXPECT_EQ(pathOf("createFolder", [&] { return Directory::fromString("C:\\no")->create(); }), "\\\\?\\C:\\");
+    recorder.fail("createFolder", 5);
+    EXPECT_TRUE(pathOf("createFolder", [&] { return folder->create(); }).startsWith("\\\\?\\C:\\"));
     EXPECT_EQ(pathOf("isEmptyFolder", [&] { return folder->isEmpty(); }), longFolder);
     EXPECT_EQ(pathOf("openFolder", [&] { return folder->findFiles("*"); }), longFolder);
     EXPECT_EQ(pathOf("openFolder", [&] { return folder->appendLevel("..")->findFiles("*"); }), "\\\\?\\C:\\no\\");
