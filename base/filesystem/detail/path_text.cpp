@@ -24,8 +24,7 @@ constexpr auto REFUSALS = []
 {
     std::array<std::uint8_t, 0x80> refusals{};
     for (std::size_t c = 0; c < 0x20; ++c) refusals[c] = IN_NAMES | IN_PATTERNS;
-    for (const char c : {'<', '>', ':', '"', '\\', '/', '|'})
-        refusals[static_cast<std::size_t>(c)] = IN_NAMES | IN_PATTERNS;
+    for (const Char c : TextView(OXA_TEXT("<>:\"\\/|"))) refusals[c] = IN_NAMES | IN_PATTERNS;
     refusals['*'] = refusals['?'] = IN_NAMES;
     return refusals;
 }();

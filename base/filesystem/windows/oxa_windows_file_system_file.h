@@ -30,7 +30,7 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
 
     /// Of no name, in the relative folder without levels.
     explicit OxaWindowsFileSystemFile(ProtectorTag) noexcept {}
-    OxaWindowsFileSystemFile(ProtectorTag, const OxaWindowsFileSystemDirectory& directory, TextView name);
+    OxaWindowsFileSystemFile(ProtectorTag, OxaWindowsFileSystemDirectory directory, TextView name);
 
     std::unique_ptr<OxaWindowsFileSystemFile> duplicate() const;
     /// The folder part.

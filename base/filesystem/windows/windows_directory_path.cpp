@@ -24,7 +24,8 @@ const SharedDirectory& emptyPath()
 
 std::unique_ptr<OxaWindowsFileSystemDirectory> makeImpl(SharedDirectory path)
 {
-    return path != nullptr ? std::make_unique<OxaWindowsFileSystemDirectory>(std::move(path)) : nullptr;
+    if (path == nullptr) return nullptr;
+    return std::make_unique<OxaWindowsFileSystemDirectory>(std::move(path));
 }
 
 void appendLevels(detail::ParsedDirectory& path, const std::vector<String>& levels)

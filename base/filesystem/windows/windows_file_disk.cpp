@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <ios>
 #include <vector>
 
@@ -125,8 +126,9 @@ bool OxaWindowsFileSystemFile::createParentDirectories() const
     std::vector<std::shared_ptr<const Directory>> ancestors;
     for (auto ancestor = getDirectory(); ancestor != nullptr; ancestor = ancestor->getParent())
         ancestors.push_back(ancestor);
-    for (auto ancestor = ancestors.rbegin(); ancestor != ancestors.rend(); ++ancestor)
-        if (!(*ancestor)->exists() && !(*ancestor)->create()) return false;
+    std::ranges::reverse(ancestors);
+    for (const auto& ancestor : ancestors)
+        if (!ancestor->exists() && !ancestor->create()) return false;
     return true;
 }
 

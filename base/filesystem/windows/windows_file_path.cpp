@@ -29,9 +29,8 @@ bool checkFileName(const String& name)
 
 }  // namespace
 
-OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(ProtectorTag, const OxaWindowsFileSystemDirectory& directory,
-                                                   TextView name)
-    : m_directory(directory)
+OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(ProtectorTag, OxaWindowsFileSystemDirectory directory, TextView name)
+    : m_directory(std::move(directory))
 {
     takeName(name);
 }
