@@ -32,9 +32,9 @@ namespace
 template <class T>
 std::shared_ptr<const T> nextOf(OxaWindowsFileSystemIterator& iterator)
 {
-    while (const auto item = iterator.getNext())
+    while (auto item = iterator.getNext())
     {
-        if (auto wanted = std::dynamic_pointer_cast<const T>(item)) return wanted;
+        if (const auto* const wanted = dynamic_cast<const T*>(item.get())) return {std::move(item), wanted};
     }
     return nullptr;
 }

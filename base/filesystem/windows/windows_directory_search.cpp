@@ -15,29 +15,54 @@ namespace Oxa_1_1
 namespace
 {
 
+/// Null when nothing can be searched for in the folder.
+std::shared_ptr<const Directory> searchable(const OxaWindowsFileSystemDirectory& directory, const String& pattern)
+{
+    if (detail::isValidSearchString(pattern)) return directory.makeAbsolute();
+    detail::reportText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
+    return nullptr;
+}
+
 template <class Iterator>
 std::shared_ptr<Iterator> find(const OxaWindowsFileSystemDirectory& directory, const String& pattern)
 {
-    if (!detail::isValidSearchString(pattern))
-    {
-        detail::reportText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
-        return nullptr;
-    }
-    const auto absolute = directory.makeAbsolute();
+    const auto absolute = searchable(directory, pattern);
     return absolute != nullptr ? std::make_shared<Iterator>(*absolute, pattern) : nullptr;
 }
 
-template <class Item, class Source>
-void append(std::vector<std::shared_ptr<const Item>>& items, const std::shared_ptr<Source>& source)
+/// What an iterator over these kinds would give, without one.
+template <class Item, class Wanted>
+void append(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
+            const String& pattern, detail::Kinds kinds)
 {
-    for (const auto& item : source) items.push_back(item);
+    const auto absolute = searchable(directory, pattern);
+    if (absolute == nullptr) return;
+    for (auto& item : detail::listFolder(*absolute, pattern, kinds))
+        if (const auto* const wanted = dynamic_cast<const Wanted*>(item.get()))
+            items.emplace_back(std::move(item), wanted);
+}
+
+template <class Item>
+void appendFiles(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
+                 const String& pattern)
+{
+    append<Item, File>(items, directory, pattern, detail::Kinds::FILES);
+}
+
+template <class Item>
+void appendDirectories(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
+                       const String& pattern)
+{
+    append<Item, Directory>(items, directory, pattern, detail::Kinds::DIRECTORIES);
 }
 
 /// Goes on in every folder that lies in this one.
 template <class Collect>
 void descend(const OxaWindowsFileSystemDirectory& directory, Collect collect)
 {
-    for (const auto& below : directory.findDirectories(OXA_TEXT("*")))
+    std::vector<std::shared_ptr<const Directory>> folders;
+    appendDirectories(folders, directory, OXA_TEXT("*"));
+    for (const auto& below : folders)
     {
         const auto* const impl = detail::windowsImpl(*below);
         if (impl != nullptr && !detail::leadsToAncestor(*impl)) collect(*impl);
@@ -88,8 +113,8 @@ std::vector<std::shared_ptr<const File>> OxaWindowsFileSystemDirectory::collectF
 void OxaWindowsFileSystemDirectory::collectContentsInternal(std::vector<std::shared_ptr<const FileSystemItem>>& items,
                                                             const String& pattern, bool recursive) const
 {
-    append(items, findDirectories(pattern));
-    append(items, findFiles(pattern));
+    appendDirectories(items, *this, pattern);
+    appendFiles(items, *this, pattern);
     if (!recursive) return;
     descend(*this, [&](const auto& below) { below.collectContentsInternal(items, pattern, true); });
 }
@@ -97,7 +122,7 @@ void OxaWindowsFileSystemDirectory::collectContentsInternal(std::vector<std::sha
 void OxaWindowsFileSystemDirectory::collectDirectoriesInternal(std::vector<std::shared_ptr<const Directory>>& items,
                                                                const String& pattern, bool recursive) const
 {
-    append(items, findDirectories(pattern));
+    appendDirectories(items, *this, pattern);
     if (!recursive) return;
     descend(*this, [&](const auto& below) { below.collectDirectoriesInternal(items, pattern, true); });
 }
@@ -105,7 +130,7 @@ void OxaWindowsFileSystemDirectory::collectDirectoriesInternal(std::vector<std::
 void OxaWindowsFileSystemDirectory::collectFilesInternal(std::vector<std::shared_ptr<const File>>& items,
                                                          const String& pattern, bool recursive) const
 {
-    append(items, findFiles(pattern));
+    appendFiles(items, *this, pattern);
     if (!recursive) return;
     descend(*this, [&](const auto& below) { below.collectFilesInternal(items, pattern, true); });
 }
