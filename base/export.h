@@ -23,6 +23,9 @@
 /// time; there they are the first to be initialised.
 #if defined(__clang__) && __clang_major__ < 17
 #define OXA_CONSTINIT __attribute__((init_priority(101)))
+#elif defined(_MSC_VER)
+// Its containers allocate in debug builds.
+#define OXA_CONSTINIT
 #else
 #define OXA_CONSTINIT constinit
 #endif

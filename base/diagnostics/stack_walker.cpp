@@ -32,7 +32,8 @@ std::mutex serverMutex;
 
 std::string& symbolServer()
 {
-    static std::string address;
+    // Never destroyed: destructors of static objects may walk the stack, too.
+    static auto& address = *new std::string;
     return address;
 }
 

@@ -44,6 +44,7 @@ Module::Module() noexcept : m_prev(tail)
 Module::~Module()
 {
     m_name.reset();
+    if (m_instance != nullptr) withdrawModuleResources(m_instance);
     --count;
     (m_next != nullptr ? m_next->m_prev : tail) = m_prev;
     (m_prev != nullptr ? m_prev->m_next : head) = m_next;

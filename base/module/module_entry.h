@@ -30,9 +30,10 @@ class ModuleEntry
         return module;
     }
 
-    /// False when the record is initialised already.
+    /// False, and without effect, for a null handle and when the record is initialised already.
     OXA_HIDDEN static bool attach(HINSTANCE handle, std::span<const std::byte> compiledScript = {})
     {
+        if (handle == nullptr || record().m_initialized) return false;
         offerModuleResources(handle, compiledScript);
         return record().internalInit(handle);
     }

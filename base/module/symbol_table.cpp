@@ -112,9 +112,10 @@ bool SymbolTable::define(TextView name, unsigned int value)
     const std::uint32_t hash = hashName(name);
     std::uint32_t& slot = m_byName[findSlot(name, hash)];
     if (slot != NONE) return false;
-    slot = static_cast<std::uint32_t>(m_symbols.size());
+    const auto index = static_cast<std::uint32_t>(m_symbols.size());
     m_symbols.push_back({name, value, hash, NONE});
-    link(slot);
+    slot = index;
+    link(index);
     return true;
 }
 

@@ -141,8 +141,9 @@ TEST_F(Language, StaysTheOneThatWasRecordedFirst)
 TEST_F(Language, OfTheSavedSettingStandsAlone)
 {
     speak({ENGLISH, ENGLISH, ENGLISH, ENGLISH});
+    for (const auto type : {SavedLanguage::Type::TEXT, SavedLanguage::Type::EXPANDABLE_TEXT})
     {
-        const SavedLanguage saved("deu", SavedLanguage::Type::TEXT);
+        const SavedLanguage saved("deu", type);
         EXPECT_EQ(GetUsedLangAbbrevs(), std::vector<Text>{OXA_TEXT("deu")});
         EXPECT_EQ(load().second, GERMAN_GREETING);
     }

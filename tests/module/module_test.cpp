@@ -94,6 +94,15 @@ TEST(Module, IsNamedAfterItsFileAndCarriesItsSymbols)
     EXPECT_EQ(reinterpret_cast<OwnModule>(plain.symbol("plainModule"))(), &plain.module());
 }
 
+TEST(Module, KeepsItsNameButNotItsSymbolsWhenItIsTerminated)
+{
+    const LoadedFixture scanner("scanner");
+    EXPECT_NE(&scanner.module().getResourceSymbols(), &SymbolTable::EMPTY);
+    reinterpret_cast<void (*)()>(scanner.symbol("detachScanner"))();
+    EXPECT_EQ(&scanner.module().getResourceSymbols(), &SymbolTable::EMPTY);
+    EXPECT_EQ(scanner.module().getModuleName(), OXA_TEXT("scanner.x"));
+}
+
 TEST(Module, TellsItsClassesOfItsStartAndItsEnd)
 {
     int cleared = 0;
@@ -116,6 +125,8 @@ TEST(Module, ThatIsNotTerminatedTerminatesTheLibraryAtItsEnd)
         EXPECT_EQ(ofTheLibrary.cleared, 0);
     }
     EXPECT_EQ(ofTheLibrary.cleared, 1);
+    // Nothing of it is left that the next module would come by.
+    EXPECT_TRUE(LoadedFixture("scanner").isLoaded());
 }
 
 /// The record of this program, which has no start-up code: it is initialised here.
@@ -135,7 +146,9 @@ TEST_F(OwnRecord, IsInitialisedOnceUntilItIsTerminated)
     const CountingClass foreign(getThisModule());
     EXPECT_TRUE(ownModule().getModuleName().isEmpty());
 
+    const std::byte script[32] = {std::byte{}, std::byte{}, std::byte{}, std::byte{}, std::byte{32}};
     EXPECT_FALSE(ModuleEntry::attach(nullptr));
+    EXPECT_FALSE(ModuleEntry::attach(nullptr, script));
     EXPECT_TRUE(ownModule().getModuleName().isEmpty());
     for (int round = 1; round <= 2; ++round)
     {

@@ -22,6 +22,7 @@ class SavedLanguage
     enum class Type
     {
         TEXT,
+        EXPANDABLE_TEXT,
         NUMBER
     };
     SavedLanguage(const std::string& value, Type type);

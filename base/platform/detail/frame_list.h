@@ -22,7 +22,8 @@ class FrameList
     {
         if (m_count > 0) m_frames[m_count - 1].returnAddress = address;
         if (m_count == m_frames.size()) return false;
-        if (stackPointer <= m_innermost) return true;
+        // Once outside, all further frames count: a signal may have come in on a stack that lies elsewhere.
+        if (m_count == 0 && stackPointer <= m_innermost) return true;
         m_frames[m_count++] = {address, 0, isAfterCall};
         return true;
     }

@@ -191,7 +191,8 @@ std::size_t captureStack(std::span<void*> addresses, const void* innermost) noex
     const auto add = [&](std::uint64_t address, std::uint64_t stackPointer, bool)
     {
         if (count == addresses.size()) return false;
-        if (stackPointer > bound) addresses[count++] = reinterpret_cast<void*>(address);
+        // Once outside, all further frames count: a signal may have come in on a stack that lies elsewhere.
+        if (count > 0 || stackPointer > bound) addresses[count++] = reinterpret_cast<void*>(address);
         return true;
     };
     QuickWalk walk(registers);
@@ -216,6 +217,7 @@ CONTEXT contextOfFault(const void* fault) noexcept
     return fault == nullptr ? CONTEXT{} : contextOf(registersOfSignal(fault));
 }
 
-HANDLE currentProcess() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(::getpid())); }
+// Means the caller's own, which a child that is forked later is, too.
+HANDLE currentProcess() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1)); }
 
 }  // namespace Oxa_1_1::platform

@@ -3,7 +3,9 @@
 #include <dlfcn.h>
 #include <link.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <utility>
@@ -22,6 +24,23 @@ std::string realPath(const char* path)
 {
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path, nullptr), &std::free);
     return resolved != nullptr ? resolved.get() : "";
+}
+
+/// The file that is mapped at an address, by its absolute path; empty when there is none.
+std::string mappedFile(const void* address)
+{
+    const auto wanted = reinterpret_cast<std::uintptr_t>(address);
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);)
+    {
+        // begin-end rights offset device inode path
+        char* end = nullptr;
+        const std::uintptr_t first = std::strtoull(line.c_str(), &end, 16);
+        const std::uintptr_t behind = *end == '-' ? std::strtoull(end + 1, nullptr, 16) : 0;
+        const std::size_t path = line.find('/');
+        if (wanted >= first && wanted < behind && path != std::string::npos) return line.substr(path);
+    }
+    return {};
 }
 
 }  // namespace
@@ -44,7 +63,10 @@ Text moduleFileName(HINSTANCE module)
     if (module == nullptr || module == programModule()) return spellingOf(realPath("/proc/self/exe"));
     if (isDataFile(module)) return {};
     // A handle of the loader is the address of its entry in the list of loaded objects.
-    return spellingOf(realPath(reinterpret_cast<const link_map*>(module)->l_name));
+    const auto* const entry = reinterpret_cast<const link_map*>(module);
+    if (entry->l_name[0] == '/') return spellingOf(realPath(entry->l_name));
+    // Loaded by a relative path, which the current folder may have left.
+    return spellingOf(mappedFile(entry->l_ld));
 }
 
 Text longPathName(TextView path) { return spellingOf(realPath(nativePathOf(path).c_str())); }

@@ -6,6 +6,8 @@
 #include <optional>
 #include <utility>
 
+#include "base/platform/module_loader.h"
+
 namespace Oxa_1_1::platform
 {
 
@@ -76,7 +78,8 @@ DataFile* dataFileOf(HINSTANCE module) noexcept
 
 const ResourceIndex* resourcesOf(HINSTANCE module) noexcept
 {
-    if (module == nullptr) return nullptr;
+    // As elsewhere null stands for the program.
+    if (module == nullptr) module = programModule();
     if (isDataFile(module)) return &dataFileOf(module)->resources;
     const Slot* const slot = slotOf(module);
     return slot != nullptr ? slot->resources.load(std::memory_order_acquire) : nullptr;
@@ -84,6 +87,7 @@ const ResourceIndex* resourcesOf(HINSTANCE module) noexcept
 
 void setResources(HINSTANCE module, std::unique_ptr<const ResourceIndex> resources)
 {
+    if (module == nullptr) return;
     const std::lock_guard guard(writing);
     Slot* slot = slotOf(module);
     if (slot == nullptr && resources == nullptr) return;

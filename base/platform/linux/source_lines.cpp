@@ -17,27 +17,35 @@ namespace
 
 void ignoreError(void*, const char*, int) {}
 
-std::uint64_t loadCount()
+/// How many modules have come and gone so far.
+struct ModuleCounts
 {
-    std::uint64_t count = 0;
+    std::uint64_t loaded = 0;
+    std::uint64_t unloaded = 0;
+};
+
+ModuleCounts moduleCounts()
+{
+    ModuleCounts counts;
     const auto read = [](dl_phdr_info* info, std::size_t, void* result)
     {
-        *static_cast<std::uint64_t*>(result) = info->dlpi_adds;
+        *static_cast<ModuleCounts*>(result) = {info->dlpi_adds, info->dlpi_subs};
         return 1;
     };
-    ::dl_iterate_phdr(read, &count);
-    return count;
+    ::dl_iterate_phdr(read, &counts);
+    return counts;
 }
 
 /// The reader knows the modules that were loaded when it was made, and cannot be given back. So a new one is made only
-/// when an address belongs to a module that came later.
+/// when an address belongs to a module that came later, or when another module may lie where one has gone.
 class Reader
 {
    public:
     backtrace_state* state()
     {
-        if (backtrace_state* const state = m_state.load()) return state;
-        return renew(nullptr);
+        backtrace_state* const state = m_state.load();
+        if (state != nullptr && moduleCounts().unloaded == m_unloadCount.load()) return state;
+        return renew(state);
     }
 
     /// The reader that has to be asked after `former` knew nothing; null when there is no younger one to make.
@@ -45,9 +53,11 @@ class Reader
     {
         const std::lock_guard lock(m_mutex);
         if (m_state.load() != former) return m_state.load();
-        const std::uint64_t count = loadCount();
-        if (former != nullptr && count == m_loadCount) return nullptr;
-        m_loadCount = count;
+        const ModuleCounts counts = moduleCounts();
+        const bool isSame = counts.loaded == m_loadCount && counts.unloaded == m_unloadCount.load();
+        if (former != nullptr && isSame) return nullptr;
+        m_loadCount = counts.loaded;
+        m_unloadCount.store(counts.unloaded);
         m_state.store(backtrace_create_state(nullptr, 1, ignoreError, nullptr));
         return m_state.load();
     }
@@ -56,6 +66,7 @@ class Reader
     std::atomic<backtrace_state*> m_state{nullptr};
     std::mutex m_mutex;
     std::uint64_t m_loadCount = 0;
+    std::atomic<std::uint64_t> m_unloadCount{0};
 };
 
 constinit Reader reader;

@@ -30,7 +30,10 @@ std::vector<std::byte> readVersionInfo(TextView path)
     const Text realPath = longPathName(path);
     if (realPath.empty()) return {};
     for (const HINSTANCE module : modulesWithResources())
-        if (moduleFileName(module) == realPath) return versionIn(*resourcesOf(module));
+    {
+        const ResourceIndex* const resources = resourcesOf(module);
+        if (resources != nullptr && moduleFileName(module) == realPath) return versionIn(*resources);
+    }
 
     const auto bytes = readFileBytes(nativePathOf(path));
     if (!bytes) return {};

@@ -30,7 +30,9 @@ std::vector<std::uint16_t> resourceLanguages(HINSTANCE module, const Char* type,
     };
     std::vector<std::uint16_t> languages;
     if (EnumResourceLanguagesW(module, type, name, collect, reinterpret_cast<LONG_PTR>(&languages)) == 0) return {};
+    // A language may come from the module and again from a file of the system beside it.
     std::sort(languages.begin(), languages.end());
+    languages.erase(std::unique(languages.begin(), languages.end()), languages.end());
     return languages;
 }
 
@@ -45,6 +47,8 @@ std::span<const std::byte> resourceBytes(HINSTANCE module, HRSRC resource) noexc
 
 Text loadString(HINSTANCE module, unsigned int id)
 {
+    // The system looks at the low 16 bits only.
+    if (id > 0xFFFF) return {};
     // With a size of 0 the call gives the text where it lies.
     const Char* text = nullptr;
     const int length = LoadStringW(module, id, reinterpret_cast<LPWSTR>(&text), 0);

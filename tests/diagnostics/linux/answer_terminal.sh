@@ -9,7 +9,7 @@ failed=0
 # What is typed, the exit code and the number of questions that must follow.
 expect() {
   local typed=$1 code=$2 questions=$3 got=0 asked
-  printf '%b' "$typed" | timeout 30 script -qec "$program" /dev/null >"$output" 2>&1 || got=$?
+  printf '%b' "$typed" | SHELL=/bin/sh timeout 60 script -qec "'$program'" /dev/null >"$output" 2>&1 || got=$?
   asked=$(grep -o '(i)gnore?' "$output" | wc -l)
   if [ "$got" != "$code" ] || [ "$asked" != "$questions" ]; then
     echo "typed '$typed': exit code $got instead of $code, $asked questions"

@@ -119,7 +119,7 @@ TEST(StackWalkerFault, WalksAnotherProcess)
     }
     ASSERT_GT(child, 0);
     // Until it sleeps.
-    for (std::string state; state != "S";)
+    for (std::string state; state != "S" && state != "Z";)
     {
         std::ifstream status("/proc/" + std::to_string(child) + "/stat");
         std::string skipped;

@@ -31,3 +31,9 @@ else()
   add_test(NAME diagnostics_terminal
     COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/diagnostics/linux/answer_terminal.sh $<TARGET_FILE:diagnostics_ask>)
 endif()
+
+foreach(test diagnostics_bare diagnostics_message_box diagnostics_no_reader diagnostics_terminal)
+  if(TEST ${test})
+    set_tests_properties(${test} PROPERTIES TIMEOUT 600)
+  endif()
+endforeach()

@@ -46,13 +46,19 @@ TEST(StackWalkerFault, WalksAnotherProcess)
     command.replace(command.find_last_of('\\') + 1, std::string::npos, "diagnostics_wait.exe");
     ASSERT_NE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process),
               0);
-    // Until it sleeps.
-    Sleep(2000);
-    RecordingWalker walker(StackWalker::AllOptions, nullptr, process.dwProcessId, process.hProcess);
-    EXPECT_TRUE(walker.ShowCallstack(process.hThread));
-    EXPECT_EQ(walker.framesNamed("knownFunction<").size(), 9U);
-    EXPECT_GE(walker.modules.size(), 3U);
-    for (const auto& error : walker.errors) ADD_FAILURE() << error.text << " " << error.code;
+    // Until it sleeps where it is to be found.
+    for (int attempt = 1;; ++attempt)
+    {
+        Sleep(500);
+        RecordingWalker walker(StackWalker::AllOptions, nullptr, process.dwProcessId, process.hProcess);
+        const bool isWalked = walker.ShowCallstack(process.hThread) != 0;
+        if (walker.framesNamed("knownFunction<").size() != 9U && attempt < 60) continue;
+        EXPECT_TRUE(isWalked);
+        EXPECT_EQ(walker.framesNamed("knownFunction<").size(), 9U);
+        EXPECT_GE(walker.modules.size(), 3U);
+        for (const auto& error : walker.errors) ADD_FAILURE() << error.text << " " << error.code;
+        break;
+    }
     TerminateProcess(process.hProcess, 0);
     WaitForSingleObject(process.hProcess, 10000);
     CloseHandle(process.hThread);

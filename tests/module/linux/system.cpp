@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 namespace Oxa_1_1::test
 {
@@ -17,6 +18,16 @@ std::filesystem::path settingsFile()
 {
     const std::string program = std::filesystem::read_symlink("/proc/self/exe").stem();
     return std::filesystem::path(testing::TempDir()) / "settings/Maraq" / program / "13.2/Settings.reg";
+}
+
+std::string settingText(const std::string& value, SavedLanguage::Type type)
+{
+    if (type == SavedLanguage::Type::TEXT) return '"' + value + '"';
+    if (type == SavedLanguage::Type::NUMBER) return "dword:" + value;
+    std::ostringstream bytes("hex(2):", std::ios::ate);
+    for (const char c : value) bytes << std::hex << static_cast<int>(c) << ",00,";
+    bytes << "00,00";
+    return bytes.str();
 }
 
 }  // namespace
@@ -47,8 +58,7 @@ SavedLanguage::SavedLanguage(const std::string& value, Type type)
     std::ofstream file(path);
     file << "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\Maraq\\"
          << path.parent_path().parent_path().filename().string()
-         << "\\13.2\\Settings]\n\"GUILanguage\"=" << (type == Type::TEXT ? '"' + value + '"' : "dword:" + value)
-         << '\n';
+         << "\\13.2\\Settings]\n\"GUILanguage\"=" << settingText(value, type) << '\n';
 }
 
 SavedLanguage::~SavedLanguage() { std::filesystem::remove(settingsFile()); }

@@ -37,8 +37,9 @@ SavedLanguage::SavedLanguage(const std::string& value, Type type)
 {
     const std::wstring text(value.begin(), value.end());
     const DWORD number = 7;
-    if (type == Type::TEXT)
-        RegSetKeyValueW(HKEY_CURRENT_USER, settingsKey().c_str(), L"GUILanguage", REG_SZ, text.c_str(),
+    if (type != Type::NUMBER)
+        RegSetKeyValueW(HKEY_CURRENT_USER, settingsKey().c_str(), L"GUILanguage",
+                        type == Type::TEXT ? REG_SZ : REG_EXPAND_SZ, text.c_str(),
                         static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
     else
         RegSetKeyValueW(HKEY_CURRENT_USER, settingsKey().c_str(), L"GUILanguage", REG_DWORD, &number, sizeof number);
