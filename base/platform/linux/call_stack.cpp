@@ -58,14 +58,23 @@ CONTEXT contextOf(const Registers& registers)
         : "rax", "memory");
 }
 
-/// The calling thread's memory, or that of a thread whose stack is known to be in order.
-class DirectSource : public UnwindSource
+/// The calling thread's memory. What lies beyond a signal may be anything, so the system is asked for it.
+class OwnSource : public UnwindSource
 {
    public:
     __attribute__((no_sanitize_address, no_sanitize_thread)) bool read(std::uint64_t address,
                                                                        std::uint64_t& value) const override
     {
         if (address % sizeof value != 0) return false;
+        const iovec to{&value, sizeof value};
+        const iovec from{reinterpret_cast<void*>(address), sizeof value};
+        // Signal handlers walk, too, and leave errno as it was.
+        const int saved = errno;
+        const bool isRead = ::process_vm_readv(::getpid(), &to, 1, &from, 1, 0) == sizeof value;
+        const bool isRefused = !isRead && errno != EFAULT;
+        errno = saved;
+        if (!isRefused) return isRead;
+        // The system does not answer here, as in some containers.
         value = *reinterpret_cast<const volatile std::uint64_t*>(address);
         return true;
     }
@@ -108,7 +117,7 @@ std::size_t walkCaller(const Registers& registers, detail::FrameList list)
                 return list.count();
             case Step::Failed:
                 list.clear();
-                return walkFrom(DirectSource(), registers, list);
+                return walkFrom(OwnSource(), registers, list);
         }
     }
 }
@@ -203,7 +212,7 @@ std::size_t captureStack(std::span<void*> addresses, const void* innermost) noex
         if (step == Step::Outermost) return count;
         if (step == Step::Done) continue;
         count = 0;
-        walkFrames(DirectSource(), registers, add);
+        walkFrames(OwnSource(), registers, add);
         return count;
     }
 }

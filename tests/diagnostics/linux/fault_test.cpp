@@ -101,6 +101,35 @@ TEST(StackWalkerFault, AThreadThatBlocksAllSignalsIsGivenUp)
     thread.join();
 }
 
+void walkAndLeave(int)
+{
+    void* addresses[64];
+    std::_Exit(StackWalker::captureFrames(addresses, 64) > 0 ? 0 : 1);
+}
+
+TEST(StackWalkerFault, ACorruptStackEndsTheWalkOfItsHandler)
+{
+    const int child = fork();
+    if (child == 0)
+    {
+        static char stack[1 << 16];
+        stack_t own = {};
+        own.ss_sp = stack;
+        own.ss_size = sizeof stack;
+        sigaltstack(&own, nullptr);
+        struct sigaction action = {};
+        action.sa_handler = walkAndLeave;
+        action.sa_flags = SA_ONSTACK;
+        sigaction(SIGSEGV, &action, nullptr);
+        asm volatile("movq $64, %rsp\n\tpushq %rax");
+        std::_Exit(2);
+    }
+    ASSERT_GT(child, 0);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
 /// Walks another process, whose handle is its number.
 class OtherProcessWalker : public RecordingWalker
 {
