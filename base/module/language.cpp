@@ -22,7 +22,8 @@ constexpr unsigned short PRIMARY_LANGUAGE = 0x3FF;
 /// The language of each module that was translated. Filled while modules are loaded, one at a time.
 std::map<HINSTANCE, unsigned short>& chosenLanguages()
 {
-    static std::map<HINSTANCE, unsigned short> languages;
+    // Never destroyed: the last modules go after the static objects that were made behind them.
+    static auto& languages = *new std::map<HINSTANCE, unsigned short>;
     return languages;
 }
 
@@ -130,6 +131,8 @@ Text longModulePath(HINSTANCE module)
 }
 
 }  // namespace
+
+void detail::forgetLanguageOf(HINSTANCE module) { chosenLanguages().erase(module); }
 
 HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
 {

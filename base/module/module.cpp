@@ -1,5 +1,6 @@
 #include "base/module/module.h"
 
+#include "base/module/detail/language_choice.h"
 #include "base/module/detail/module_file.h"
 #include "base/module/language.h"
 #include "base/module/module_entry.h"
@@ -44,7 +45,11 @@ Module::Module() noexcept : m_prev(tail)
 Module::~Module()
 {
     m_name.reset();
-    if (m_instance != nullptr) withdrawModuleResources(m_instance);
+    if (m_instance != nullptr)
+    {
+        withdrawModuleResources(m_instance);
+        detail::forgetLanguageOf(m_instance);
+    }
     --count;
     (m_next != nullptr ? m_next->m_prev : tail) = m_prev;
     (m_prev != nullptr ? m_prev->m_next : head) = m_next;

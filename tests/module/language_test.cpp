@@ -101,7 +101,7 @@ TEST_F(Language, IsTheFirstOfUserAndSystemThatHasATranslation)
         ASSERT_TRUE(fixture.isLoaded());
         const HINSTANCE own = fixture.module().getInstance();
         EXPECT_EQ(outcomes(TraceTranslation(own, ANY_LANGUAGE)), c.outcomes);
-        // A handle may be that of an earlier module, whose language stays recorded.
+        EXPECT_EQ(GetCurrentLangId(fixture.module()), c.taken);
         const String expected = c.taken == ANY_LANGUAGE ? ENGLISH_GREETING : GERMAN_GREETING;
         EXPECT_EQ(String::loadFromResource(IDS_GREETING, fixture.module()), expected);
     }

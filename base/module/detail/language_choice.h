@@ -34,4 +34,7 @@ struct LanguageCandidate
 /// comes last when it is not among them.
 std::vector<LanguageCandidate> languageCandidates(unsigned short langId);
 
+/// Called when a module is gone, so that the next one with its handle does not inherit its language.
+void forgetLanguageOf(HINSTANCE module);
+
 }  // namespace Oxa_1_1::detail
