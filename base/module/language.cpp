@@ -19,12 +19,14 @@ namespace
 
 constexpr unsigned short PRIMARY_LANGUAGE = 0x3FF;
 
-/// The language of each module that was translated. Filled while modules are loaded, one at a time.
-std::map<HINSTANCE, unsigned short>& chosenLanguages()
+/// The language of each module that was translated. Filled while modules are loaded, one at a time, and there until the
+/// last of them is gone: that may be after the end of static objects.
+constinit std::map<HINSTANCE, unsigned short>* chosenLanguages = nullptr;
+
+void recordLanguage(HINSTANCE module, unsigned short language)
 {
-    // Never destroyed: the last modules go after the static objects that were made behind them.
-    static auto& languages = *new std::map<HINSTANCE, unsigned short>;
-    return languages;
+    if (chosenLanguages == nullptr) chosenLanguages = new std::map<HINSTANCE, unsigned short>;
+    chosenLanguages->emplace(module, language);
 }
 
 /// The search for the translation of one module. Every language that it comes by is noted.
@@ -132,7 +134,12 @@ Text longModulePath(HINSTANCE module)
 
 }  // namespace
 
-void detail::forgetLanguageOf(HINSTANCE module) { chosenLanguages().erase(module); }
+void detail::forgetLanguageOf(HINSTANCE module)
+{
+    if (chosenLanguages == nullptr) return;
+    chosenLanguages->erase(module);
+    if (chosenLanguages->empty()) delete std::exchange(chosenLanguages, nullptr);
+}
 
 HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
 {
@@ -144,7 +151,7 @@ HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
 
     if (langId == ANY_LANGUAGE) langId = found->langId;
     if (langId < ANY_LANGUAGE && module == platform::programModule()) platform::setControlsLanguage(langId);
-    chosenLanguages().emplace(module, langId);
+    recordLanguage(module, langId);
     return platform::loadDataFile(found->path);
 }
 
@@ -162,8 +169,9 @@ std::vector<LanguageAttempt> TraceTranslation(HINSTANCE module, unsigned short l
 
 unsigned short GetCurrentLangId(const Module& module)
 {
-    const auto found = chosenLanguages().find(module.getInstance());
-    return found != chosenLanguages().end() ? found->second : ANY_LANGUAGE;
+    if (chosenLanguages == nullptr) return ANY_LANGUAGE;
+    const auto found = chosenLanguages->find(module.getInstance());
+    return found != chosenLanguages->end() ? found->second : ANY_LANGUAGE;
 }
 
 Text LocateHelpFile(HINSTANCE module, unsigned short, bool plainName)
