@@ -1,5 +1,6 @@
 // Search strings: as the rule says, by a matcher that is slow and plain.
 
+#include <algorithm>
 #include <vector>
 
 #include "base/filesystem/detail/path_text.h"
@@ -51,7 +52,7 @@ void check(TextView pattern, Text name)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size == 0) return 0;
-    const String text = fuzz::units(data + 1, size < 400 ? size - 1 : 400);
+    const String text = fuzz::units(data + 1, std::min<std::size_t>(size - 1, 400));
     const std::size_t split = data[0] % (text.view().size() + 1);
     const TextView pattern = text.view().substr(0, split);
     const TextView name = text.view().substr(split);
