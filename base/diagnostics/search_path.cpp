@@ -36,7 +36,7 @@ std::string buildSearchPath(const std::string& callersPath, const std::string& s
 {
     PathList path;
     path.add(callersPath);
-    path.add(platform::currentFolder());
+    path.add(platform::workingFolder());
     path.add(folderOf(platform::programFile()));
     path.add(platform::environmentVariable("_NT_SYMBOL_PATH"));
     path.add(platform::environmentVariable("_NT_ALTERNATE_SYMBOL_PATH"));

@@ -14,7 +14,8 @@ Text decodeNarrow(const std::string& bytes);
 
 /// The running program's file with its folder.
 std::string programFile();
-std::string currentFolder();
+/// The current folder of the process as the system spells it (files.h has it as a `String` spells it).
+std::string workingFolder();
 /// The value of an environment variable; empty when it is not set.
 std::string environmentVariable(const char* name);
 /// The name of the user whom the process runs for.

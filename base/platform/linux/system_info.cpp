@@ -23,7 +23,7 @@ std::string programFile()
     return std::filesystem::read_symlink("/proc/self/exe", error).string();
 }
 
-std::string currentFolder()
+std::string workingFolder()
 {
     std::error_code error;
     return std::filesystem::current_path(error).string();

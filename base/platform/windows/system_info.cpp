@@ -36,7 +36,7 @@ std::string programFile()
     return filled([](char* buffer, DWORD size) { return GetModuleFileNameA(nullptr, buffer, size); });
 }
 
-std::string currentFolder()
+std::string workingFolder()
 {
     return filled([](char* buffer, DWORD size) { return GetCurrentDirectoryA(size, buffer); });
 }
