@@ -9,6 +9,7 @@
 #include <csignal>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 #include "base/platform/detail/frame_list.h"
 #include "base/platform/error_text.h"
@@ -100,7 +101,12 @@ std::string remotePath(pid_t process, const std::string& file)
 std::vector<RemoteModule> listRemoteModules(pid_t process)
 {
     // Lines are "begin-end rights offset device inode   file".
-    std::vector<RemoteModule> modules;
+    struct Mapped
+    {
+        RemoteModule module;
+        bool isCode = false;
+    };
+    std::vector<Mapped> files;
     std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
     for (std::string line; std::getline(maps, line);)
     {
@@ -108,16 +114,19 @@ std::vector<RemoteModule> listRemoteModules(pid_t process)
         std::uint64_t begin = 0;
         std::uint64_t end = 0;
         char dash = 0;
+        std::string rights;
         std::string skipped;
         std::string file;
-        fields >> std::hex >> begin >> dash >> end >> skipped >> skipped >> skipped >> skipped >> std::ws;
+        fields >> std::hex >> begin >> dash >> end >> rights >> skipped >> skipped >> skipped >> std::ws;
         std::getline(fields, file);
         if (!file.starts_with('/') && file != "[vdso]") continue;
-        if (!modules.empty() && modules.back().file == file)
-            modules.back().end = end;
-        else
-            modules.push_back({file, begin, end});
+        if (files.empty() || files.back().module.file != file) files.push_back({{file, begin, end}});
+        files.back().module.end = end;
+        files.back().isCode |= rights.find('x') != std::string::npos;
     }
+    std::vector<RemoteModule> modules;
+    for (Mapped& mapped : files)
+        if (mapped.isCode) modules.push_back(std::move(mapped.module));
     return modules;
 }
 

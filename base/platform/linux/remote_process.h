@@ -23,7 +23,8 @@ struct RemoteModule
     std::uint64_t end = 0;
 };
 
-/// The modules that a process has mapped, by their addresses; empty when the process does not exist or may not be seen.
+/// The modules that a process has mapped, by their addresses, without files that are mapped as data; empty when the
+/// process does not exist or may not be seen.
 std::vector<RemoteModule> listRemoteModules(pid_t process);
 
 /// The files of the modules of a process.

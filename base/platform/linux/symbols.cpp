@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -17,6 +19,7 @@
 #include <utility>
 
 #include "base/platform/demangle.h"
+#include "base/platform/last_error.h"
 #include "base/platform/linux/elf_file.h"
 #include "base/platform/linux/remote_process.h"
 #include "base/platform/linux/source_lines.h"
@@ -40,6 +43,8 @@ enum SymbolType : std::uint32_t
     Unknown
 };
 
+constexpr std::uint32_t ACCESS_DENIED = 5;
+constexpr std::uint32_t INVALID_PARAMETER = 87;
 constexpr std::uint32_t MODULE_NOT_FOUND = 126;
 
 /// The reader gives lines wherever it can.
@@ -371,7 +376,11 @@ std::unique_ptr<SymbolSession> SymbolSession::open(std::uint32_t processId, HAND
 {
     const pid_t number = processOf(processId, process);
     if (number == ::getpid()) return std::make_unique<OwnSession>(searchPath);
-    return std::make_unique<RemoteSession>(number, searchPath);
+    // Of a process that is gone, or that may not be seen, no symbol can be read.
+    if (!listRemoteModules(number).empty()) return std::make_unique<RemoteSession>(number, searchPath);
+    const bool isGone = ::kill(number, 0) != 0 && errno == ESRCH;
+    setLastError(isGone ? INVALID_PARAMETER : ACCESS_DENIED);
+    return nullptr;
 }
 
 const char* symbolTypeText(std::uint32_t type) noexcept

@@ -53,13 +53,19 @@ class SuspendedThread
     bool m_isSuspended;
 };
 
-/// A handle of its own for each session, because the library knows its sessions by their handles.
+/// A handle of its own for each session, because the library knows its sessions by their handles. Without a handle, the
+/// number says which process is meant.
 class ProcessHandle
 {
    public:
-    explicit ProcessHandle(HANDLE process)
+    ProcessHandle(std::uint32_t processId, HANDLE process)
     {
         const HANDLE self = GetCurrentProcess();
+        if (process == nullptr && processId != 0 && processId != GetCurrentProcessId())
+        {
+            m_handle = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
+            return;
+        }
         DuplicateHandle(self, process == nullptr ? self : process, self, &m_handle, 0, FALSE, DUPLICATE_SAME_ACCESS);
     }
     ProcessHandle(ProcessHandle&& other) noexcept : m_handle(std::exchange(other.m_handle, nullptr)) {}
@@ -80,7 +86,7 @@ class ProcessHandle
 class Session : public SymbolSession
 {
    public:
-    Session(std::uint32_t processId, HANDLE process) : m_processId(processId), m_process(process) {}
+    Session(std::uint32_t processId, HANDLE process) : m_processId(processId), m_process(processId, process) {}
 
     ~Session() override
     {

@@ -165,8 +165,10 @@ TEST(StackWalkerFault, WalksAnotherProcess)
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     OtherProcessWalker late(child, StackWalker::AllOptions);
+    EXPECT_FALSE(late.LoadModules());
     EXPECT_FALSE(late.ShowCallstack());
-    EXPECT_EQ(late.errors.size(), 1U);
+    ASSERT_EQ(late.errors.size(), 2U);
+    EXPECT_EQ(late.errors[0].code, 87U);
 }
 
 }  // namespace

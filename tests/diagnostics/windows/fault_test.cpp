@@ -59,6 +59,10 @@ TEST(StackWalkerFault, WalksAnotherProcess)
         for (const auto& error : walker.errors) ADD_FAILURE() << error.text << " " << error.code;
         break;
     }
+    // The number of the process is enough.
+    RecordingWalker byNumber(StackWalker::AllOptions, nullptr, process.dwProcessId);
+    EXPECT_TRUE(byNumber.ShowCallstack(process.hThread));
+    EXPECT_EQ(byNumber.framesNamed("knownFunction<").size(), 9U);
     TerminateProcess(process.hProcess, 0);
     WaitForSingleObject(process.hProcess, 10000);
     CloseHandle(process.hThread);
