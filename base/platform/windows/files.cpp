@@ -47,6 +47,14 @@ std::optional<BY_HANDLE_FILE_INFORMATION> informationBehind(TextView path)
     return info;
 }
 
+/// What is no drive for the run-time library counts as an invalid parameter, for which it may end the process.
+bool isDrive(int drive)
+{
+    if (drive < 1 || drive > 26) return false;
+    const wchar_t root[] = {static_cast<wchar_t>(L'A' + drive - 1), L':', L'\\', 0};
+    return GetDriveTypeW(root) > DRIVE_NO_ROOT_DIR;
+}
+
 /// Of all the records that the system has for the same things.
 template <class Data>
 FileInformation informationOf(const Data& data)
@@ -139,8 +147,14 @@ bool canOpen(TextView path, bool read, bool write, DWORD attributes)
 
 Text currentFolder(int drive)
 {
+    if (drive != 0 && !isDrive(drive))
+    {
+        SetLastError(ERROR_INVALID_DRIVE);
+        return {};
+    }
+    // The buffer grows as needed, but Wine takes its least size for the size that there is.
     const std::unique_ptr<wchar_t, decltype(&std::free)> folder(
-        drive == 0 ? _wgetcwd(nullptr, 1) : _wgetdcwd(drive, nullptr, 1), &std::free);
+        drive == 0 ? _wgetcwd(nullptr, MAX_PATH) : _wgetdcwd(drive, nullptr, MAX_PATH), &std::free);
     return folder != nullptr ? folder.get() : Text();
 }
 

@@ -45,6 +45,9 @@ TEST(WindowsPaths, Drives)
     const Text current = currentFolder(0);
     ASSERT_EQ(current.at(1), L':');
     EXPECT_EQ(currentFolder((current[0] & ~0x20) - L'A' + 1), current);
+    EXPECT_EQ(currentFolder(3).substr(0, 3), L"C:\\");
+    EXPECT_EQ(currentFolder(1), L"");
+    EXPECT_EQ(lastError(), 15u);
     EXPECT_FALSE(readAttributes(L"A:\\none\\file"));
     EXPECT_EQ(lastError(), 3u);
     EXPECT_NE(openFolder(current.substr(0, 3)), nullptr);
