@@ -99,11 +99,29 @@ constexpr TextView SEPARATORS = OXA_TEXT("\\/");
 
 bool isSeparator(Char c) { return c == u'\\' || c == u'/'; }
 
+/// Whether the name around this place reads "." or ".." when U+F02E is taken for the period.
+bool isInDots(TextView text, std::size_t i)
+{
+    const std::size_t before = text.find_last_of(SEPARATORS, i);
+    const std::size_t begin = before == TextView::npos ? 0 : before + 1;
+    const TextView name = text.substr(begin, text.find_first_of(SEPARATORS, i) - begin);
+    return name.size() <= 2 && name.find_first_not_of(u".\uF02E") == TextView::npos;
+}
+
+/// Whether a unit stands for a character that is forbidden in names. One that would lead up or down the tree does not:
+/// no name is spelled so, and what is one name for its reader stays one on disk.
+bool isStandIn(TextView text, std::size_t i)
+{
+    if (!standsForForbidden(text[i])) return false;
+    const int c = text[i] - FORBIDDEN_BASE;
+    return c != '/' && (c != '.' || !isInDots(text, i));
+}
+
 /// Where a run of characters that are none of ASCII, and stand for nothing else, ends.
 std::size_t endOfForeign(TextView text, std::size_t begin)
 {
     std::size_t end = begin;
-    while (end < text.size() && text[end] >= 0x80 && !standsForForbidden(text[end]) && !isStray(text, end)) ++end;
+    while (end < text.size() && text[end] >= 0x80 && !isStandIn(text, end) && !isStray(text, end)) ++end;
     return end;
 }
 
@@ -183,6 +201,8 @@ Text spellingOf(std::string_view nativePath)
 {
     Text text;
     text.reserve(nativePath.size());
+    // Two of them would make a network path.
+    while (nativePath.starts_with("//")) nativePath.remove_prefix(1);
     for (;;)
     {
         const std::size_t end = nativePath.find('/');

@@ -46,6 +46,19 @@ TEST(NativePath, Spellings)
     }
 }
 
+TEST(NativePath, WhatIsOneNameStaysOne)
+{
+    const std::pair<Text, std::string> cases[]{
+        {u"a\uF02Fz", "a\xEF\x80\xAFz"},
+        {u"\\a\\.\uF02E\\x", "/a/.\xEF\x80\xAE/x"},
+        {u"x/\uF02E\uF02E", "x/\xEF\x80\xAE\xEF\x80\xAE"},
+        {u"\uF02E", "\xEF\x80\xAE"},
+        {u"..\uF02E/\uF02Ex", ".../.x"},
+    };
+    for (const auto& [spelling, native] : cases) EXPECT_EQ(nativePathOf(spelling), native);
+    EXPECT_EQ(spellingOf("//home//u"), u"\\home\\\\u");
+}
+
 /// Names of a few bytes that come in all combinations, and of any bytes.
 TEST(NativePath, EveryNameHasOneSpellingAndComesBack)
 {
