@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -10,6 +11,7 @@
 
 #include "base/platform/detail/native_files.h"
 #include "base/platform/last_error.h"
+#include "base/platform/linux/current_folder.h"
 #include "base/platform/linux/native_path.h"
 #include "base/platform/linux/reachable_path.h"
 
@@ -77,27 +79,17 @@ mode_t processMask()
 /// Who may read gets to write again as new files would let them; the owner in any case.
 mode_t writableMode(mode_t mode) { return mode | (((mode & 0444) >> 1) & ~processMask()) | S_IWUSR; }
 
-bool isBelow(std::string_view path, std::string_view folder)
-{
-    return path.starts_with(folder) && (folder == "/" || path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-using CString = std::unique_ptr<char, decltype(&std::free)>;
-
 /// Where the current folder is on that drive, the drive's current folder is this; else it is the drive's root.
-Text currentFolderOfDrive(int drive, const char* current)
+Text currentFolderOfDrive(int drive)
 {
-    Text root{static_cast<Char>(u'A' + drive - 1), u':', u'\\'};
-    const CString folder(realpath(nativePathOf(root).c_str(), nullptr), &std::free);
-    if (folder == nullptr)
+    const Text root{static_cast<Char>(u'A' + drive - 1), u':', u'\\'};
+    const std::string folder = nativeRootOf(root);
+    if (access(folder.c_str(), F_OK) != 0)
     {
         setLastError(INVALID_DRIVE);
         return {};
     }
-    const std::string_view path = current;
-    const std::string_view top = folder.get();
-    if (!isBelow(path, top) || path == top) return root;
-    return root + spellingOf(path.substr(top.size() + (top == "/" ? 0 : 1)));
+    return root + spellingOf(currentFolderBelow(folder).value_or(std::string()));
 }
 
 }  // namespace
@@ -205,14 +197,14 @@ bool canOpen(TextView path, bool read, bool write, DWORD attributes)
 
 Text currentFolder(int drive)
 {
-    const CString current(getcwd(nullptr, 0), &std::free);
-    if (current == nullptr)
+    const std::string current = currentFolderPath();
+    if (current.empty())
     {
         failWith(errno);
         return {};
     }
-    if (drive == 0) return spellingOf(current.get());
-    if (drive > 0 && drive <= DRIVES) return currentFolderOfDrive(drive, current.get());
+    if (drive == 0) return spellingOf(current);
+    if (drive > 0 && drive <= DRIVES) return currentFolderOfDrive(drive);
     setLastError(INVALID_DRIVE);
     return {};
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/platform/character.h"
+#include "base/platform/linux/current_folder.h"
 #include "base/platform/linux/environment.h"
 #include "base/platform/utf8.h"
 
@@ -150,6 +151,8 @@ struct Parsed
     bool isShare = false;
 
     bool isDrive() const { return !isShare && startsWithDrive(text); }
+    /// From the current folder of the drive on.
+    bool isDriveRelative() const { return isDrive() && (text.size() == 2 || !isSeparator(text[2])); }
 };
 
 Parsed parse(TextView text)
@@ -177,10 +180,16 @@ std::size_t endOfRoot(const Parsed& path)
     return std::min(path.text.find_first_of(SEPARATORS, server + 1), path.text.size());
 }
 
-/// The folder that stands for the drive or share.
+/// The folder that stands for the drive or share. Empty also when a path starts at the current folder of its drive, and
+/// that is the one of the process.
 std::string rootOf(const Parsed& path)
 {
-    if (path.isDrive()) return drivesFolder() + '/' + static_cast<char>(path.text[0] | 0x20) + ':';
+    if (path.isDrive())
+    {
+        std::string drive = drivesFolder() + '/' + static_cast<char>(path.text[0] | 0x20) + ':';
+        if (path.isDriveRelative() && currentFolderBelow(drive)) drive.clear();
+        return drive;
+    }
     if (!path.isShare) return {};
     std::string root = drivesFolder() + "/unc/";
     appendNative(root, path.text.substr(0, endOfRoot(path)));
@@ -234,7 +243,11 @@ std::string nativePathOf(TextView spelling)
     const Parsed parsed = parse(spelling);
     std::string path = rootOf(parsed);
     const TextView rest = parsed.text.substr(endOfRoot(parsed));
-    if (parsed.isDrive() && !rest.empty() && !isSeparator(rest[0])) path += '/';
+    if (parsed.isDriveRelative())
+    {
+        if (rest.empty()) return path.empty() ? "." : path;
+        if (!path.empty()) path += '/';
+    }
     appendNative(path, rest);
     return path;
 }

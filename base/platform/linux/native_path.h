@@ -14,17 +14,19 @@
 namespace Oxa_1_1::platform
 {
 
-/// \home\u for /home/u. Drives and shares are not recognised again: their folders have spellings like any other.
+/// \home\u for /home/u or //home/u. Drives and shares are not recognised again: their folders have spellings like any
+/// other.
 Text spellingOf(std::string_view nativePath);
 
-/// /home/u for \home\u or /home/u; paths on drives and shares lead to the folder that stands for them. Surrogates that
-/// stand for no byte become U+FFFD.
+/// /home/u for \home\u or /home/u; paths on drives and shares lead to the folder that stands for them, and C:x from the
+/// current folder on when that is on the drive. Surrogates that stand for no byte become U+FFFD. What stands for a
+/// separator or for all of "." and ".." stays as it is.
 std::string nativePathOf(TextView spelling);
 
 /// Spells the single name of a folder's entry.
 void spellName(std::string_view name, Text& spelling);
 
-/// The folder that stands for the drive or the share of a path; empty when the path has neither.
+/// The folder that stands for the drive or the share of a path; empty when the path does not start at one.
 std::string nativeRootOf(TextView spelling);
 /// Whether a path leads to a share: \\server\share.
 bool isOnShare(TextView spelling);

@@ -18,6 +18,7 @@
 #include "base/platform/files.h"
 #include "base/platform/last_error.h"
 #include "base/platform/linux/error_code.h"
+#include "base/platform/linux/native_path.h"
 #include "base/platform/utf8.h"
 #include "tests/platform/temporary_folder.h"
 
@@ -329,6 +330,8 @@ TEST_F(SpecialFiles, Drives)
     createFolder(u"Q:\\sub");
     std::filesystem::current_path(folder.path() / "data/sub");
     EXPECT_EQ(currentFolder(17), u"Q:\\sub");
+    const std::pair<Text, std::string> relative[]{{u"Q:", "."}, {u"q:x\\y", "x/y"}, {u"R:x", native("drives/r:/x")}};
+    for (const auto& [path, expected] : relative) EXPECT_EQ(nativePathOf(path), expected);
     EXPECT_EQ(errorOf(!currentFolder(18).empty()), 15u);
     std::filesystem::current_path(before);
     unsetenv("OXA_DRIVES");
