@@ -244,6 +244,7 @@ TEST(FileSystemItem, IsWrittenHashedAndHandedToTheStandardLibrary)
     EXPECT_EQ(file->getName(), "x.y");
     EXPECT_EQ(file->toPath().filename(), "x.y");
     EXPECT_EQ(Directory::fromUTF8(directory->getFullName().stringUTF8())->getFullName(), directory->getFullName());
+    EXPECT_EQ(Directory::fromUTF8(std::string("a\0b", 3)), nullptr);
 }
 
 }  // namespace
