@@ -11,13 +11,11 @@ namespace Oxa_1_1
 namespace
 {
 
-/// The number of units up to and including the last separator, or the ":" behind it; 0 when there is none.
+/// The number of units up to and including the last separator, which a ":" is here, too; 0 when there is none.
 std::size_t directoryLength(TextView path)
 {
-    const std::size_t separator = path.find_last_of(OXA_TEXT("\\/"));
-    const std::size_t begin = separator == TextView::npos ? 0 : separator + 1;
-    const std::size_t colon = path.find(OXA_TEXT(':'), begin);
-    return colon == TextView::npos ? begin : colon + 1;
+    const std::size_t separator = path.find_last_of(OXA_TEXT("\\/:"));
+    return separator == TextView::npos ? 0 : separator + 1;
 }
 
 bool checkFileName(const String& name)
