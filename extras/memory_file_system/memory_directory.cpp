@@ -246,15 +246,15 @@ bool MemoryDirectory::isAbsolute() const { return m_place.isAbsolute; }
 
 std::shared_ptr<const Directory> MemoryDirectory::makeAbsolute() const
 {
-    MemoryPlace place = m_place;
-    place.isAbsolute = true;
-    return place.normalize() ? makeMemoryDirectory(std::move(place)) : nullptr;
+    auto place = m_place.absolute();
+    return place ? makeMemoryDirectory(std::move(*place)) : nullptr;
 }
 
 std::shared_ptr<const Directory> MemoryDirectory::makeRelative(const Directory& reference) const
 {
     const auto* const impl = memoryImpl(reference);
-    return impl != nullptr ? makeMemoryDirectory(m_place.relativeTo(impl->m_place)) : nullptr;
+    auto place = impl != nullptr ? m_place.relativeTo(impl->m_place) : std::nullopt;
+    return place ? makeMemoryDirectory(std::move(*place)) : nullptr;
 }
 
 bool MemoryDirectory::remove(bool recursive) const

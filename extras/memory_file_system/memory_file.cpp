@@ -81,7 +81,11 @@ bool MemoryFile::touch() const
     return (exists() ? m_folder.volume->touch(path()) : m_folder.volume->write(path(), {})) == memory_error::NONE;
 }
 
-bool MemoryFile::createParentDirectories() const { return getDirectory()->makeAbsolute()->create(); }
+bool MemoryFile::createParentDirectories() const
+{
+    const auto folder = getDirectory()->makeAbsolute();
+    return folder != nullptr && folder->create();
+}
 
 std::shared_ptr<const Directory> MemoryFile::getDirectory() const { return makeMemoryDirectory(m_folder); }
 
@@ -112,15 +116,15 @@ bool MemoryFile::isAbsolute() const { return m_folder.isAbsolute; }
 
 std::shared_ptr<const File> MemoryFile::makeAbsolute() const
 {
-    MemoryPlace folder = m_folder;
-    folder.isAbsolute = true;
-    return folder.normalize() ? makeMemoryFile(folder, m_name) : nullptr;
+    auto folder = m_folder.absolute();
+    return folder ? makeMemoryFile(std::move(*folder), m_name) : nullptr;
 }
 
 std::shared_ptr<const File> MemoryFile::makeRelative(const Directory& reference) const
 {
     const auto* const impl = dynamic_cast<const MemoryDirectory*>(reference.getImpl());
-    return impl != nullptr ? makeMemoryFile(m_folder.relativeTo(impl->place()), m_name) : nullptr;
+    auto folder = impl != nullptr ? m_folder.relativeTo(impl->place()) : std::nullopt;
+    return folder ? makeMemoryFile(std::move(*folder), m_name) : nullptr;
 }
 
 String MemoryFile::getFullName() const { return m_folder.fullName(m_name); }

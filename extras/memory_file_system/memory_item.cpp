@@ -87,12 +87,22 @@ bool MemoryPlace::isSame(const MemoryPlace& other) const
     return volume == other.volume && std::ranges::equal(path, other.path, isSameName);
 }
 
-MemoryPlace MemoryPlace::relativeTo(const MemoryPlace& reference) const
+std::optional<MemoryPlace> MemoryPlace::absolute() const
 {
-    const auto [from, to] = std::ranges::mismatch(reference.path, path, isSameName);
+    MemoryPlace place = *this;
+    place.isAbsolute = true;
+    return place.normalize() ? std::optional(place) : std::nullopt;
+}
+
+std::optional<MemoryPlace> MemoryPlace::relativeTo(const MemoryPlace& reference) const
+{
+    const auto start = reference.absolute();
+    const auto end = absolute();
+    if (!start || !end) return std::nullopt;
+    const auto [from, to] = std::ranges::mismatch(start->path, end->path, isSameName);
     MemoryPlace place{.volume = volume, .isAbsolute = false, .path = {}};
-    place.path.assign(static_cast<std::size_t>(reference.path.end() - from), OXA_TEXT(".."));
-    place.path.insert(place.path.end(), to, path.end());
+    place.path.assign(static_cast<std::size_t>(start->path.end() - from), OXA_TEXT(".."));
+    place.path.insert(place.path.end(), to, end->path.end());
     return place;
 }
 

@@ -27,7 +27,10 @@ struct MemoryPlace
     bool normalize();
     MemoryPath pathOf(const String& name) const;
     bool isSame(const MemoryPlace& other) const;
-    MemoryPlace relativeTo(const MemoryPlace& reference) const;
+    /// None when it leads beyond the root.
+    std::optional<MemoryPlace> absolute() const;
+    /// The way here from `reference`; none when one of them leads beyond the root.
+    std::optional<MemoryPlace> relativeTo(const MemoryPlace& reference) const;
 };
 
 bool isMemoryName(const String& name);

@@ -55,6 +55,11 @@ TEST_F(TwoImplementations, HaveSpellingsOfTheirOwn)
     EXPECT_EQ(m_disk.directory()->makeRelative(*memoryFolder("x")), nullptr);
     EXPECT_EQ(memoryFile("x/.."), nullptr);
     EXPECT_EQ(memoryFolder(".."), nullptr);
+    const auto above = File::fromString("mem:../x/f");
+    EXPECT_EQ(above->makeAbsolute(), nullptr);
+    EXPECT_EQ(above->makeRelative(*memoryFolder("x")), nullptr);
+    EXPECT_FALSE(above->createParentDirectories());
+    EXPECT_EQ(Directory::fromString("mem:a/../b")->makeRelative(*memoryFolder("a"))->getFullName(), "mem:../b/");
 }
 
 TEST_F(TwoImplementations, OfferTheSameOperations)
