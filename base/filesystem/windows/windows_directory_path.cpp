@@ -197,8 +197,10 @@ std::shared_ptr<const File> OxaWindowsFileSystemDirectory::combine(const File& f
 
 FileSystemItem::ComparisonResult OxaWindowsFileSystemDirectory::equals(const Directory& other) const
 {
-    const auto* const impl = detail::windowsImpl(other);
-    return impl != nullptr ? equals(*impl) : FileSystemItem::Undetermined;
+    if (const auto* const impl = detail::windowsImpl(other)) return equals(*impl);
+    // The absolute form of a foreign path may be one of ours.
+    const SharedDirectory theirs = isAbsolute() && !other.isAbsolute() ? absolutePath(other) : nullptr;
+    return theirs != nullptr ? equals(OxaWindowsFileSystemDirectory(theirs)) : FileSystemItem::Undetermined;
 }
 
 FileSystemItem::ComparisonResult OxaWindowsFileSystemDirectory::equals(const OxaWindowsFileSystemDirectory& other) const
