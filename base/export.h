@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Marks of names that are seen outside, and of constants.
+
 /// Marks what the shared library offers. Everything else stays hidden.
 /// OXA_BUILDING is defined while the library itself is compiled.
 #ifdef _WIN32

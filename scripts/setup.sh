@@ -7,7 +7,7 @@ packages=()
 for job in "${@:-all}"; do
   case $job in
     build | all) packages+=(g++ cmake ninja-build ccache googletest libc6-dev binutils-mingw-w64-x86-64) ;;&
-    lint | all) packages+=(clang clang-format clang-tidy) ;;&
+    lint | all) packages+=(clang clang-format clang-tidy doxygen) ;;&
     fuzz | all) packages+=(clang libclang-rt-14-dev) ;;&
     windows | all) packages+=(g++-mingw-w64-x86-64-posix wine64 wine xvfb xdotool) ;;&
     bench) packages+=(libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev pkg-config) ;;&

@@ -69,12 +69,21 @@ check_tidy() {
   git ls-files -co --exclude-standard -- 'base/*.cpp' | grep -v /platform/windows/ | xargs -r -P 2 -n 4 clang-tidy --quiet -p build/linux-clang 2>build/tidy.log
 }
 
+check_docs() {
+  cmake --build --preset linux-clang --target docs >build/docs.log 2>&1 || { tail -n 60 build/docs.log; return 1; }
+}
+
 lint() {
   echo "== lint"
   scripts/setup.sh build lint || fail "setup of lint"
   check "layout" scripts/check_layout.sh
   check "format" check_format
-  if build linux-clang; then check "clang-tidy" check_tidy; else fail "build of linux-clang"; fi
+  if build linux-clang; then
+    check "clang-tidy" check_tidy
+    check "documentation" check_docs
+  else
+    fail "build of linux-clang"
+  fi
 }
 
 # A short run of each fuzz target, from its corpus.

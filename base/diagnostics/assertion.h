@@ -2,6 +2,9 @@
 
 #include "base/export.h"
 
+/// @file
+/// Assertions, which one handler of the process gets.
+
 // The names are those that the suite's modules are built against.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 

@@ -9,9 +9,11 @@ namespace Oxa_1_1
 class OXA_API KpStackWalker : public StackWalker
 {
    public:
-    /// All options, for the calling process.
+    /// All options, for the calling process or another.
+    /// @{
     KpStackWalker();
     KpStackWalker(DWORD processId, HANDLE process);
+    /// @}
     ~KpStackWalker() override;
 
     /// The number of frames that were counted, over all walks of this walker.
@@ -29,7 +31,9 @@ class OXA_API KpStackWalker : public StackWalker
     static int callStackDepthOfPreviousOutput;
 
    protected:
+    /// Counts the frame.
     void OnCallstackEntry(CallstackEntryType eType, CallstackEntry& entry) override;
+    /// Drops the text.
     void OnOutput(const char* text) override;
 
    private:

@@ -50,10 +50,12 @@ class OXA_API StackWalker
     /// The most frames that a walk reports.
     static constexpr int FRAME_LIMIT = 1024;
 
+    /// The place of a frame in its stack.
     enum CallstackEntryType
     {
         /// The innermost frame, even when it is the only one.
         firstEntry,
+        /// One between.
         nextEntry,
         /// The outermost frame, unless it is the first one, too.
         lastEntry
@@ -65,27 +67,41 @@ class OXA_API StackWalker
         /// Where the frame is: in the innermost one the next instruction, in others the one that a call returns to.
         DWORD64 offset;
         /// The function as the linker knows it, as the source names it, and with its parameters.
+        /// @{
         const char* name;
         const char* undName;
         const char* undFullName;
+        /// @}
         /// From the beginning of the function and of the line, in bytes.
+        /// @{
         DWORD64 offsetFromSymbol;
         DWORD offsetFromLine;
+        /// @}
+        /// The line, counted from 1, and the source file as the compiler knew it.
+        /// @{
         DWORD lineNumber;
         const char* lineFileName;
+        /// @}
         /// The module's kind of symbols, as a number of the system and as a text.
+        /// @{
         DWORD symType;
         const char* symTypeString;
+        /// @}
+        /// The module's name, where it begins in memory, and its file.
+        /// @{
         const char* moduleName;
         DWORD64 baseOfImage;
         const char* loadedImageName;
+        /// @}
     };
 
     /// Walks threads of the process `processId`. `process` is its handle, with the right to read its memory; null and
     /// the system's value for the calling process mean that one. `symPath` names folders for symbol files, separated by
-    /// semicolons; it may be null.
+    /// semicolons; it may be null. Without options all of them are taken.
+    /// @{
     StackWalker(int options, const char* symPath, DWORD processId, HANDLE process);
     StackWalker(DWORD processId, HANDLE process);
+    /// @}
     StackWalker(const StackWalker&) = delete;
     StackWalker& operator=(const StackWalker&) = delete;
     virtual ~StackWalker();
@@ -110,7 +126,7 @@ class OXA_API StackWalker
     static BOOL myReadProcMem(HANDLE process, DWORD64 address, void* buffer, DWORD size, DWORD* read, void* userData);
 
     /// The address of a symbol server for walkers that begin afterwards; null, as at first, for none. Files from there
-    /// are kept in the folder \websymbols of the system's drive.
+    /// are kept in the folder websymbols of the system's drive.
     static void setSymbolServer(const char* address);
 
     /// Stores the addresses of the calling thread's frames, beginning with the caller of this function, and returns
@@ -121,6 +137,7 @@ class OXA_API StackWalker
     /// A handle of the calling thread that another thread can pass to ShowCallstack, until closeThread. Null when the
     /// system refuses.
     static HANDLE openCurrentThread() noexcept;
+    /// Gives the handle up.
     static void closeThread(HANDLE thread) noexcept;
 
     /// The registers at a fault, for ShowCallstack: of the third argument of a signal handler (SA_SIGINFO), or of the
@@ -134,6 +151,7 @@ class OXA_API StackWalker
     /// numbers, the major one in the highest bits; 0 for none.
     virtual void OnLoadModule(const char* img, const char* mod, DWORD64 baseAddr, DWORD size, DWORD result,
                               const char* symType, const char* pdbName, ULONGLONG fileVersion);
+    /// A frame; the entry may be changed, which nobody sees.
     virtual void OnCallstackEntry(CallstackEntryType eType, CallstackEntry& entry);
     /// Something failed; `gle` is the system's error code, `addr` the frame that it concerns, or 0.
     virtual void OnDbgHelpErr(const char* funcName, DWORD gle, DWORD64 addr);

@@ -32,8 +32,11 @@ class OXA_API Directory : public FileSystemItem
 
     /// Of the first creator that accepts the text; empty when none does.
     static std::shared_ptr<Directory> fromString(const String& path);
+    /// The same from UTF-8.
+    /// @{
     static std::shared_ptr<Directory> fromUTF8(const char* path);
     static std::shared_ptr<Directory> fromUTF8(const std::string& path);
+    /// @}
     /// From the system's own spelling.
     static std::shared_ptr<Directory> fromPath(const std::filesystem::path& path);
 
@@ -43,15 +46,21 @@ class OXA_API Directory : public FileSystemItem
     static bool unregisterImplCreator(const std::shared_ptr<const ImplCreator>& creator);
 
     /// Nothing to do: kept for callers.
+    /// @{
     static void initStatics();
     static void clearStatics();
+    /// @}
 
     /// `impl` must not be null.
     explicit Directory(std::unique_ptr<IDirectoryImpl> impl) noexcept;
+    /// An independent path.
+    /// @{
     Directory(const Directory& other);
     Directory& operator=(const Directory& other);
+    /// @}
     ~Directory() override;
 
+    /// What does the work; never null, and owned by this path.
     IDirectoryImpl* getImpl() const noexcept { return m_impl.get(); }
 
     const uZClass* getClassType() const override;
@@ -74,10 +83,12 @@ class OXA_API Directory : public FileSystemItem
     /// new folder remains. A folder is not copied into itself.
     std::shared_ptr<const FileSystemItem> copy(const Directory& target, bool overwrite,
                                                std::shared_ptr<IProgress> progress) const override;
-    bool move(const String& target, bool overwrite) const override;
     /// Moves everything in here into `target`, which is emptied first when `overwrite`, and removes this folder. What
     /// was moved before a failure stays moved. A folder is not moved into itself.
+    /// @{
+    bool move(const String& target, bool overwrite) const override;
     bool move(const Directory& target, bool overwrite) const;
+    /// @}
     bool stat(struct _stat64i32& result) const override;
     bool access(int mode) const override;
     bool getCreationTime(FILETIME* time) const override;
@@ -86,12 +97,16 @@ class OXA_API Directory : public FileSystemItem
     bool isAbsolute() const override;
     /// On failure `bytes` holds the sum so far.
     bool size(unsigned long long& bytes) const override;
+    /// The same as exists().
     virtual bool isDirectory() const;
 
     /// The root: "C:", "\\server\share"; NIL for a path without.
     String getRoot() const;
+    /// As FileSystemItem::makeAbsolute() and FileSystemItem::makeRelative().
+    /// @{
     std::shared_ptr<const Directory> makeAbsolute() const;
     std::shared_ptr<const Directory> makeRelative(const Directory& reference) const;
+    /// @}
     /// The folder of this name in here. "." and ".." are kept as they are.
     std::shared_ptr<const Directory> appendLevel(const String& name) const;
     /// The relative path seen from here; empty for an absolute one, or when it leads beyond the root.
@@ -115,17 +130,22 @@ class OXA_API Directory : public FileSystemItem
     /// when `recursive`. Stops at the first failure; `overwrite` goes on past a folder that cannot be made.
     bool copyContents(const Directory& target, bool recursive, bool overwrite,
                       std::shared_ptr<IProgress> progress) const;
+    /// Opens the folder in the desktop's file manager; false when it is missing or relative.
     bool openInExplorer() const;
 
-    /// What matches in this folder, in the system's order.
+    /// What matches in this folder, in the system's order. Empty for a search string that is none.
+    /// @{
     std::shared_ptr<FileSystemIterator> findContents(const String& pattern) const;
     std::shared_ptr<DirectoryIterator> findDirectories(const String& pattern) const;
     std::shared_ptr<FileIterator> findFiles(const String& pattern) const;
+    /// @}
     /// What matches in this folder, folders first, and with `recursive` in all folders below, one after another. A
     /// link to a folder is followed, unless it leads to one that it lies in.
+    /// @{
     std::vector<std::shared_ptr<const FileSystemItem>> collectContents(const String& pattern, bool recursive) const;
     std::vector<std::shared_ptr<const Directory>> collectDirectories(const String& pattern, bool recursive) const;
     std::vector<std::shared_ptr<const File>> collectFiles(const String& pattern, bool recursive) const;
+    /// @}
 
     /// The registered creators, the oldest first.
     static std::list<std::shared_ptr<const ImplCreator>> creators;

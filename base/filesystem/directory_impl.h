@@ -19,8 +19,11 @@ class OXA_API IDirectoryImpl
     IDirectoryImpl(const IDirectoryImpl&) = default;
     IDirectoryImpl& operator=(const IDirectoryImpl&) = default;
     virtual ~IDirectoryImpl() = default;
+    /// An independent copy of the path.
     virtual std::unique_ptr<IDirectoryImpl> duplicateImpl() const = 0;
 
+    /// Stands behind the operation of the same name of Directory.
+    /// @{
     virtual std::shared_ptr<const Directory> appendLevel(const String& name) const = 0;
     virtual std::shared_ptr<const Directory> appendPath(const Directory& relative) const = 0;
     virtual bool create() const = 0;
@@ -58,6 +61,7 @@ class OXA_API IDirectoryImpl
     virtual bool access(int mode) const = 0;
     virtual bool getCreationTime(FILETIME* time) const = 0;
     virtual bool getLastWriteTime(FILETIME* time) const = 0;
+    /// @}
 };
 
 }  // namespace Oxa_1_1

@@ -23,8 +23,11 @@ class OXA_API File : public FileSystemItem
         ImplCreator(const ImplCreator&) = delete;
         ImplCreator& operator=(const ImplCreator&) = delete;
         virtual ~ImplCreator() = default;
+        /// For a name in a folder, and for a whole path.
+        /// @{
         virtual std::unique_ptr<IFileImpl> create(const Directory& directory, const String& name) const = 0;
         virtual std::unique_ptr<IFileImpl> create(const String& path) const = 0;
+        /// @}
     };
 
     /// The class record "File", derived from "FileSystemItem".
@@ -32,6 +35,7 @@ class OXA_API File : public FileSystemItem
 
     /// Of the first creator that accepts the text; empty when none does. One backslash at the end is dropped.
     static std::shared_ptr<File> fromString(const String& path);
+    /// The file of this name in the folder; empty for a name that is none.
     static std::shared_ptr<File> fromString(const Directory& directory, const String& name);
     /// From the system's own spelling.
     static std::shared_ptr<File> fromPath(const std::filesystem::path& path);
@@ -42,15 +46,21 @@ class OXA_API File : public FileSystemItem
     static bool unregisterImplCreator(const std::shared_ptr<const ImplCreator>& creator);
 
     /// Nothing to do: kept for callers.
+    /// @{
     static void initStatics();
     static void clearStatics();
+    /// @}
 
     /// `impl` must not be null.
     explicit File(std::unique_ptr<IFileImpl> impl) noexcept;
+    /// An independent path.
+    /// @{
     File(const File& other);
     File& operator=(const File& other);
+    /// @}
     ~File() override;
 
+    /// What does the work; never null, and owned by this path.
     IFileImpl* getImpl() const noexcept { return m_impl.get(); }
 
     const uZClass* getClassType() const override;
@@ -69,6 +79,7 @@ class OXA_API File : public FileSystemItem
     int copy(const String& target, bool overwrite, std::shared_ptr<IProgress> progress) const override;
     std::shared_ptr<const FileSystemItem> copy(const Directory& target, bool overwrite,
                                                std::shared_ptr<IProgress> progress) const override;
+    /// Copies to another file, with the codes of FileSystemItem::copy(). The receiver may be empty.
     int copy(const File& target, bool overwrite, std::shared_ptr<IProgress> progress) const;
     /// 1 for an empty pointer.
     int copy(const std::shared_ptr<const File>& target, bool overwrite) const;
@@ -76,8 +87,10 @@ class OXA_API File : public FileSystemItem
     std::shared_ptr<const FileSystemItem> copyFrom(const File& source, bool overwrite,
                                                    std::shared_ptr<IProgress> progress) const;
     /// Renames. An existing target is replaced when `overwrite`, and makes the move fail silently otherwise.
+    /// @{
     bool move(const String& target, bool overwrite) const override;
     bool move(const File& target, bool overwrite) const;
+    /// @}
     bool stat(struct _stat64i32& result) const override;
     bool access(int mode) const override;
     bool getCreationTime(FILETIME* time) const override;
@@ -86,12 +99,17 @@ class OXA_API File : public FileSystemItem
     bool isAbsolute() const override;
     bool size(unsigned long long& bytes) const override;
 
+    /// The folder part of the path; never empty.
     std::shared_ptr<const Directory> getDirectory() const;
+    /// As FileSystemItem::makeAbsolute() and FileSystemItem::makeRelative().
+    /// @{
     std::shared_ptr<const File> makeAbsolute() const;
     std::shared_ptr<const File> makeRelative(const Directory& reference) const;
+    /// @}
     /// The file beside this one with another extension; NIL and empty drop the period, too.
     std::shared_ptr<const File> replaceExtension(const String& extension) const;
 
+    /// In bytes; false when it cannot be read.
     bool getFileSize(ULARGE_INTEGER& size) const;
     /// True for the very same object; else false when a size cannot be read.
     bool hasEqualSize(const File& other) const;
@@ -99,10 +117,12 @@ class OXA_API File : public FileSystemItem
     bool createParentDirectories() const;
     /// Kept on purpose: a file that is missing counts as read-only.
     bool isReadOnly() const;
-    /// 0, or 168 when the attributes cannot be read.
+    /// 0, also when the system refuses, or 168 when the attributes cannot be read.
+    /// @{
     int setReadOnly(bool readOnly) const;
     int setAsReadOnly() const;
     int unsetAsReadOnly() const;
+    /// @}
     /// A file is its own lock: its full name.
     String getLockFilePath() const;
 
@@ -112,8 +132,12 @@ class OXA_API File : public FileSystemItem
     /// The same for output.
     std::unique_ptr<std::ofstream> openWrite(int mode = std::ios_base::binary) const;
 
+    /// Opens the file as a double click would; whether an application took it.
+    /// @{
     bool openWithDefaultApp() const;
     static bool openWithDefaultApp(const String& path);
+    /// @}
+    /// Shows the file in the desktop's file manager; false when it is missing or relative.
     bool showInExplorer() const;
 
     /// The registered creators, the oldest first.

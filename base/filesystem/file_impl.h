@@ -20,8 +20,11 @@ class OXA_API IFileImpl
     IFileImpl(const IFileImpl&) = default;
     IFileImpl& operator=(const IFileImpl&) = default;
     virtual ~IFileImpl() = default;
+    /// An independent copy of the path.
     virtual std::unique_ptr<IFileImpl> duplicateImpl() const = 0;
 
+    /// Stands behind the operation of the same name of File.
+    /// @{
     virtual FileSystemItem::ComparisonResult equals(const File& other) const = 0;
     virtual bool exists() const = 0;
     virtual bool getFileSize(ULARGE_INTEGER& size) const = 0;
@@ -40,12 +43,15 @@ class OXA_API IFileImpl
     virtual String getName() const = 0;
     virtual void setName(const String& name) = 0;
     virtual bool remove() const = 0;
-    /// Copies from a file of any implementation to this one. `item` becomes this file.
+    /// @}
+    /// Copies from a file of any implementation to this one. `item` becomes this file. The codes of File::copy().
     virtual int copyFrom(const File& source, bool overwrite, std::shared_ptr<IProgress> progress,
                          std::shared_ptr<const FileSystemItem>& item) const = 0;
     /// The same from this file to another, which `item` becomes.
     virtual int copy(const File& target, bool overwrite, std::shared_ptr<IProgress> progress,
                      std::shared_ptr<const FileSystemItem>& item) const = 0;
+    /// Stands behind the operation of the same name of File.
+    /// @{
     virtual bool move(const File& target, bool overwrite) const = 0;
     virtual bool showInExplorer() const = 0;
     virtual bool openWithDefaultApp() const = 0;
@@ -60,6 +66,7 @@ class OXA_API IFileImpl
     virtual String getLockFilePath() const = 0;
     virtual std::unique_ptr<std::ofstream> openWrite(int mode) const = 0;
     virtual std::unique_ptr<std::ifstream> openRead(int mode) const = 0;
+    /// @}
 };
 
 }  // namespace Oxa_1_1

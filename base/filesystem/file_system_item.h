@@ -39,14 +39,17 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
         Equal = 1,
         Different = 2
     };
+    /// Takes the text of a failure.
     using ErrorSink = std::function<void(const String&)>;
 
     /// The class record "FileSystemItem", a root.
     static const uZClass* Class();
 
     /// The file or else the folder that stands at the path; empty when there is neither.
+    /// @{
     static std::shared_ptr<FileSystemItem> fromExistingString(const String& path);
     static std::shared_ptr<FileSystemItem> fromExistingString(const Directory& directory, const String& name);
+    /// @}
 
     /// Passes a message on to the error sink.
     static void reportError(const String& message);
@@ -58,6 +61,7 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
     FileSystemItem(const FileSystemItem&) = default;
     FileSystemItem& operator=(const FileSystemItem&) = default;
 
+    /// The class record of the dynamic type.
     virtual const uZClass* getClassType() const;
     virtual ~FileSystemItem();
 
@@ -75,11 +79,13 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
     virtual String getExtension() const = 0;
     /// The name up to its last period.
     virtual String getBaseName() const = 0;
+    /// Replaces the last part of the path. Nothing on disk is renamed.
     virtual void setName(const String& name) = 0;
     /// Makes it when it is missing; else sets its last-write time to now.
     virtual bool touch() const = 0;
     /// Removes it; true when it was not there. A folder must be empty; of a link, the link itself is removed.
     virtual bool remove() const = 0;
+    /// Whether both are the same path, without regard to case; a relative one is taken from the current folder.
     virtual ComparisonResult equals(const FileSystemItem& other) const = 0;
     /// Copies to a path. 0 for success, 1 for a path that is none, 18 for any other failure, 24 when the copy was
     /// aborted, 221 when the disk is full.
@@ -87,15 +93,20 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
     /// Copies into a folder, under the same name. The copy; empty on failure.
     virtual std::shared_ptr<const FileSystemItem> copy(const Directory& target, bool overwrite,
                                                        std::shared_ptr<IProgress> progress) const = 0;
+    /// Moves to a path on the same disk. False when something is there that must not be replaced.
     virtual bool move(const String& target, bool overwrite) const = 0;
+    /// What the system's stat tells; false for what is missing, and for files of 2 GiB and more.
     virtual bool stat(struct _stat64i32& result) const = 0;
-    /// Whether it may be accessed: 0 exists, 2 write, 4 read, 6 both.
+    /// Whether it may be accessed: 0 is it there, 2 write, 4 read, 6 both.
     virtual bool access(int mode) const = 0;
-    /// 100 ns ticks since 1601, UTC.
+    /// 100 ns ticks since 1601, UTC; false for what is missing.
+    /// @{
     virtual bool getCreationTime(FILETIME* time) const = 0;
     virtual bool getLastWriteTime(FILETIME* time) const = 0;
+    /// @}
     /// The folder that it lies in; empty for a root and for a relative folder without levels.
     virtual std::shared_ptr<const Directory> getParent() const = 0;
+    /// Whether the path begins at a root.
     virtual bool isAbsolute() const = 0;
     /// In bytes; of a folder, the sum of all files below it.
     virtual bool size(unsigned long long& bytes) const = 0;
@@ -108,6 +119,7 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
     /// The path for the standard library, in the system's own spelling.
     std::filesystem::path toPath() const;
 
+    /// Whether both are the same path; false when that is undetermined.
     friend bool operator==(const FileSystemItem& a, const FileSystemItem& b) { return a.equals(b) == Equal; }
 };
 
@@ -120,5 +132,6 @@ OXA_API std::ostream& operator<<(std::ostream& stream, const FileSystemItem& ite
 template <>
 struct OXA_API std::hash<Oxa_1_1::FileSystemItem>
 {
+    /// Of the absolute path, blind to case.
     std::size_t operator()(const Oxa_1_1::FileSystemItem& item) const;
 };

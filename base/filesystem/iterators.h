@@ -14,11 +14,13 @@ class Directory;
 class File;
 class FileSystemItem;
 
-// Iterators over what one folder held when they were made. They hold nothing of the system open. Each is read once,
-// by getNext() or by range-for over the shared pointer that the find operations return:
-//
-//     for (const auto& file : folder->findFiles(OXA_TEXT("*.txt"))) ...
+/// @file
+/// Iterators over what one folder held when they were made. They hold nothing of the system open. Each is read once,
+/// by getNext() or by range-for over the shared pointer that the find operations return:
+///
+///     for (const auto& file : folder->findFiles(OXA_TEXT("*.txt"))) ...
 
+/// Files and folders mixed, in the system's order.
 class OXA_API FileSystemIterator
 {
    public:
@@ -27,6 +29,7 @@ class OXA_API FileSystemIterator
     virtual std::shared_ptr<const FileSystemItem> getNext() = 0;
 };
 
+/// Files, in the system's order.
 class OXA_API FileIterator
 {
    public:
@@ -35,6 +38,7 @@ class OXA_API FileIterator
     virtual std::shared_ptr<const File> getNext() = 0;
 };
 
+/// Folders, in the system's order.
 class OXA_API DirectoryIterator
 {
    public:
@@ -43,6 +47,7 @@ class OXA_API DirectoryIterator
     virtual std::shared_ptr<const Directory> getNext() = 0;
 };
 
+/// One of these iterators.
 template <class T>
 concept ItemSource = std::derived_from<T, FileSystemIterator> || std::derived_from<T, FileIterator> ||
     std::derived_from<T, DirectoryIterator>;
@@ -52,14 +57,20 @@ template <ItemSource Source>
 class ItemCursor
 {
    public:
+    /// What algorithms ask for.
+    /// @{
     using value_type = decltype(std::declval<Source&>().getNext());
     using difference_type = std::ptrdiff_t;
     using iterator_category = std::input_iterator_tag;
     using reference = const value_type&;
     using pointer = const value_type*;
+    /// @}
 
+    /// Reads the first item; at the end for null.
     explicit ItemCursor(Source* source) : m_source(source) { ++*this; }
 
+    /// The item, and the step to the next.
+    /// @{
     reference operator*() const noexcept { return m_item; }
     pointer operator->() const noexcept { return &m_item; }
     ItemCursor& operator++()
@@ -68,6 +79,8 @@ class ItemCursor
         return *this;
     }
     void operator++(int) { ++*this; }
+    /// @}
+    /// Whether there is no item left.
     friend bool operator==(const ItemCursor& cursor, std::default_sentinel_t) noexcept
     {
         return cursor.m_item == nullptr;
@@ -78,7 +91,8 @@ class ItemCursor
     value_type m_item;
 };
 
-/// An empty pointer, as a refused search string gives, is an empty range.
+/// What range-for takes. An empty pointer, as a refused search string gives, is an empty range.
+/// @{
 template <ItemSource Source>
 ItemCursor<Source> begin(const std::shared_ptr<Source>& source)
 {
@@ -89,5 +103,6 @@ std::default_sentinel_t end(const std::shared_ptr<Source>&) noexcept
 {
     return {};
 }
+/// @}
 
 }  // namespace Oxa_1_1

@@ -5,11 +5,13 @@
 namespace Oxa_1_1
 {
 
-/// What is told how a copy goes on. It cannot stop the copy.
+/// What is told how a copy goes on. It has no answer to give; an exception that it throws ends the copy, removes the
+/// incomplete file and comes out of the call.
 class IProgress
 {
    public:
-    /// The share of the file that is copied, in per cent. For an empty file the value is not a number.
+    /// The share of the file that is copied, in per cent; at least once for each file. For an empty file the value is
+    /// not a number.
     virtual void onProgress(double percent) = 0;
     /// For receivers' own use; the library never calls it.
     virtual void onMessage(const std::string&) {}

@@ -3,7 +3,8 @@
 #include "base/export.h"
 #include "base/string/oxa_string.h"
 
-// The rules of search strings, for implementations of folders. See Directory.
+/// @file
+/// The rules of search strings, for implementations of folders. See Oxa_1_1::Directory.
 
 namespace Oxa_1_1
 {

@@ -48,43 +48,58 @@ class OXA_API Module
     const SymbolTable& getResourceSymbols() const noexcept;
 
     // ---- Resources ----------------------------------------------------------------------------------------------
-    // A resource is looked for in the module's translation first (when `useTranslation`), then in the module itself.
-    // Names and types are texts, compared without case, or numbers (see resourceNumber). With `lcid`, the language is
-    // chosen as well: on entry the wanted locale, 0 for that of the thread; on return the locale of what was found.
 
-    /// The handle of the module or translation that holds the resource; null when there is none.
+    /// The handle of the module or translation that holds the resource; null when there is none. Resources are named by
+    /// texts, compared without case, or by numbers of 16 bits.
+    /// @param type a text, compared without case, or a number (see resourceNumber())
+    /// @param useTranslation whether to look in the module's translation before the module itself
+    /// @param lcid null, or lets the language be chosen as well: on entry the wanted locale, 0 for that of the thread;
+    /// on return the locale of what was found
+    /// @{
     HINSTANCE findResource(const String& name, const Char* type, bool useTranslation = true,
                            DWORD* lcid = nullptr) const;
     HINSTANCE findResource(unsigned int id, const Char* type, bool useTranslation = true, DWORD* lcid = nullptr) const;
+    /// @}
 
-    /// The bytes of the resource and their number, valid while the module is loaded and not to be written; null and 0
-    /// when there is none or it is empty.
+    /// The bytes of the resource that findResource() finds and their number, valid while the module is loaded and not
+    /// to be written; null and 0 when there is none or it is empty.
+    /// @{
     std::pair<void*, DWORD> getResource(const String& name, const Char* type, bool useTranslation = true,
                                         DWORD* lcid = nullptr) const;
     std::pair<void*, DWORD> getResource(unsigned int id, const Char* type, bool useTranslation = true,
                                         DWORD* lcid = nullptr) const;
+    /// @}
 
     /// A stream over the bytes of the resource, in the language of the thread; null when there is none or it is empty.
+    /// @{
     std::unique_ptr<std::istream> loadResource(const String& name, const Char* type, bool useTranslation = true) const;
     std::unique_ptr<std::istream> loadResource(unsigned int id, const Char* type, bool useTranslation = true) const;
+    /// @}
 
     /// All bytes of a resource, which must be there and not empty.
     std::string loadStringResource(const String& name, const Char* type, bool useTranslation = true) const;
 
     // ---- The list -----------------------------------------------------------------------------------------------
 
+    /// The ends of the list, in the order of registration or in reverse.
+    /// @{
     static const_iterator begin() noexcept;
     static const_iterator end() noexcept;
     static std::reverse_iterator<const_iterator> rbegin() noexcept;
     static std::reverse_iterator<const_iterator> rend() noexcept;
+    /// @}
     /// All modules for range-for, in the order of registration or in reverse.
+    /// @{
     static Range all() noexcept;
     static ReverseRange allReversed() noexcept;
+    /// @}
 
-    // Kept by the records.
+    /// The ends of the list, null when it is empty, and the number of modules. Kept by the records.
+    /// @{
     static Module* head;
     static Module* tail;
     static unsigned long long count;
+    /// @}
 
    private:
     friend class ModuleEntry;
@@ -116,17 +131,26 @@ class OXA_API Module
 class Module::const_iterator
 {
    public:
+    /// What algorithms ask for.
+    /// @{
     using iterator_category = std::bidirectional_iterator_tag;
     using value_type = const Module;
     using difference_type = unsigned long long;
     using pointer = const Module*;
     using reference = const Module&;
+    /// @}
 
+    /// At the end, which stands for both ends.
     const_iterator() noexcept = default;
 
+    /// The module; there must be one.
+    /// @{
     reference operator*() const noexcept { return *m_module; }
     pointer operator->() const noexcept { return m_module; }
+    /// @}
 
+    /// To the next module and to the one before; from the end to the first and the last.
+    /// @{
     const_iterator& operator++() noexcept
     {
         m_module = m_module == nullptr ? head : m_module->m_next;
@@ -137,12 +161,16 @@ class Module::const_iterator
         m_module = m_module == nullptr ? tail : m_module->m_prev;
         return *this;
     }
+    /// @}
     /// As the prefix forms: no copy of the former position is made.
+    /// @{
     const_iterator& operator++(int) noexcept { return ++*this; }
     const_iterator& operator--(int) noexcept { return --*this; }
+    /// @}
 
    protected:
     friend class Module;
+    /// At this module; at the end for null.
     explicit const_iterator(const Module* module) noexcept : m_module(module) {}
 
    private:
@@ -154,18 +182,26 @@ class Module::const_iterator
     const Module* m_module = nullptr;
 };
 
+/// The list as a range, in the order of registration.
 class Module::Range
 {
    public:
+    /// For range-for.
+    /// @{
     const_iterator begin() const noexcept { return Module::begin(); }
     const_iterator end() const noexcept { return Module::end(); }
+    /// @}
 };
 
+/// The list as a range, the newest first.
 class Module::ReverseRange
 {
    public:
+    /// For range-for.
+    /// @{
     std::reverse_iterator<const_iterator> begin() const noexcept { return Module::rbegin(); }
     std::reverse_iterator<const_iterator> end() const noexcept { return Module::rend(); }
+    /// @}
 };
 
 /// The record of this library.

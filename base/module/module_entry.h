@@ -6,8 +6,9 @@
 #include "base/export.h"
 #include "base/module/module.h"
 
-// What makes a program or shared library a module of the suite: its own record, and start-up code that initialises it
-// when the module is loaded and terminates it when it is unloaded. The CMake function oxa_add_module() adds all of it.
+/// @file
+/// What makes a program or shared library a module of the suite: its own record, and start-up code that initialises it
+/// when the module is loaded and terminates it when it is unloaded. The CMake function oxa_add_module() adds all of it.
 
 namespace Oxa_1_1
 {
@@ -17,20 +18,24 @@ OXA_API HINSTANCE moduleHandleOf(const void* address) noexcept;
 
 /// Makes a compiled resource script that is embedded in a module known, on systems whose modules have no resources of
 /// their own. The bytes must stay until they are withdrawn.
+/// @{
 OXA_API void offerModuleResources(HINSTANCE handle, std::span<const std::byte> compiledScript);
 OXA_API void withdrawModuleResources(HINSTANCE handle) noexcept;
+/// @}
 
 /// Access of the start-up code to the record of the module that it is compiled into.
 class ModuleEntry
 {
    public:
+    /// The record, made on first use.
     OXA_HIDDEN static Module& record()
     {
         static Module module;
         return module;
     }
 
-    /// False, and without effect, for a null handle and when the record is initialised already.
+    /// Initialises the record, with the resources that are embedded in the module, if any. False, and without effect,
+    /// for a null handle and when the record is initialised already.
     OXA_HIDDEN static bool attach(HINSTANCE handle, std::span<const std::byte> compiledScript = {})
     {
         if (handle == nullptr || record().m_initialized) return false;
@@ -38,6 +43,7 @@ class ModuleEntry
         return record().internalInit(handle);
     }
 
+    /// Terminates the record; nothing happens when it is not initialised.
     OXA_HIDDEN static void detach()
     {
         record().internalTerm();
@@ -48,8 +54,10 @@ class ModuleEntry
 /// The record of the module that the call is compiled into.
 OXA_HIDDEN inline const Module& ownModule() { return ModuleEntry::record(); }
 
-// The system's entry points of a module call these two; each module defines them once.
+/// The system's entry points of a module call these two; each module defines them once. False refuses to be loaded.
+/// @{
 OXA_HIDDEN bool attachModule(HINSTANCE handle, std::span<const std::byte> compiledScript);
 OXA_HIDDEN void detachModule();
+/// @}
 
 }  // namespace Oxa_1_1

@@ -11,6 +11,7 @@ namespace Oxa_1_1
 class OXA_API ScopedResourceDomain
 {
    public:
+    /// Takes resources from the module's translation, or from the module itself without one or unless `useTranslation`.
     explicit ScopedResourceDomain(const Module& module = getThisModule(), bool useTranslation = true);
     ScopedResourceDomain(const ScopedResourceDomain&) = delete;
     ScopedResourceDomain& operator=(const ScopedResourceDomain&) = delete;

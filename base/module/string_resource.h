@@ -15,12 +15,13 @@ class OXA_API StringResource
    public:
     /// Names nothing.
     StringResource() = default;
+    /// The entry `id` of the module, which must outlive this.
     StringResource(unsigned int id, const Module& module) : m_id(id), m_module(&module) {}
     StringResource(const StringResource&) = default;
     StringResource& operator=(const StringResource&) = default;
     ~StringResource() = default;
 
-    /// Not to be called by two threads at once.
+    /// The cached text, loaded first when it is NIL. Not to be called by two threads at once.
     operator const String&() const;
 
    private:

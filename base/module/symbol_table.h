@@ -16,11 +16,13 @@ namespace Oxa_1_1
 class OXA_API SymbolTable
 {
    public:
+    /// Values that mean something else.
     enum ReservedValue : unsigned int
     {
         /// What looking up an unknown name gives.
         UNKNOWN = 0xFFFFFFFF
     };
+    /// Of a module that carries no header, or one that was not accepted.
     static const SymbolTable EMPTY;
 
     /// Adds the definitions of a resource header. False when the stream is bad or a line was not accepted (a name that
@@ -28,13 +30,18 @@ class OXA_API SymbolTable
     bool parseHeaderFile(std::istream& in);
 
     /// The value of `name`, UNKNOWN when it is not defined.
+    /// @{
     unsigned int lookupSymbol(const String& name) const noexcept;
     unsigned int operator[](const String& name) const noexcept { return lookupSymbol(name); }
+    /// @}
 
     /// All names that are defined with `value`.
+    /// @{
     std::set<String, StringLess2> lookupValue(unsigned int value) const;
     std::set<String, StringLess2> operator[](unsigned int value) const { return lookupValue(value); }
+    /// @}
 
+    /// The number of names.
     std::size_t size() const noexcept { return m_symbols.size(); }
 
    private:

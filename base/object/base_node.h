@@ -22,6 +22,7 @@ class Module;
 class OXA_API BaseNode : public VisitorCore
 {
    public:
+    /// Counts that mean something else.
     enum ReservedCounter : unsigned int
     {
         /// Of a node whose destruction is decided.
@@ -44,10 +45,14 @@ class OXA_API BaseNode : public VisitorCore
    public:
     /// The number of owners, for diagnostics: it may be outdated at once. DEAD while the node is being destroyed.
     unsigned int getRefCounter() const noexcept { return m_counter; }
+    /// What watches the node without owning it: the same handle for all who ask.
     std::weak_ptr<WeakHandle> getWeakHandle() const noexcept { return m_handle; }
 
+    /// Name and version of the node's class, as its record has them.
+    /// @{
     const Char* getClassName() const { return getClassType()->name; }
     ClassVersion getClassVersion() const { return getClassType()->version; }
+    /// @}
     /// The code module that defines the node's class.
     const Module& getCodeModule() const { return *getClassType()->module; }
     /// Whether the node's class is `other` or derived from it; false for null.

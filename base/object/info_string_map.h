@@ -15,9 +15,12 @@ namespace Oxa_1_1
 class OXA_API InfoStringMap : public ObserverInfo
 {
    public:
+    /// Texts under keys, blind to case.
     using Map = std::map<String, String, StringLess2>;
 
+    /// Expires, and holds nothing.
     InfoStringMap() = default;
+    /// Expires, and holds these.
     InfoStringMap(Map infos) : m_infos(std::move(infos)) {}
     InfoStringMap(const InfoStringMap&) = default;
     InfoStringMap& operator=(const InfoStringMap&) = default;
@@ -33,7 +36,9 @@ class OXA_API InfoStringMap : public ObserverInfo
 
     /// The value under `key`; an empty text when there is none.
     const String& getInfoByKey(const String& key) const;
+    /// All entries in the order of their keys. Valid until the next change.
     const Map& getInfos() const noexcept { return m_infos; }
+    /// The number of entries.
     unsigned long long getNumberInfos() const noexcept { return m_infos.size(); }
     /// Replaces all entries.
     void setInfos(const Map& infos);
@@ -44,6 +49,7 @@ class OXA_API InfoStringMap : public ObserverInfo
     Map m_infos;
 };
 
+/// Sets the text under `key`.
 template <>
 OXA_API void InfoStringMap::addInfo<String>(const String& key, const String& value);
 

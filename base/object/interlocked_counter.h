@@ -13,16 +13,19 @@ namespace Oxa_1_1
 class InterlockedCounter
 {
    public:
+    /// Starts at 0.
     InterlockedCounter() noexcept = default;
     /// Starts at the low 32 bits of `value`.
     InterlockedCounter(long value) noexcept : m_value(static_cast<std::uint32_t>(value)) {}
+    /// Takes the value that the other has at the moment.
+    /// @{
     InterlockedCounter(const InterlockedCounter& other) noexcept : m_value(other.read()) {}
-
     InterlockedCounter& operator=(const InterlockedCounter& other) noexcept
     {
         m_value.store(other.read(), std::memory_order_relaxed);
         return *this;
     }
+    /// @}
     /// Exchanges the value; returns the assigned one.
     // NOLINTNEXTLINE(misc-unconventional-assign-operator)
     unsigned int operator=(unsigned int value) noexcept
@@ -31,12 +34,16 @@ class InterlockedCounter
         return value;
     }
 
+    /// The value at the moment.
     operator unsigned int() const noexcept { return read(); }
 
+    /// Each gives what such an operator of a number gives, and wraps around.
+    /// @{
     unsigned int operator++() noexcept { return m_value.fetch_add(1) + 1; }
     unsigned int operator++(int) noexcept { return m_value.fetch_add(1); }
     unsigned int operator--() noexcept { return m_value.fetch_sub(1) - 1; }
     unsigned int operator--(int) noexcept { return m_value.fetch_sub(1); }
+    /// @}
     /// Returns the value before the addition, not the sum.
     unsigned int operator+=(unsigned int value) noexcept { return m_value.fetch_add(value); }
 

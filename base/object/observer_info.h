@@ -17,11 +17,15 @@ class OXA_API ObserverInfo
 
     /// The class record "ObserverInfo".
     static const uZClass* Class();
+    /// The class record of the dynamic type: derived classes give their own.
     virtual const uZClass* getClassType() const;
     virtual ~ObserverInfo();
 
+    /// Whether the observation ends after this; it does unless told otherwise.
+    /// @{
     void setExpire(bool expire) noexcept { m_expire = expire; }
     bool willExpire() const noexcept { return m_expire; }
+    /// @}
 
    private:
     bool m_expire = true;

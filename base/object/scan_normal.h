@@ -8,11 +8,13 @@
 #include "base/export.h"
 #include "base/object/vec3d.h"
 
+/// @file
 /// Directions packed into 16 bits, about a degree apart.
 ///
 /// A code holds the signs of x, y and z in bits 15, 14 and 13 (set when negative), and below them where the direction
 /// meets an octahedron: 7 bits each for the shares of |x| and |y|, in steps of 1/126 of |x| + |y| + |z|, folded so
 /// that 13 bits do.
+
 namespace Oxa_1_1
 {
 
@@ -20,6 +22,7 @@ namespace Oxa_1_1
 /// negative. A vector without a direction keeps its signs, and each share that cannot be computed is 0: zero, NaN and
 /// infinite vectors, and those whose |x| + |y| + |z| exceeds a double or is below 7.01e-307, get codes of some
 /// direction.
+/// @{
 OXA_API std::uint16_t encodeNormal(double x, double y, double z) noexcept;
 
 inline std::uint16_t encodeNormal(const Vec3d<double>& direction) noexcept
@@ -31,11 +34,14 @@ inline std::uint16_t encodeNormal(const Vec3d<float>& direction) noexcept
 {
     return encodeNormal(direction.x, direction.y, direction.z);
 }
+/// @}
 
 /// The codes of many directions, each as encodeNormal() gives it. Fills as many as both spans have, and returns how
 /// many. The spans must not overlap.
+/// @{
 OXA_API std::size_t encodeNormals(std::span<const Vec3d<double>> directions, std::span<std::uint16_t> codes) noexcept;
 OXA_API std::size_t encodeNormals(std::span<const Vec3d<float>> directions, std::span<std::uint16_t> codes) noexcept;
+/// @}
 
 /// The unit vector of a code, whatever its bits: every code has one.
 OXA_API Vec3d<double> decodeNormal(std::uint16_t code) noexcept;

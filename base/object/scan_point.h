@@ -26,6 +26,7 @@ concept ScanPosition = SpacePosition<T> || std::same_as<T, int> || std::same_as<
 template <ScanPosition T>
 struct ScanPtColor
 {
+    /// In the unit of the client.
     T position;
     /// The direction of the surface, as encodeNormal() packs it.
     std::uint16_t normal;
@@ -35,6 +36,7 @@ struct ScanPtColor
     /// The point that stands for none: all zero. As a code of a normal, zero is (0, 0, 1).
     static const ScanPtColor nullReference;
 
+    /// Field by field; a NaN in the position equals nothing.
     friend constexpr bool operator==(const ScanPtColor&, const ScanPtColor&) = default;
 };
 
@@ -47,13 +49,16 @@ extern template struct OXA_API ScanPtColor<double>;
 template <SpacePosition T>
 struct ScanPtColorExt
 {
-    T position;
     /// As in ScanPtColor.
+    /// @{
+    T position;
     std::uint16_t normal;
     std::array<std::uint8_t, 4> colour;
+    /// @}
     /// The client's own, carried along unchanged.
     std::uint16_t extra;
 
+    /// Field by field; a NaN in the position equals nothing.
     friend constexpr bool operator==(const ScanPtColorExt&, const ScanPtColorExt&) = default;
 };
 
@@ -106,6 +111,7 @@ constexpr Target scanpt_cast(const Source& source) noexcept
 
 /// Many points at the speed of the memory, each as scanpt_cast() of one gives it. Fills as many as both spans have, and
 /// returns how many. The spans must not overlap.
+/// @{
 OXA_API std::size_t scanpt_cast(std::span<const ScanPtColor<Vec3d<double>>> sources,
                                 std::span<ScanPtColor<Vec3d<float>>> targets) noexcept;
 OXA_API std::size_t scanpt_cast(std::span<const ScanPtColor<Vec3d<float>>> sources,
@@ -114,6 +120,7 @@ OXA_API std::size_t scanpt_cast(std::span<const ScanPtColorExt<Vec3d<double>>> s
                                 std::span<ScanPtColorExt<Vec3d<float>>> targets) noexcept;
 OXA_API std::size_t scanpt_cast(std::span<const ScanPtColorExt<Vec3d<float>>> sources,
                                 std::span<ScanPtColorExt<Vec3d<double>>> targets) noexcept;
+/// @}
 
 // The fields lie in order at their natural places, and nothing else does: files and clients rely on it.
 namespace detail

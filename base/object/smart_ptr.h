@@ -20,22 +20,33 @@ template <class T>
 class SmartPtr
 {
    public:
-    using element_type = T;
+    using element_type = T;  ///< The class of the node.
 
+    /// Empty.
+    /// @{
     constexpr SmartPtr() noexcept = default;
     constexpr SmartPtr(std::nullptr_t) noexcept {}
+    /// @}
+    /// Becomes one more owner of the node; empty for null.
+    /// @{
     SmartPtr(T* node) noexcept : m_node(node) { ref(); }
     SmartPtr(const SmartPtr& other) noexcept : m_node(other.m_node) { ref(); }
-    SmartPtr(SmartPtr&& other) noexcept : m_node(std::exchange(other.m_node, nullptr)) {}
     template <class U>
     requires std::convertible_to<U*, T*> SmartPtr(const SmartPtr<U>& other)
     noexcept : m_node(other.m_node) { ref(); }
+    /// @}
+    /// Takes over the reference of `other`, which is left empty.
+    /// @{
+    SmartPtr(SmartPtr&& other) noexcept : m_node(std::exchange(other.m_node, nullptr)) {}
     template <class U>
     requires std::convertible_to<U*, T*> SmartPtr(SmartPtr<U>&& other)
     noexcept : m_node(std::exchange(other.m_node, nullptr)) {}
+    /// @}
+    /// Destroys the node if this was its last owner.
     ~SmartPtr() { unref(); }
 
     /// The old node is let go of after the new one is held, so a node may hand over to what it owned.
+    /// @{
     SmartPtr& operator=(const SmartPtr& other) noexcept
     {
         SmartPtr(other).swap(*this);
@@ -54,12 +65,20 @@ class SmartPtr
 
     void reset() noexcept { SmartPtr().swap(*this); }
     void reset(T* node) noexcept { SmartPtr(node).swap(*this); }
+    /// @}
+    /// Exchanges the nodes; no reference is counted.
+    /// @{
     void swap(SmartPtr& other) noexcept { std::swap(m_node, other.m_node); }
     friend void swap(SmartPtr& a, SmartPtr& b) noexcept { a.swap(b); }
+    /// @}
 
+    /// The node, null when empty; to be dereferenced only when it is not.
+    /// @{
     T* get() const noexcept { return m_node; }
     T& operator*() const noexcept { return *m_node; }
     T* operator->() const noexcept { return m_node; }
+    /// @}
+    /// Whether there is a node.
     explicit operator bool() const noexcept { return m_node != nullptr; }
 
    private:
@@ -94,6 +113,7 @@ class SmartPtr
 };
 
 /// Identity of the nodes.
+/// @{
 template <class T, class U>
 bool operator==(const SmartPtr<T>& a, const SmartPtr<U>& b) noexcept
 {
@@ -107,6 +127,7 @@ bool operator==(const SmartPtr<T>& a, std::nullptr_t) noexcept
 {
     return a.get() == nullptr;
 }
+/// @}
 /// By address: an order for containers, the same as long as the nodes live.
 template <class T, class U>
 std::strong_ordering operator<=>(const SmartPtr<T>& a, const SmartPtr<U>& b) noexcept
@@ -136,8 +157,10 @@ SmartPtr<T> makeNode(Arguments&&... arguments)
 
 }  // namespace Oxa_1_1
 
+/// By address: equal pointers have equal hashes.
 template <class T>
 struct std::hash<Oxa_1_1::SmartPtr<T>>
 {
+    /// Of the address.
     std::size_t operator()(const Oxa_1_1::SmartPtr<T>& node) const noexcept { return std::hash<T*>()(node.get()); }
 };

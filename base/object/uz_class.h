@@ -17,11 +17,15 @@ class uZClass;
 /// Version of a class.
 struct ClassVersion
 {
+    /// From the most to the least significant part.
+    /// @{
     std::uint16_t major = 0;
     std::uint16_t minor = 0;
     std::uint16_t patch = 0;
     std::uint16_t build = 0;
+    /// @}
 
+    /// Part by part.
     friend auto operator<=>(const ClassVersion&, const ClassVersion&) = default;
 };
 static_assert(sizeof(ClassVersion) == 8 && std::is_trivially_copyable_v<ClassVersion>);
@@ -30,20 +34,30 @@ static_assert(sizeof(ClassVersion) == 8 && std::is_trivially_copyable_v<ClassVer
 class ClassRange
 {
    public:
+    /// One of the walks: moves the cursor on and says whether there was a next class.
     using Step = bool (*)(const uZClass* origin, const uZClass*& it);
 
+    /// The place in a walk; a default one is the end.
     class iterator
     {
        public:
+        /// What algorithms ask for.
+        /// @{
         using iterator_category = std::input_iterator_tag;
         using value_type = const uZClass*;
         using difference_type = std::ptrdiff_t;
         using pointer = const value_type*;
         using reference = value_type;
+        /// @}
 
+        /// The end, and the first class of a range.
+        /// @{
         iterator() noexcept = default;
         explicit iterator(const ClassRange& range) : m_origin(range.m_origin), m_step(range.m_step) { ++*this; }
+        /// @}
 
+        /// The record of the class, and the steps to the next.
+        /// @{
         reference operator*() const noexcept { return m_class; }
         iterator& operator++()
         {
@@ -57,6 +71,7 @@ class ClassRange
             return before;
         }
         friend bool operator==(const iterator& a, const iterator& b) noexcept { return a.m_class == b.m_class; }
+        /// @}
 
        private:
         const uZClass* m_origin = nullptr;
@@ -64,10 +79,14 @@ class ClassRange
         const uZClass* m_class = nullptr;
     };
 
+    /// What `step` visits, seen from `origin`.
     ClassRange(const uZClass* origin, Step step) noexcept : m_origin(origin), m_step(step) {}
 
+    /// For range-for; each begin() is a walk of its own.
+    /// @{
     iterator begin() const { return iterator(*this); }
     iterator end() const { return {}; }
+    /// @}
 
    private:
     const uZClass* m_origin = nullptr;
@@ -91,9 +110,11 @@ class OXA_API uZClass
     uZClass& operator=(const uZClass&) = delete;
     virtual ~uZClass();
 
-    /// Called when the class's module has been initialised, and when it is terminated.
+    /// Called when the class's module has been initialised, and when it is terminated. Nothing to do here.
+    /// @{
     virtual void initClassStatics() const;
     virtual void clearClassStatics() const;
+    /// @}
 
     /// Whether this class is `other` or derived from it; false for null.
     bool isDerivedFrom(const uZClass* other) const noexcept
@@ -104,10 +125,11 @@ class OXA_API uZClass
     }
 
     // ---- Walks --------------------------------------------------------------------------------------------------
-    // Start with a null cursor. Each call moves it to the next class and returns true; at the end it is null again
-    // and the call returns false. Classes without common base and siblings come newest first; subtrees in pre-order.
 
+    /// Classes without base. Start with a null cursor: each call moves it to the next class and returns true; at the
+    /// end it is null again and the call returns false. Roots and siblings come newest first, subtrees in pre-order.
     static bool iterateRootClasses(const uZClass*& it) noexcept;
+    /// Every class.
     static bool iterateAllClasses(const uZClass*& it) noexcept;
     /// The direct derived classes.
     bool iterateChildClasses(const uZClass*& it) const noexcept;
@@ -118,26 +140,31 @@ class OXA_API uZClass
     /// The ancestors, from the direct base to the root.
     bool iterateBaseClasses(const uZClass*& it) const noexcept;
 
-    // The same walks as ranges: for (const uZClass* c : record.derivedClasses()) ...
-
+    /// The same walks as ranges: for (const uZClass* c : record.derivedClasses()) ...
+    /// @{
     static ClassRange rootClasses() noexcept;
     static ClassRange allClasses() noexcept;
     ClassRange childClasses() const noexcept;
     ClassRange derivedClasses() const noexcept;
     ClassRange leafClasses() const noexcept;
     ClassRange baseClasses() const noexcept;
+    /// @}
 
     // ---- Fields -------------------------------------------------------------------------------------------------
 
+    /// Unique by custom; nothing checks it.
     const Char* const name;
     /// The record of the direct base class; null for a root.
     const uZClass* const base;
     /// The code module that defines the class.
     const Module* const module;
+    /// All zero for the classes of this library.
     const ClassVersion version;
-    // The links of the forest, kept by the records themselves.
+    /// The links of the forest, kept by the records themselves.
+    /// @{
     mutable const uZClass* firstChild = nullptr;
     mutable const uZClass* nextSibling = nullptr;
+    /// @}
 
     /// The newest root class; null when there is no class.
     static const uZClass* rootClass;

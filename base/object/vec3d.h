@@ -15,9 +15,12 @@ concept Coordinate = std::same_as<T, float> || std::same_as<T, double>;
 template <Coordinate T>
 struct Vec3d
 {
+    /// The coordinates, in the unit of the client.
+    /// @{
     T x;
     T y;
     T z;
+    /// @}
 
     /// Coordinate by coordinate: -0 equals 0, and NaN equals nothing.
     friend constexpr bool operator==(const Vec3d&, const Vec3d&) = default;

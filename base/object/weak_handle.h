@@ -21,6 +21,7 @@ class InterlockedCounter;
 class OXA_API WeakHandle
 {
    public:
+    /// Made by the node itself.
     explicit WeakHandle(BaseNode* node) noexcept : m_node(node) {}
     WeakHandle(const WeakHandle&) = delete;
     WeakHandle& operator=(const WeakHandle&) = delete;

@@ -1,7 +1,8 @@
 #pragma once
 
-// The few system types that appear in public signatures. On Windows these are the system's own, declared alike here
-// so that callers are spared its header; elsewhere they stand for the same things, with the same layout.
+/// @file
+/// The few system types that appear in public signatures. On Windows these are the system's own, declared alike here
+/// so that callers are spared its header; elsewhere they stand for the same things, with the same layout.
 
 #ifndef _WIN32
 #include <sys/stat.h>
@@ -28,17 +29,22 @@ struct _stat64i32;
 
 #else
 
+/// Numbers of the system's sizes; a BOOL is false when it is 0.
+/// @{
 using BOOL = int;
+using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using DWORD64 = std::uint64_t;
+using ULONGLONG = std::uint64_t;
+/// @}
 /// A thread's is its number in the system, a process's the process id; null and negative values mean the caller's own.
 using HANDLE = void*;
-using ULONGLONG = std::uint64_t;
-using WORD = std::uint16_t;
 
 /// The registers of a thread.
 struct alignas(16) CONTEXT
 {
+    /// By the names and in the places that Windows gives them.
+    /// @{
     DWORD64 P1Home, P2Home, P3Home, P4Home, P5Home, P6Home;
     DWORD ContextFlags;
     DWORD MxCsr;
@@ -51,28 +57,35 @@ struct alignas(16) CONTEXT
     DWORD64 VectorRegister[26][2];
     DWORD64 VectorControl;
     DWORD64 DebugControl, LastBranchToRip, LastBranchFromRip, LastExceptionToRip, LastExceptionFromRip;
+    /// @}
 };
 
 /// 100 ns ticks since 1601, in halves.
 struct FILETIME
 {
+    /// The less and the more significant half.
+    /// @{
     DWORD dwLowDateTime;
     DWORD dwHighDateTime;
+    /// @}
 };
 
 /// 64 bits and their halves.
 union ULARGE_INTEGER
 {
+    /// The same bits as u, by shorter names.
     __extension__ struct
     {
-        DWORD LowPart;
-        DWORD HighPart;
+        DWORD LowPart;   ///< The less significant half.
+        DWORD HighPart;  ///< The more significant half.
     };
+    /// The halves.
     struct
     {
-        DWORD LowPart;
-        DWORD HighPart;
+        DWORD LowPart;   ///< The less significant half.
+        DWORD HighPart;  ///< The more significant half.
     } u;
+    /// All 64 bits.
     ULONGLONG QuadPart;
 };
 
@@ -80,11 +93,14 @@ union ULARGE_INTEGER
 /// like macros, which lead to the fields here as well.
 struct _stat64i32  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 {
+    /// A time as the system's header spells it.
     struct Seconds
     {
-        std::int64_t tv_sec;
+        std::int64_t tv_sec;  ///< Since 1970, UTC.
     };
 
+    /// By the names of the system; 0 for what it does not tell.
+    /// @{
     std::uint32_t st_dev;
     std::uint16_t st_ino;
     std::uint16_t st_mode;
@@ -96,6 +112,7 @@ struct _stat64i32  // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl5
     Seconds st_atim;
     Seconds st_mtim;
     Seconds st_ctim;
+    /// @}
 };
 
 #endif

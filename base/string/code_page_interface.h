@@ -22,6 +22,7 @@ class OXA_API CodePageInterface
     const char* data() const noexcept { return m_data; }
 
    protected:
+    /// `data` ends with a zero, or is null for NIL.
     CodePageInterface(const char* data, std::uint32_t codePage) noexcept : m_codePage(codePage), m_data(data) {}
 
    private:
@@ -33,8 +34,10 @@ class OXA_API CodePageInterface
 class OXA_API UTF8Interface : public CodePageInterface
 {
    public:
+    /// The Windows number of UTF-8.
     static constexpr std::uint32_t CODE_PAGE = 65001;
 
+    /// `data` ends with a zero, or is null for NIL.
     explicit UTF8Interface(const char* data) noexcept : CodePageInterface(data, CODE_PAGE) {}
     UTF8Interface(const UTF8Interface&) = default;
     UTF8Interface& operator=(const UTF8Interface&) = default;

@@ -56,8 +56,10 @@ class OXA_API String
     // ---- Construction -----------------------------------------------------------------------------------------
 
     /// NIL.
+    /// @{
     constexpr String() noexcept = default;
     constexpr String(std::nullptr_t) noexcept {}
+    /// @}
     String(const String& other) = default;
     /// Takes the text; `other` is left NIL.
     String(String&& other) noexcept : m_text(std::move(other.m_text)), m_present(std::exchange(other.m_present, false))
@@ -73,9 +75,11 @@ class OXA_API String
     /// `count` copies of `c`, present even when `count` is 0 (or negative, which counts as 0).
     String(Char c, int count);
     /// The whole text, embedded zeros included.
+    /// @{
     String(const Text& text) : m_text(text), m_present(true) {}
     String(Text&& text) noexcept : m_text(std::move(text)), m_present(true) {}
     String(TextView text) : m_text(text), m_present(true) {}
+    /// @}
 
     /// Narrow text of the ANSI code page up to its zero; NIL for null.
     String(const char* text);
@@ -88,6 +92,7 @@ class OXA_API String
     String(const CodePageInterface& text);
 
     /// The other kind of wide literal, converted. Unpaired surrogates and values beyond Unicode become U+FFFD.
+    /// @{
     String(const ForeignChar* text);
     String(const ForeignChar* text, int length);
     String(const std::basic_string<ForeignChar>& text);
@@ -96,6 +101,7 @@ class OXA_API String
     String(C c, int count) : String(repeated(c, count))
     {
     }
+    /// @}
 
     /// The entry `id` of the module's string table, from its translation if that has one, in the language that the
     /// system prefers. "Error loading string resource!" for an entry that is missing or empty.
@@ -122,6 +128,7 @@ class OXA_API String
 
     // ---- State and conversion ---------------------------------------------------------------------------------
 
+    /// Whether it is absent.
     bool isNil() const noexcept { return !m_present; }
     /// True for NIL and for a text without characters.
     bool isEmpty() const noexcept { return m_text.empty(); }
@@ -129,8 +136,10 @@ class OXA_API String
     int length() const noexcept { return static_cast<int>(m_text.size()); }
 
     /// The whole stored text; empty for NIL. Valid until the next change.
+    /// @{
     TextView view() const noexcept { return m_text; }
     operator TextView() const noexcept { return m_text; }
+    /// @}
     /// The text with its terminating zero, never null. Valid until the next change.
     const Char* stringPath() const noexcept { return m_text.c_str(); }
     /// The text in the ANSI code page, '?' for what it lacks; empty for NIL.
@@ -139,18 +148,20 @@ class OXA_API String
     std::string stringUTF8() const;
 
     /// Appends the first min(length, length of `text`) units; null changes nothing, not even NIL.
+    /// @{
     void write(const Char* text, int length);
     template <std::same_as<ForeignChar> C>
     void write(const C* text, int length)
     {
         if (text != nullptr) append(String(text, length).view());
     }
+    /// @}
 
     // ---- Comparison -------------------------------------------------------------------------------------------
-    // Ordinal by unsigned unit, up to the first zero. NIL equals NIL only and comes before every present text; a null
-    // pointer counts as NIL. compare gives -1, 0 or 1, compareIgnoreCase a negative value, 0 or a positive one, after
-    // mapping each unit to lower case.
 
+    /// -1, 0 or 1: ordinal by unsigned unit, up to the first zero. NIL equals NIL only and comes before every present
+    /// text; a null pointer counts as NIL.
+    /// @{
     int compare(const String& other) const noexcept;
     int compare(const Char* text) const noexcept;
     int compare(Char c) const noexcept;
@@ -169,7 +180,10 @@ class OXA_API String
     {
         return compare(String(text));
     }
+    /// @}
 
+    /// The same after mapping each unit to lower case: a negative value, 0 or a positive one.
+    /// @{
     int compareIgnoreCase(const String& other) const noexcept;
     int compareIgnoreCase(const Char* text) const noexcept;
     int compareIgnoreCase(Char c) const noexcept;
@@ -188,10 +202,13 @@ class OXA_API String
     {
         return compareIgnoreCase(String(text));
     }
+    /// @}
 
     /// Both NIL, or both present with the same length and the same units up to the first zero.
     bool compareEquality(const String& other) const noexcept;
 
+    /// In terms of compare().
+    /// @{
     friend bool operator==(const String& a, const String& b) noexcept { return a.compare(b) == 0; }
     friend bool operator==(const String& a, const Char* b) noexcept { return a.compare(b) == 0; }
     template <TextLike T>
@@ -206,11 +223,13 @@ class OXA_API String
     {
         return a.compareText(b) <=> 0;
     }
+    /// @}
 
     // ---- Appending --------------------------------------------------------------------------------------------
-    // Appending to NIL gives a present text of just what was appended. Numbers are decimal and know no locale; the
-    // byte types are numbers, never characters.
 
+    /// Appends a number in decimal, whatever the locale; the byte types are numbers, never characters. Appending to NIL
+    /// gives a present text of just what was appended.
+    /// @{
     String& operator+=(signed char value) { return appendSigned(value); }
     String& operator+=(unsigned char value) { return appendUnsigned(value); }
     String& operator+=(short value) { return appendSigned(value); }
@@ -221,11 +240,14 @@ class OXA_API String
     String& operator+=(unsigned long value) { return appendUnsigned(value); }
     String& operator+=(long long value) { return appendSigned(value); }
     String& operator+=(unsigned long long value) { return appendUnsigned(value); }
+    /// @}
     /// About five significant digits beyond the integer part, four for a fraction; "nan", "inf", "-inf".
     String& operator+=(float value);
     /// About nine significant digits beyond the integer part, eight for a fraction; "nan", "inf", "-inf".
+    /// @{
     String& operator+=(double value);
     String& operator+=(long double value) { return *this += static_cast<double>(value); }
+    /// @}
     /// "true" or "false". Exactly bool: a pointer never turns into a truth value.
     template <std::same_as<bool> B>
     String& operator+=(B value)
@@ -233,16 +255,19 @@ class OXA_API String
         return append(value ? TextView(OXA_TEXT("true")) : TextView(OXA_TEXT("false")));
     }
     /// The character; a zero appends nothing, but makes NIL present.
+    /// @{
     String& operator+=(Char c);
     template <std::same_as<ForeignChar> C>
     String& operator+=(C c)
     {
         return c == 0 ? append({}) : append(repeated(c, 1).view());
     }
+    /// @}
     /// The text up to its zero; null appends nothing and leaves NIL as it is.
     String& operator+=(const Char* text);
     /// The text up to its first zero; NIL becomes a copy of `other`.
     String& operator+=(const String& other);
+    /// The text up to its first zero.
     template <TextLike T>
     String& operator+=(const T& text)
     {
@@ -254,6 +279,8 @@ class OXA_API String
     requires requires(String& self, const T& value) { self += value; }
     String& operator<<(const T& value) { return *this += value; }
 
+    /// A new text: a copy of the first with the second appended, as += does.
+    /// @{
     friend String operator+(const String& a, const String& b) { return String(a) += b; }
     friend String operator+(const String& a, const Char* b) { return String(a) += b; }
     friend String operator+(const String& a, Char b) { return String(a) += b; }
@@ -277,6 +304,7 @@ class OXA_API String
     friend String operator+(String&& a, Char b) { return std::move(a += b); }
     friend String operator+(const Char* a, const String& b) { return String(a) += b; }
     friend String operator+(Char a, const String& b) { return (String() += a) += b; }
+    /// @}
 
     /// Replaces the text by a formatted one, by the rules of the wide printf family: in the format's own character
     /// type, %s, %ls and %c mean wide text, %hs, %S and %C narrow text of the ANSI code page. %n and whatever else is
@@ -298,70 +326,90 @@ class OXA_API String
     void decrementIndex();
 
     // ---- Extraction: each reads a value from the front and removes what it consumed ---------------------------
-    // Numbers begin at the first letter, digit, '-', '.' or '+'. Without one the value is 0 and the text becomes
-    // present and empty. A letter where a number was expected gives 0 and stays: compare the text before and after.
-    // Values beyond the type's range give its nearest limit; the byte and short types are cut from an int.
 
+    /// A number, which begins at the first letter, digit, '-', '.' or '+'. Without one the value is 0 and the text
+    /// becomes present and empty. A letter where a number was expected gives 0 and stays: compare the text before and
+    /// after. Values beyond the type's range give its nearest limit; the byte and short types are cut from an int, and
+    /// `long` has 32 bits, as on Windows.
+    /// @{
     String& operator>>(signed char& out);
     String& operator>>(unsigned char& out);
     String& operator>>(short& out);
     String& operator>>(unsigned short& out);
     String& operator>>(int& out);
-    /// In 32 bits, as on Windows.
     String& operator>>(long& out);
     String& operator>>(long long& out);
     String& operator>>(unsigned int& out);
-    /// In 32 bits, as on Windows.
     String& operator>>(unsigned long& out);
     String& operator>>(unsigned long long& out);
     String& operator>>(float& out);
     String& operator>>(double& out);
+    /// @}
     /// "true" and "false" in any case, or a number that is not 0. Another word gives false and stays.
     String& operator>>(bool& out);
     /// The next graphic character.
+    /// @{
     String& operator>>(Char& out);
     String& operator>>(ForeignChar& out);
+    /// @}
     /// A quoted text (backslashes kept as they are) or the rest of the line without its line feed.
     String& operator>>(String& out);
     /// Removes leading characters that are not graphic; a text of nothing else is kept.
     void eatwhite();
 
     // ---- Search: the index of a match at or after `start`, or -1 ----------------------------------------------
-    // -1 also for NIL, for an empty text and for a start that is negative or not below the length.
 
-    /// The first occurrence of `text` before the first zero from `start` on; -1 for a null or empty one.
+    /// The first occurrence of `text` before the first zero from `start` on; -1 for a null or empty one. As all
+    /// searches it gives -1 also in NIL, in an empty text, and for a start that is negative or not below the length.
+    /// @{
     int find(const Char* text, int start = 0) const noexcept;
     int find(const String& text, int start = 0) const noexcept { return find(text.stringPath(), start); }
-    /// In the whole stored text, embedded zeros included.
+    /// @}
+    /// In the whole stored text, embedded zeros included. A character beyond U+FFFF is found as the pair that it is
+    /// stored as.
+    /// @{
     int find(Char c, int start = 0) const noexcept;
-    /// A character beyond U+FFFF is found as the pair that it is stored as.
     template <std::same_as<ForeignChar> C>
     int find(C c, int start = 0) const
     {
         return isUnit(c) ? find(static_cast<Char>(c), start) : find(repeated(c, 1), start);
     }
+    /// @}
     /// The last occurrence, which may overlap others; -1 for a null or empty text.
+    /// @{
     int findLastOf(const Char* text) const noexcept;
     int findLastOf(const String& text) const noexcept { return findLastOf(text.stringPath()); }
+    /// @}
     /// The last `c` at or after `start`.
     int findLastOf(Char c, int start = 0) const noexcept;
 
+    /// The first letter, by Unicode; the first unit that is none.
+    /// @{
     int findAlpha(int start = 0) const noexcept;
     int findNonAlpha(int start = 0) const noexcept;
-    /// A letter, a digit, '-', '.' or '+'.
+    /// @}
+    /// The first letter, digit, '-', '.' or '+'; the first unit that is none of these.
+    /// @{
     int findAlphaNum(int start = 0) const noexcept;
     int findNonAlphaNum(int start = 0) const noexcept;
-    /// A decimal digit other than `except`.
+    /// @}
+    /// The first decimal digit other than `except`.
     int findDigit(int start = 0, Char except = 0) const noexcept;
+    /// The first unit that is no decimal digit.
     int findNonDigit(int start = 0) const noexcept;
-    /// A digit or '-'. Kept on purpose: '+' does not count here, though it starts a number for findAlphaNum.
+    /// The first digit or '-'; the first unit that is neither. Kept on purpose: '+' does not count here, though it
+    /// starts a number for findAlphaNum.
+    /// @{
     int findSignedDigit(int start = 0) const noexcept;
     int findNonSignedDigit(int start = 0) const noexcept;
-    /// A digit, '.', '+', '-', 'e' or 'E'.
+    /// @}
+    /// The first digit, '.', '+', '-', 'e' or 'E'.
     int findNumeric(int start = 0) const noexcept;
-    /// A character that is not graphic: blank, control, line break.
+    /// The first unit that is not graphic (blank, control, line break); the first that is.
+    /// @{
     int findWS(int start = 0) const noexcept;
     int findNonWS(int start = 0) const noexcept;
+    /// @}
 
     // ---- Editing ----------------------------------------------------------------------------------------------
 
@@ -372,16 +420,22 @@ class OXA_API String
     String trim(bool left = true, bool right = true) const;
     /// Case counts. Kept on purpose: true for an empty or NIL prefix, where endsWith gives false.
     bool startsWith(const String& prefix) const noexcept;
+    /// Case counts unless it is to be ignored. False for an empty or NIL suffix.
+    /// @{
     bool endsWith(const String& suffix, bool ignoreCase) const noexcept;
     bool endsWith(const String& suffix) const noexcept { return endsWith(suffix, false); }
+    /// @}
 
-    /// Each stops at the first zero and returns the number of replacements. Those of texts resume after the insertion,
-    /// take a null or NIL `to` as the empty text and do nothing for a null or empty `from`.
+    /// Replaces units up to the first zero; the number of replacements.
     int replace(Char from, Char to) noexcept;
+    /// Replaces texts up to the first zero; the number of replacements. Resumes after the insertion, takes a null or
+    /// NIL `to` as the empty text and does nothing for a null or empty `from`.
+    /// @{
     int replace(const Char* from, const Char* to);
     int replace(const String& from, const String& to) { return replace(from.stringPath(), to.stringPath()); }
     int replace(const String& from, const Char* to) { return replace(from.stringPath(), to); }
     int replace(const Char* from, const String& to) { return replace(from, to.stringPath()); }
+    /// @}
 
     /// Reverses the units in place, surrogate pairs not kept together.
     void reverse() noexcept;
@@ -391,9 +445,9 @@ class OXA_API String
     String shortenString(int maxLength, int headLength) const;
 
     /// Escapes line feed, carriage return, double quote and backslash by a backslash and, when `unicode`, every
-    /// non-ASCII unit as \uXXXX, so that the text can stand as a one-line literal.
+    /// non-ASCII unit as `\uXXXX`, so that the text can stand as a one-line literal.
     void controlsToEsc(bool unicode);
-    /// The reverse, \uXXXX only when `unicode`. Stops at the first escape it does not know and leaves the rest.
+    /// The reverse, `\uXXXX` only when `unicode`. Stops at the first escape it does not know and leaves the rest.
     /// Returns the number of escapes converted, -1 when the text holds no backslash.
     int escToControls(bool unicode);
 
@@ -430,8 +484,11 @@ static_assert(sizeof(String) == sizeof(Text) + sizeof(void*));
 /// looked up without making a String of it.
 struct StringLess2
 {
+    /// Containers look up what they are given without converting it.
     using is_transparent = void;
 
+    /// Whether `a` comes before `b`.
+    /// @{
     bool operator()(const String& a, const String& b) const noexcept { return a.compareIgnoreCase(b) < 0; }
     bool operator()(const String& a, const Char* b) const noexcept { return a.compareIgnoreCase(b) < 0; }
     bool operator()(const Char* a, const String& b) const noexcept { return b.compareIgnoreCase(a) > 0; }
@@ -445,6 +502,7 @@ struct StringLess2
     {
         return b.compareIgnoreCase(a) > 0;
     }
+    /// @}
 };
 
 /// Writes the ANSI form with the stream's width and fill.
@@ -461,6 +519,7 @@ OXA_API std::istream& operator>>(std::istream& stream, String& text);
 template <>
 struct std::hash<Oxa_1_1::String>
 {
+    /// Of the text up to its first zero.
     std::size_t operator()(const Oxa_1_1::String& text) const noexcept
     {
         if (text.isNil()) return 0;

@@ -34,16 +34,21 @@ class OXA_API OxaWindowsFileSystemDirectory final : public IDirectoryImpl
     OxaWindowsFileSystemDirectory(const OxaWindowsFileSystemDirectory& other) = default;
     OxaWindowsFileSystemDirectory& operator=(const OxaWindowsFileSystemDirectory& other) = default;
     /// `other` becomes the relative path without levels.
+    /// @{
     OxaWindowsFileSystemDirectory(OxaWindowsFileSystemDirectory&& other) noexcept;
     OxaWindowsFileSystemDirectory& operator=(OxaWindowsFileSystemDirectory&& other) noexcept;
+    /// @}
     ~OxaWindowsFileSystemDirectory() override = default;
 
     /// Collapses "." and ".."; false, after a report, when that leads beyond the root.
     bool normalize();
+    /// An independent copy of the path.
     std::unique_ptr<OxaWindowsFileSystemDirectory> duplicate() const;
+    /// The parts of the path behind the root, outermost first.
     const std::vector<String>& getLevels() const noexcept;
     /// 0 for a path without drive.
     Char getDriveLetter() const noexcept;
+    /// The parsed form; never null.
     const std::shared_ptr<const detail::ParsedDirectory>& path() const noexcept { return m_path; }
 
     std::unique_ptr<IDirectoryImpl> duplicateImpl() const override;
@@ -51,6 +56,7 @@ class OXA_API OxaWindowsFileSystemDirectory final : public IDirectoryImpl
     std::shared_ptr<const Directory> appendPath(const Directory& relative) const override;
     bool create() const override;
     FileSystemItem::ComparisonResult equals(const Directory& other) const override;
+    /// The same for a parsed path.
     FileSystemItem::ComparisonResult equals(const OxaWindowsFileSystemDirectory& other) const;
     bool exists() const override;
     bool isDirectory() const override;

@@ -30,8 +30,10 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
 
     /// Of no name, in the relative folder without levels.
     explicit OxaWindowsFileSystemFile(ProtectorTag) noexcept {}
+    /// Of a name that was checked.
     OxaWindowsFileSystemFile(ProtectorTag, OxaWindowsFileSystemDirectory directory, TextView name);
 
+    /// An independent copy of the path.
     std::unique_ptr<OxaWindowsFileSystemFile> duplicate() const;
     /// The folder part.
     const OxaWindowsFileSystemDirectory& directory() const noexcept { return m_directory; }

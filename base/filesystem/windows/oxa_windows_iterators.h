@@ -19,6 +19,7 @@ enum class Kinds;
 class OXA_API OxaWindowsFileSystemIterator final : public FileSystemIterator
 {
    public:
+    /// Reads the folder. A missing or unreadable one gives nothing, without a report.
     OxaWindowsFileSystemIterator(const Directory& directory, const String& pattern);
     /// May leave out items that are not of these kinds.
     OxaWindowsFileSystemIterator(const Directory& directory, const String& pattern, detail::Kinds kinds);
@@ -29,6 +30,7 @@ class OXA_API OxaWindowsFileSystemIterator final : public FileSystemIterator
     std::shared_ptr<const FileSystemItem> getNext() override;
     /// Passes one item over; nothing happens at the end.
     void next();
+    /// Whether no item is left.
     bool atEnd() const;
 
    private:
@@ -40,6 +42,7 @@ class OXA_API OxaWindowsFileSystemIterator final : public FileSystemIterator
 class OXA_API OxaWindowsFileSystemDirectoryIterator final : public DirectoryIterator
 {
    public:
+    /// Reads the folder.
     OxaWindowsFileSystemDirectoryIterator(const Directory& directory, const String& pattern);
     std::shared_ptr<const Directory> getNext() override;
 
@@ -51,10 +54,13 @@ class OXA_API OxaWindowsFileSystemDirectoryIterator final : public DirectoryIter
 class OXA_API OxaWindowsFileSystemFileIterator : public FileIterator
 {
    public:
+    /// Reads the folder.
     OxaWindowsFileSystemFileIterator(const Directory& directory, const String& pattern);
     /// `other` is left at its end.
+    /// @{
     OxaWindowsFileSystemFileIterator(OxaWindowsFileSystemFileIterator&& other) noexcept;
     OxaWindowsFileSystemFileIterator& operator=(OxaWindowsFileSystemFileIterator&& other) noexcept;
+    /// @}
     ~OxaWindowsFileSystemFileIterator() override;
     std::shared_ptr<const File> getNext() override;
 
