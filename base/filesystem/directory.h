@@ -80,7 +80,7 @@ class OXA_API Directory : public FileSystemItem
     /// Copies everything in here into the folder that the text names, below this folder's name.
     int copy(const String& target, bool overwrite, std::shared_ptr<IProgress> progress) const override;
     /// Copies this folder and everything in it into `target`. The new folder. On failure empty, and nothing of the
-    /// new folder remains. A folder is not copied into itself.
+    /// new folder remains, nor of what was in it before. A folder is not copied into itself.
     std::shared_ptr<const FileSystemItem> copy(const Directory& target, bool overwrite,
                                                std::shared_ptr<IProgress> progress) const override;
     /// Moves everything in here into `target`, which is emptied first when `overwrite`, and removes this folder. What
