@@ -10,8 +10,8 @@ namespace Oxa_1_1
 class IProgress
 {
    public:
-    /// The share of the file that is copied, in per cent; at least once for each file. For an empty file the value is
-    /// not a number.
+    /// The share of the file that is copied, in per cent; at least once for each file that is copied on disk. For an
+    /// empty file the value is not a number.
     virtual void onProgress(double percent) = 0;
     /// For receivers' own use; the library never calls it.
     virtual void onMessage(const std::string&) {}

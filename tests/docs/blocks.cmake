@@ -87,6 +87,7 @@ function(oxa_add_console_tests name session)
     math(EXPR number "${number} + 1")
     add_test(NAME ${name}_${number} COMMAND ${command})
     set_tests_properties(${name}_${number} PROPERTIES PASS_REGULAR_EXPRESSION "^${printed}\r?\n$"
-      ENVIRONMENT "LC_ALL=C.UTF-8;LANGUAGE=;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/settings")
+      ENVIRONMENT "LC_ALL=C.UTF-8;LANGUAGE=;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/settings"
+      ENVIRONMENT_MODIFICATION "WINEPATH=path_list_prepend:$<TARGET_FILE_DIR:OxaBase>")
   endwhile()
 endfunction()
