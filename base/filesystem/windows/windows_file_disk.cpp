@@ -105,13 +105,17 @@ String OxaWindowsFileSystemFile::getLockFilePath() const { return getFullName();
 std::unique_ptr<std::ifstream> OxaWindowsFileSystemFile::openRead(int mode) const
 {
     const auto bits = static_cast<std::ios_base::openmode>(mode) & ~OUTPUT_ONLY;
-    return std::make_unique<std::ifstream>(platform::systemPath(getFullName()), bits | std::ios_base::in);
+    auto stream = std::make_unique<std::ifstream>();
+    platform::openStream(*stream, getFullName(), bits | std::ios_base::in);
+    return stream;
 }
 
 std::unique_ptr<std::ofstream> OxaWindowsFileSystemFile::openWrite(int mode) const
 {
     const auto bits = static_cast<std::ios_base::openmode>(mode) & ~std::ios_base::in;
-    return std::make_unique<std::ofstream>(platform::systemPath(getFullName()), bits | std::ios_base::out);
+    auto stream = std::make_unique<std::ofstream>();
+    platform::openStream(*stream, getFullName(), bits | std::ios_base::out);
+    return stream;
 }
 
 bool OxaWindowsFileSystemFile::openWithDefaultApp() const { return File::openWithDefaultApp(getFullName()); }

@@ -75,6 +75,11 @@ std::string ReachablePath::itselfOf(const std::string& path) const
     return itself;
 }
 
+std::string ReachablePath::fromAnywhere() const
+{
+    return m_folder >= 0 ? "/proc/self/fd/" + std::to_string(m_folder) + '/' + m_path : m_path;
+}
+
 bool ReachablePath::readStatus(struct stat& status) const
 {
     return fstatat(m_folder, path(), &status, 0) == 0 || fail();

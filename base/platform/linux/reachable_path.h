@@ -23,6 +23,8 @@ class ReachablePath
     /// For the calls that begin with a folder. When none could be reached, they fail.
     int folder() const noexcept { return m_folder; }
     const char* path() const noexcept { return m_path.c_str(); }
+    /// For calls that take no folder, as long as this lives; empty when it cannot be reached.
+    std::string fromAnywhere() const;
     /// Without separators at the end, which would lead behind a link. The roots of drives and shares keep theirs: the
     /// links that stand for them are nobody's business.
     const char* itself() const noexcept { return m_itself.c_str(); }
