@@ -74,7 +74,7 @@ void flushFile(TextView path);
 /// Sets the last write of a folder to the current time.
 bool touchFolder(TextView path);
 
-/// Read-only files stay, with error 5.
+/// Removes a file, or the link to one or to nothing itself. Read-only files stay, with error 5.
 bool deleteFile(TextView path);
 /// Renames a file or folder; an existing target file is replaced, unless it is read-only.
 bool renameFile(TextView from, TextView to);
@@ -94,7 +94,7 @@ bool isEmptyFolder(TextView path);
 struct FolderEntry
 {
     Text name;
-    /// Of what a link leads to.
+    /// Of what a link leads to; false when that is nowhere.
     bool isFolder = false;
     bool isLink = false;
 };

@@ -21,6 +21,20 @@ bool setWrittenNow(const FileHandle& file)
     return SetFileTime(file.get(), nullptr, nullptr, &now) != 0;
 }
 
+/// A link to a folder that is gone counts as a file, but the system removes it like a folder.
+bool isLostFolderLink(const Text& path)
+{
+    const DWORD own = GetFileAttributesW(path.c_str());
+    return own != INVALID_FILE_ATTRIBUTES && (own & FOLDER) != 0 && isLink(path) && !readAttributes(path);
+}
+
+/// What a folder is renamed to must be a name.
+Text withoutSeparator(TextView path)
+{
+    while (path.ends_with(L'\\') || path.ends_with(L'/')) path.remove_suffix(1);
+    return Text(path);
+}
+
 }  // namespace
 
 Touch touchFile(TextView path)
@@ -46,11 +60,19 @@ bool touchFolder(TextView path)
     return folder.isOpen() && setWrittenNow(folder);
 }
 
-bool deleteFile(TextView path) { return DeleteFileW(Text(path).c_str()) != 0; }
+bool deleteFile(TextView path)
+{
+    const Text text(path);
+    if (DeleteFileW(text.c_str()) != 0) return true;
+    const DWORD reason = GetLastError();
+    if (isLostFolderLink(text) && RemoveDirectoryW(text.c_str()) != 0) return true;
+    SetLastError(reason);
+    return false;
+}
 
 bool renameFile(TextView from, TextView to)
 {
-    return MoveFileExW(Text(from).c_str(), Text(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+    return MoveFileExW(withoutSeparator(from).c_str(), withoutSeparator(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
 }
 
 bool createFolder(TextView path) { return CreateDirectoryW(Text(path).c_str(), nullptr) != 0; }

@@ -12,9 +12,10 @@ namespace
 class NativeFolderReader : public FolderReader
 {
    public:
-    explicit NativeFolderReader(const Text& pattern)
-        : m_search(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &m_found, FindExSearchNameMatch, nullptr,
-                                    FIND_FIRST_EX_LARGE_FETCH)),
+    explicit NativeFolderReader(TextView path)
+        : m_folder(withSeparator(path)),
+          m_search(FindFirstFileExW((m_folder + L'*').c_str(), FindExInfoBasic, &m_found, FindExSearchNameMatch,
+                                    nullptr, FIND_FIRST_EX_LARGE_FETCH)),
           m_isFresh(isOpen())
     {
     }
@@ -39,6 +40,9 @@ class NativeFolderReader : public FolderReader
         entry.isFolder = (m_found.dwFileAttributes & FOLDER) != 0;
         // The tag of what is no link, but marked in the same way by other services, has other bits.
         entry.isLink = (m_found.dwFileAttributes & LINK) != 0 && IsReparseTagNameSurrogate(m_found.dwReserved0);
+        // A link is marked as a folder even when the folder is gone.
+        if (entry.isLink && entry.isFolder)
+            entry.isFolder = (readAttributes(m_folder + entry.name).value_or(0) & FOLDER) != 0;
         return true;
     }
 
@@ -57,23 +61,24 @@ class NativeFolderReader : public FolderReader
         return false;
     }
 
+    static Text withSeparator(TextView path)
+    {
+        const bool needsSeparator = !path.empty() && TextView(L"\\/:").find(path.back()) == TextView::npos;
+        return Text(path).append(needsSeparator ? L"\\" : L"");
+    }
+
+    Text m_folder;
     WIN32_FIND_DATAW m_found{};
     HANDLE m_search;
     /// The first entry comes with opening.
     bool m_isFresh;
 };
 
-Text patternFor(TextView path)
-{
-    const bool needsSeparator = !path.empty() && Text(L"\\/:").find(path.back()) == Text::npos;
-    return Text(path).append(needsSeparator ? L"\\*" : L"*");
-}
-
 }  // namespace
 
 std::unique_ptr<FolderReader> openFolder(TextView path)
 {
-    auto reader = std::make_unique<NativeFolderReader>(patternFor(path));
+    auto reader = std::make_unique<NativeFolderReader>(path);
     if (reader->isOpen()) return reader;
     // The root of a drive that holds nothing has not even "." and "..".
     const DWORD error = GetLastError();
