@@ -151,6 +151,7 @@ TEST_F(TwoImplementations, FailAsTheyAreTold)
     volume.setCapacity(15);
     EXPECT_EQ(memoryFile("source")->copy(*memoryFile("full"), true, nullptr), 221);
     EXPECT_EQ(m_disk.file("file")->copy(*memoryFile("full"), true, nullptr), 18);
+    EXPECT_FALSE(memoryFile("full")->exists());
     volume.setCapacity(1000);
     volume.fail(MemoryOperation::WRITE, memory_error::ABORTED);
     EXPECT_EQ(memoryFile("source")->copy(*memoryFile("full"), true, nullptr), 24);

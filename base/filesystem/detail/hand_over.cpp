@@ -27,7 +27,7 @@ int copyThroughStreams(const File& source, const File& target)
 {
     const auto in = source.openRead(std::ios_base::in | std::ios_base::binary);
     if (in == nullptr || !*in) return FAILED;
-    const auto out = target.openWrite(std::ios_base::out | std::ios_base::binary);
+    auto out = target.openWrite(std::ios_base::out | std::ios_base::binary);
     if (out == nullptr || !*out) return FAILED;
     std::vector<char> piece(PIECE);
     while (*in && *out)
@@ -36,7 +36,11 @@ int copyThroughStreams(const File& source, const File& target)
         out->write(piece.data(), in->gcount());
     }
     out->flush();
-    return in->bad() || !*out ? FAILED : SUCCESS;
+    if (!in->bad() && *out) return SUCCESS;
+    // What is there now is less than either side had.
+    out.reset();
+    target.remove();
+    return FAILED;
 }
 
 }  // namespace Oxa_1_1::detail

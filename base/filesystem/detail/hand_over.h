@@ -25,7 +25,7 @@ class HandOver
 };
 
 /// Copies the content through streams, over whatever is there. 0, or 18 when a stream cannot be opened, read or
-/// written.
+/// written; an incomplete target is removed.
 int copyThroughStreams(const File& source, const File& target);
 
 }  // namespace Oxa_1_1::detail
