@@ -6,6 +6,8 @@
 
 #include "base/filesystem/detail/folder_list.h"
 #include "base/filesystem/detail/folder_tree.h"
+#include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
@@ -96,12 +98,13 @@ bool moveFile(const File& file, const Directory& folder, const Directory& target
 
 }  // namespace
 
+// Each folder takes along what is below it, and each item is tried once, however deep it lies.
 bool Directory::removeContents(bool recursive) const
 {
     if (!exists() || detail::isLinkItself(*this)) return true;
-    const detail::FolderTree tree = detail::readTree(*this, recursive);
-    for (const auto& file : tree.files) file->remove();
-    for (const auto& directory : tree.directories) directory->remove(true);
+    for (const auto& file : collectFiles(OXA_TEXT("*"), false)) file->remove();
+    if (!recursive) return true;
+    for (const auto& directory : collectDirectories(OXA_TEXT("*"), false)) directory->remove(true);
     return true;
 }
 
@@ -137,8 +140,9 @@ int Directory::copy(const String& target, bool overwrite, std::shared_ptr<IProgr
 bool Directory::move(const Directory& target, bool overwrite) const
 {
     if (!exists()) return false;
-    if (detail::isLinkItself(*this)) return moveLink(*this, target, overwrite);
-    const detail::FolderTree tree = detail::readTree(*this, true);
+    if (detail::isLinkItself(*this))
+        return detail::windowsImpl(target) != nullptr && moveLink(*this, target, overwrite);
+    const detail::FolderTree tree = detail::readTree(*this);
     if (!detail::canMoveTree(*this, tree, target, overwrite)) return false;
     if ((overwrite || !target.exists()) && !target.removeContents(true)) return false;
     if (!target.exists() && !target.create()) return false;

@@ -14,14 +14,13 @@ namespace
 
 using platform::FileIdentity;
 
-void appendTree(FolderTree& tree, const Directory& directory, bool recursive)
+void appendTree(FolderTree& tree, const Directory& directory)
 {
     for (const auto& file : directory.findFiles(OXA_TEXT("*"))) tree.files.push_back(file);
-    if (!recursive) return;
     const auto below = directory.collectDirectories(OXA_TEXT("*"), false);
     tree.directories.insert(tree.directories.end(), below.begin(), below.end());
     for (const auto& folder : below)
-        if (!isLinkItself(*folder)) appendTree(tree, *folder, true);
+        if (!isLinkItself(*folder)) appendTree(tree, *folder);
 }
 
 /// The folders of a tree, by what they are.
@@ -66,10 +65,10 @@ class FolderSet
 
 }  // namespace
 
-FolderTree readTree(const Directory& directory, bool recursive)
+FolderTree readTree(const Directory& directory)
 {
     FolderTree tree;
-    appendTree(tree, directory, recursive);
+    appendTree(tree, directory);
     return tree;
 }
 
@@ -98,8 +97,7 @@ bool canMoveTree(const Directory& folder, const FolderTree& tree, const Director
     if (isSameOrInside(target, folder)) return false;
     const FolderSet moved(folder, tree);
     if (moved.wouldContain(target)) return false;
-    if (emptyTarget)
-        return !isSameOrInside(folder, target) && !FolderSet(target, readTree(target, true)).contains(folder);
+    if (emptyTarget) return !isSameOrInside(folder, target) && !FolderSet(target, readTree(target)).contains(folder);
     return std::ranges::none_of(tree.directories,
                                 [&](const auto& inside)
                                 {

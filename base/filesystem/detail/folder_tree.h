@@ -20,8 +20,7 @@ struct FolderTree
     std::vector<std::shared_ptr<const Directory>> directories;
 };
 
-/// Without `recursive`, only the files directly in the folder.
-FolderTree readTree(const Directory& directory, bool recursive);
+FolderTree readTree(const Directory& directory);
 
 /// None when it is not there, or of an implementation whose folders have only their names.
 std::optional<platform::FileIdentity> readIdentity(const Directory& directory);
