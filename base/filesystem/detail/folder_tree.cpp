@@ -80,9 +80,10 @@ std::optional<FileIdentity> readIdentity(const Directory& directory)
 
 bool isSameFolder(const Directory& a, const Directory& b)
 {
-    if (a == b) return true;
-    const auto identity = readIdentity(a);
-    return identity && identity == readIdentity(b);
+    const auto identityA = readIdentity(a);
+    const auto identityB = readIdentity(b);
+    // Where names count case, folders that are there may differ by nothing else.
+    return identityA || identityB ? identityA == identityB : a == b;
 }
 
 bool isSameOrInside(const Directory& directory, const Directory& folder)

@@ -126,6 +126,35 @@ TEST(Names, OfAnyBytesAreListedCopiedMovedAndRemoved)
     EXPECT_TRUE(messages.take().empty());
 }
 
+TEST(Names, ThatDifferByCaseAreOfDifferentFolders)
+{
+    const TempFolder temp;
+    temp.write("tree/file");
+    temp.makeFolder("TREE");
+    EXPECT_TRUE(temp.directory("tree")->copyContents(*temp.directory("TREE"), true, false, nullptr));
+    EXPECT_NE(temp.directory("tree")->copy(*temp.directory("TREE"), false, nullptr), nullptr);
+    EXPECT_TRUE(temp.directory("tree")->move(*temp.directory("Tree"), false));
+    EXPECT_EQ(temp.contents(), (Names{"TREE/", "TREE/file", "TREE/tree/", "TREE/tree/file", "Tree/", "Tree/file"}));
+}
+
+TEST(Paths, LongerThanTheSystemTakesLeadToContent)
+{
+    const TempFolder temp;
+    auto folder = std::shared_ptr<const Directory>(temp.directory("top"));
+    for (int i = 0; i < 30; ++i) folder = folder->appendLevel(String(OXA_TEXT('d'), 200));
+    ASSERT_TRUE(folder->create());
+    const auto file = File::fromString(*folder, "file");
+    *file->openWrite() << "content";
+    ASSERT_EQ(file->copy(*temp.file("copy"), false, nullptr), 0);
+    EXPECT_EQ(temp.read("copy"), "content");
+    std::string content;
+    EXPECT_TRUE(*file->openRead() >> content);
+    EXPECT_EQ(content, "content");
+    EXPECT_FALSE(*File::fromString(*folder, "missing")->openRead());
+    EXPECT_FALSE(*File::fromString(*folder->getParent(), folder->getName())->openRead());
+    EXPECT_TRUE(temp.directory("top")->remove(true));
+}
+
 }  // namespace
 
 }  // namespace Oxa_1_1::test
