@@ -124,10 +124,12 @@ class OXA_API Directory : public FileSystemItem
     bool isEmpty() const;
     /// With `recursive`, everything in it is removed first. Links in it are removed, never what they lead to.
     bool remove(bool recursive) const;
-    /// Removes the files in it and, with `recursive`, the folders. True unless it cannot be read, whatever remains.
+    /// Removes the files in it and, with `recursive`, the folders. Always true, whatever remains. Of a link to a
+    /// folder, nothing is removed.
     bool removeContents(bool recursive) const;
     /// Copies the files in it into `target`, which must be there, and makes its folders there, with their contents
-    /// when `recursive`. Stops at the first failure; `overwrite` goes on past a folder that cannot be made.
+    /// when `recursive`. Stops at the first failure; `overwrite` goes on past a folder that cannot be made, unless its
+    /// contents are to be copied, too.
     bool copyContents(const Directory& target, bool recursive, bool overwrite,
                       std::shared_ptr<IProgress> progress) const;
     /// Opens the folder in the desktop's file manager; false when it is missing or relative.

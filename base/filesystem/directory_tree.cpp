@@ -52,9 +52,10 @@ class ContentsCopy
     bool copyFolder(const Directory& folder, const Directory& target)
     {
         const auto place = target.appendLevel(folder.getName());
-        if (place == nullptr || !place->create()) return m_overwrites;
+        if ((place == nullptr || !place->create()) && !m_overwrites) return false;
         if (!m_isRecursive || detail::leadsToAncestor(folder)) return true;
-        return run(folder, *place);
+        // Where a file stands, there is no folder in spite of all.
+        return place != nullptr && folder.exists() && place->exists() && run(folder, *place);
     }
 
     bool m_isRecursive;
@@ -125,8 +126,9 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
     if (!copied->create()) return nullptr;
     ContentsCopy copy(*copied, true, overwrite, std::move(progress));
     if (copy.run(*this, *copied)) return copied;
-    // What was there before and is part of this folder is no half-made copy.
-    if (!wasThere || !copy.cameToItself()) copied->remove(true);
+    // What was there before and is part of this folder is no half-made copy, nor is the target itself.
+    const bool isHalfMade = (!wasThere || !copy.cameToItself()) && !detail::isDots(getName());
+    if (isHalfMade) copied->remove(true);
     return nullptr;
 }
 

@@ -101,6 +101,27 @@ TEST(DirectoryOperations, CopiesItsContents)
     EXPECT_EQ(temp.read("deep/b/inner"), "inner");
 }
 
+TEST(DirectoryOperations, CopiesNoFolderOverAFile)
+{
+    const TempFolder temp;
+    temp.makeFolder("a/sub");
+    temp.write("a/z");
+    for (const bool isFull : {false, true})
+    {
+        if (isFull) temp.write("a/sub/file");
+        for (const bool overwrite : {false, true})
+        {
+            temp.write("b/sub", "kept");
+            EXPECT_FALSE(temp.directory("a")->copyContents(*temp.directory("b"), true, overwrite, nullptr));
+            EXPECT_EQ(temp.contents("b"), Names{"sub"});
+            EXPECT_TRUE(temp.directory("a")->copyContents(*temp.directory("b"), false, overwrite, nullptr));
+            EXPECT_EQ(temp.contents("b"), (Names{"sub", "z"}));
+            EXPECT_EQ(temp.read("b/sub"), "kept");
+            std::filesystem::remove(temp.path("b/z"));
+        }
+    }
+}
+
 TEST(DirectoryOperations, CopiesItself)
 {
     const TempFolder temp;
@@ -118,6 +139,11 @@ TEST(DirectoryOperations, CopiesItself)
     EXPECT_EQ(temp.contents("target"), Names{});
     EXPECT_EQ(temp.directory("missing")->copy(*temp.directory("target"), false, nullptr), nullptr);
     EXPECT_EQ(temp.contents("target"), Names{});
+    // A folder without a name of its own has no copy of its own to remove.
+    temp.write("target/b");
+    temp.write("target/other");
+    EXPECT_EQ(temp.directory("a")->appendLevel(".")->copy(*temp.directory("target"), false, nullptr), nullptr);
+    EXPECT_EQ(temp.contents("target"), (Names{"b", "other"}));
 }
 
 TEST(DirectoryOperations, Moves)
