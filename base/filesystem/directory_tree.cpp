@@ -75,11 +75,14 @@ bool moveLink(const Directory& link, const Directory& target, bool overwrite)
     return platform::renameFile(link.getFullNameUnicode(), target.getFullNameUnicode());
 }
 
+/// False also for a file that is in the way: that is made, as far as making goes.
+bool makeFolder(const Directory& folder) { return folder.exists() || (folder.create() && folder.exists()); }
+
 /// The place of a folder in the target, made if it is missing; null when there can be none.
 std::shared_ptr<const Directory> makePlace(const Directory& target, const Directory& folder, const Directory& inside)
 {
     auto place = detail::placeIn(target, folder, inside);
-    return place != nullptr && (place->exists() || place->create()) ? place : nullptr;
+    return place != nullptr && makeFolder(*place) ? place : nullptr;
 }
 
 bool moveFolder(const Directory& inside, const Directory& folder, const Directory& target)
@@ -123,7 +126,7 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
     const auto copied = target.appendLevel(getName());
     if (copied == nullptr || !exists() || detail::isSameOrInside(*copied, *this)) return nullptr;
     const bool wasThere = copied->exists();
-    if (!copied->create()) return nullptr;
+    if (!copied->create() || !copied->exists()) return nullptr;
     ContentsCopy copy(*copied, true, overwrite, std::move(progress));
     if (copy.run(*this, *copied)) return copied;
     // What was there before and is part of this folder is no half-made copy, nor is the target itself.
@@ -147,7 +150,7 @@ bool Directory::move(const Directory& target, bool overwrite) const
     const detail::FolderTree tree = detail::readTree(*this);
     if (!detail::canMoveTree(*this, tree, target, overwrite)) return false;
     if ((overwrite || !target.exists()) && !target.removeContents(true)) return false;
-    if (!target.exists() && !target.create()) return false;
+    if (!makeFolder(target)) return false;
     for (const auto& directory : tree.directories)
         if (!moveFolder(*directory, *this, target)) return false;
     for (const auto& file : tree.files)

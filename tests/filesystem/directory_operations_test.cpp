@@ -101,6 +101,22 @@ TEST(DirectoryOperations, CopiesItsContents)
     EXPECT_EQ(temp.read("deep/b/inner"), "inner");
 }
 
+TEST(DirectoryOperations, LosesNoFolderToAFileInItsPlace)
+{
+    const TempFolder temp;
+    temp.makeFolder("top/empty");
+    temp.write("file/empty", "kept");
+    const auto empty = temp.directory("top/empty");
+    for (const bool overwrite : {false, true})
+    {
+        EXPECT_EQ(empty->copy(*temp.directory("file"), overwrite, nullptr), nullptr);
+        EXPECT_FALSE(empty->move(*temp.directory("file/empty"), overwrite));
+    }
+    EXPECT_FALSE(temp.directory("top")->move(*temp.directory("file"), false));
+    EXPECT_EQ(temp.contents(), (Names{"file/", "file/empty", "top/", "top/empty/"}));
+    EXPECT_EQ(temp.read("file/empty"), "kept");
+}
+
 TEST(DirectoryOperations, CopiesNoFolderOverAFile)
 {
     const TempFolder temp;
