@@ -65,6 +65,14 @@ class ContentsCopy
     bool m_cameToItself = false;
 };
 
+/// Copies of read-only files would stay; those that were there before are to.
+void removeCopy(const Directory& copy, bool wasThere)
+{
+    if (!wasThere)
+        for (const auto& file : detail::readTree(copy).files) file->unsetAsReadOnly();
+    copy.remove(true);
+}
+
 /// Moves the link itself, not what it leads to.
 bool moveLink(const Directory& link, const Directory& target, bool overwrite)
 {
@@ -131,7 +139,7 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
     if (copy.run(*this, *copied)) return copied;
     // What was there before and is part of this folder is no half-made copy, nor is the target itself.
     const bool isHalfMade = (!wasThere || !copy.cameToItself()) && !detail::isDots(getName());
-    if (isHalfMade) copied->remove(true);
+    if (isHalfMade) removeCopy(*copied, wasThere);
     return nullptr;
 }
 

@@ -103,6 +103,24 @@ TEST(Requests, FailWithTheCodesOfCopies)
     }
 }
 
+TEST(Requests, LeaveNothingOfAFailedCopyOfAFolder)
+{
+    const TempFolder temp;
+    temp.makeFolder("target");
+    for (const char* const name : {"tree/a", "tree/b"})
+    {
+        temp.write(name);
+        temp.setReadOnly(name, true);
+    }
+    Messages messages;
+    Recorder recorder;
+    recorder.fail("copyFile", 112, 2);
+    EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("target"), false, nullptr), nullptr);
+    EXPECT_EQ(recorder.counts["copyFile"], 2);
+    EXPECT_EQ(temp.contents(), (Names{"target/", "tree/", "tree/a", "tree/b"}));
+    EXPECT_TRUE(messages.take().empty());
+}
+
 TEST(Requests, FailWithMessages)
 {
     const TempFolder temp;
