@@ -15,7 +15,8 @@
 #define OXA_API __attribute__((visibility("default")))
 #endif
 
-/// Marks what every shared library and program has a copy of its own of.
+/// Marks what every shared library and program has a copy of its own of, and members of exported classes that only the
+/// library itself calls. On Windows the members of an exported class are exported together.
 #ifdef _WIN32
 #define OXA_HIDDEN
 #else

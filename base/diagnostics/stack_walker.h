@@ -162,9 +162,9 @@ class OXA_API StackWalker
    private:
     class Symbols;
 
-    bool openSymbols();
-    void reportNewModules();
-    std::string searchPath() const;
+    OXA_HIDDEN bool openSymbols();
+    OXA_HIDDEN void reportNewModules();
+    OXA_HIDDEN std::string searchPath() const;
 
     int m_options;
     std::string m_symPath;

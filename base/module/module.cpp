@@ -106,9 +106,9 @@ const SymbolTable& Module::getResourceSymbols() const noexcept
 }
 
 /// Modules that were built separately rely on these places.
-void Module::checkLayout()
+struct Module::Layout
 {
-    constexpr std::size_t WORD = sizeof(void*);
+    static constexpr std::size_t WORD = sizeof(void*);
     static_assert(offsetof(Module, m_next) == 0);
     static_assert(offsetof(Module, m_prev) == WORD);
     static_assert(offsetof(Module, m_initialized) == 2 * WORD);
@@ -117,6 +117,6 @@ void Module::checkLayout()
     static_assert(offsetof(Module, m_name) == 5 * WORD);
     static_assert(offsetof(Module, m_symbols) == 6 * WORD);
     static_assert(sizeof(Module) == 7 * WORD);
-}
+};
 
 }  // namespace Oxa_1_1

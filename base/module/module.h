@@ -109,13 +109,15 @@ class OXA_API Module
     bool internalInit(HINSTANCE handle);
     void internalTerm();
 
-    void loadSymbols();
-    void terminate();
-    std::pair<HINSTANCE, HRSRC> findResourceImpl(const Char* name, const Char* type, bool useTranslation,
-                                                 DWORD* lcid) const;
-    std::pair<void*, DWORD> getResourceImpl(const Char* name, const Char* type, bool useTranslation, DWORD* lcid) const;
-    std::unique_ptr<std::istream> loadResourceImpl(const Char* name, const Char* type, bool useTranslation) const;
-    static void checkLayout();
+    OXA_HIDDEN void loadSymbols();
+    OXA_HIDDEN void terminate();
+    OXA_HIDDEN std::pair<HINSTANCE, HRSRC> findResourceImpl(const Char* name, const Char* type, bool useTranslation,
+                                                            DWORD* lcid) const;
+    OXA_HIDDEN std::pair<void*, DWORD> getResourceImpl(const Char* name, const Char* type, bool useTranslation,
+                                                       DWORD* lcid) const;
+    OXA_HIDDEN std::unique_ptr<std::istream> loadResourceImpl(const Char* name, const Char* type,
+                                                              bool useTranslation) const;
+    struct Layout;
 
     Module* m_next = nullptr;
     Module* m_prev = nullptr;

@@ -14,11 +14,11 @@ StringResource::operator const String&() const
 }
 
 /// Modules that were built separately rely on these places.
-void StringResource::checkLayout()
+struct StringResource::Layout
 {
     static_assert(offsetof(StringResource, m_id) == 0);
     static_assert(offsetof(StringResource, m_module) == sizeof(void*));
     static_assert(offsetof(StringResource, m_text) == 2 * sizeof(void*));
-}
+};
 
 }  // namespace Oxa_1_1

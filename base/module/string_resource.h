@@ -25,7 +25,7 @@ class OXA_API StringResource
     operator const String&() const;
 
    private:
-    static void checkLayout();
+    struct Layout;
 
     unsigned int m_id = 0xFFFFFFFF;
     const Module* m_module = nullptr;

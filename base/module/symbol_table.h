@@ -53,15 +53,18 @@ class OXA_API SymbolTable
         // The next symbol with an equal value hash, or NONE.
         std::uint32_t next;
     };
-    static constexpr std::uint32_t NONE = 0xFFFFFFFF;
+    enum : std::uint32_t
+    {
+        NONE = 0xFFFFFFFF
+    };
 
-    bool parseLineHeaderFile(const String& line);
-    bool parseLine(TextView line);
-    bool define(TextView name, unsigned int value);
-    std::size_t findSlot(TextView name, std::uint32_t hash) const noexcept;
-    unsigned int valueOf(TextView name) const noexcept;
-    void grow();
-    void link(std::uint32_t index);
+    OXA_HIDDEN bool parseLineHeaderFile(const String& line);
+    OXA_HIDDEN bool parseLine(TextView line);
+    OXA_HIDDEN bool define(TextView name, unsigned int value);
+    OXA_HIDDEN std::size_t findSlot(TextView name, std::uint32_t hash) const noexcept;
+    OXA_HIDDEN unsigned int valueOf(TextView name) const noexcept;
+    OXA_HIDDEN void grow();
+    OXA_HIDDEN void link(std::uint32_t index);
 
     // In the order of definition. Both indexes hold numbers of symbols and have a power of two as size: names by open
     // addressing, values as the heads of chains.

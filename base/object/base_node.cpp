@@ -85,11 +85,11 @@ WeakHandle::Drop WeakHandle::dropLast(InterlockedCounter& counter)
 }
 
 /// Modules that were built separately rely on these places.
-void BaseNode::checkLayout()
+struct BaseNode::Layout
 {
     static_assert(std::is_empty_v<VisitorCore>);
     static_assert(offsetof(BaseNode, m_handle) == sizeof(void*));
     static_assert(offsetof(BaseNode, m_counter) == sizeof(void*) + sizeof(m_handle));
-}
+};
 
 }  // namespace Oxa_1_1

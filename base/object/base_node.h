@@ -73,7 +73,7 @@ class OXA_API BaseNode : public VisitorCore
         if (count == 1 || !m_counter.compareExchange(count, count - 1)) unrefContended(count);
     }
     void unrefContended(unsigned int count) const noexcept;
-    static void checkLayout();
+    struct Layout;
 
     std::shared_ptr<WeakHandle> m_handle;
     mutable InterlockedCounter m_counter;

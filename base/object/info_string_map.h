@@ -44,7 +44,7 @@ class OXA_API InfoStringMap : public ObserverInfo
     void setInfos(const Map& infos);
 
    private:
-    class ClassCreator;
+    class OXA_HIDDEN ClassCreator;
 
     Map m_infos;
 };

@@ -112,7 +112,7 @@ ClassRange uZClass::baseClasses() const noexcept
 }
 
 /// Modules that were built separately rely on these places.
-void uZClass::checkLayout()
+struct uZClass::Layout
 {
     static_assert(offsetof(uZClass, name) == sizeof(void*));
     static_assert(offsetof(uZClass, base) == 2 * sizeof(void*));
@@ -120,6 +120,6 @@ void uZClass::checkLayout()
     static_assert(offsetof(uZClass, version) == 4 * sizeof(void*));
     static_assert(offsetof(uZClass, firstChild) == 4 * sizeof(void*) + sizeof(ClassVersion));
     static_assert(offsetof(uZClass, nextSibling) == 5 * sizeof(void*) + sizeof(ClassVersion));
-}
+};
 
 }  // namespace Oxa_1_1

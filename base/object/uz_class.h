@@ -170,8 +170,8 @@ class OXA_API uZClass
     static const uZClass* rootClass;
 
    private:
-    const uZClass*& listHead() const noexcept;
-    static void checkLayout();
+    OXA_HIDDEN const uZClass*& listHead() const noexcept;
+    struct Layout;
 };
 
 }  // namespace Oxa_1_1

@@ -43,7 +43,7 @@ class OXA_API WeakHandle
         REFUSED    // Others have taken references meanwhile; the caller still owns its own.
     };
     /// Drops a reference that was the only one when its owner looked.
-    Drop dropLast(InterlockedCounter& counter);
+    OXA_HIDDEN Drop dropLast(InterlockedCounter& counter);
 
     BaseNode* m_node;
     std::mutex m_mutex;

@@ -465,14 +465,14 @@ class OXA_API String
     static bool isUnit(ForeignChar c) noexcept { return static_cast<ForeignChar>(static_cast<Char>(c)) == c; }
     String& appendSigned(long long value);
     String& appendUnsigned(unsigned long long value);
-    void becomeEmpty() noexcept;
-    void dropFront(std::size_t count);
+    OXA_HIDDEN void becomeEmpty() noexcept;
+    OXA_HIDDEN void dropFront(std::size_t count);
     template <class Predicate>
-    int findUnit(int start, Predicate matches) const noexcept;
+    OXA_HIDDEN int findUnit(int start, Predicate matches) const noexcept;
     template <class Limits, class T>
-    String& extractSigned(T& out);
+    OXA_HIDDEN String& extractSigned(T& out);
     template <class Scan, class T>
-    String& extractScanned(T& out, Scan scan);
+    OXA_HIDDEN String& extractScanned(T& out, Scan scan);
 
     Text m_text;
     bool m_present = false;
