@@ -5,6 +5,7 @@ option(OXA_BUILD_BENCHMARKS "Build the benchmarks" OFF)
 option(OXA_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
 set(OXA_SANITIZE "" CACHE STRING "Sanitizers to build everything with, as for -fsanitize=")
 option(OXA_WITH_MFC "Register the library as an extension of MFC (MSVC with MFC)" OFF)
+option(OXA_INSTALL_COMPILER_RUNTIME "Install the run-time libraries of MinGW-w64 beside the library" ON)
 option(OXA_WARNINGS_AS_ERRORS "Let warnings fail the build" ${PROJECT_IS_TOP_LEVEL})
 
 set(CMAKE_CXX_EXTENSIONS OFF)

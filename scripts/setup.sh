@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs from the distribution what is missing for the named jobs: build, lint, fuzz, windows, bench (default: all
+# Installs from the distribution what is missing for the named jobs: build, package, lint, fuzz, windows, bench (default: all
 # that the tests need). Asks the package manager only when something is missing.
 set -euo pipefail
 
@@ -7,11 +7,12 @@ packages=()
 for job in "${@:-all}"; do
   case $job in
     build | all) packages+=(g++ cmake ninja-build ccache googletest libc6-dev binutils-mingw-w64-x86-64) ;;&
+    package | all) packages+=(dpkg-dev file gdb pkg-config) ;;&
     lint | all) packages+=(clang clang-format clang-tidy doxygen) ;;&
     fuzz | all) packages+=(clang libclang-rt-14-dev) ;;&
     windows | all) packages+=(g++-mingw-w64-x86-64-posix wine64 wine xvfb xdotool) ;;&
     bench) packages+=(libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev pkg-config) ;;&
-    build | lint | fuzz | windows | bench | all) ;;
+    build | package | lint | fuzz | windows | bench | all) ;;
     *) echo "setup.sh: unknown job '$job'" >&2; exit 2 ;;
   esac
 done

@@ -111,8 +111,8 @@ mkdir -p build
 for job in "${jobs[@]}"; do
   case $job in
     lint) lint ;;
-    linux) run_tests linux-release ;;
-    clang) run_tests linux-clang lint ;;
+    linux) run_tests linux-release package ;;
+    clang) run_tests linux-clang lint package ;;
     asan) run_tests linux-asan ;;
     tsan) run_tests linux-tsan ;;
     fuzz) fuzz ;;
