@@ -153,7 +153,7 @@ class OXA_API Directory : public FileSystemItem
     static std::list<std::shared_ptr<const ImplCreator>> creators;
 
    private:
-    class ClassCreator;
+    class OXA_HIDDEN ClassCreator;
 
     std::unique_ptr<IDirectoryImpl> m_impl;
 };

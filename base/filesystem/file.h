@@ -144,12 +144,12 @@ class OXA_API File : public FileSystemItem
     static std::list<std::shared_ptr<const ImplCreator>> creators;
 
    private:
-    class ClassCreator;
+    class OXA_HIDDEN ClassCreator;
     struct Trimmed
     {
     };
 
-    static std::shared_ptr<File> fromString(const String& path, Trimmed);
+    OXA_HIDDEN static std::shared_ptr<File> fromString(const String& path, Trimmed);
 
     std::unique_ptr<IFileImpl> m_impl;
 };

@@ -93,12 +93,12 @@ class OXA_API OxaWindowsFileSystemDirectory final : public IDirectoryImpl
     bool getLastWriteTime(FILETIME* time) const override;
 
    private:
-    void collectContentsInternal(std::vector<std::shared_ptr<const FileSystemItem>>& items, const String& pattern,
-                                 bool recursive) const;
-    void collectDirectoriesInternal(std::vector<std::shared_ptr<const Directory>>& items, const String& pattern,
-                                    bool recursive) const;
-    void collectFilesInternal(std::vector<std::shared_ptr<const File>>& items, const String& pattern,
-                              bool recursive) const;
+    OXA_HIDDEN void collectContentsInternal(std::vector<std::shared_ptr<const FileSystemItem>>& items,
+                                            const String& pattern, bool recursive) const;
+    OXA_HIDDEN void collectDirectoriesInternal(std::vector<std::shared_ptr<const Directory>>& items,
+                                               const String& pattern, bool recursive) const;
+    OXA_HIDDEN void collectFilesInternal(std::vector<std::shared_ptr<const File>>& items, const String& pattern,
+                                         bool recursive) const;
 
     /// Never null.
     std::shared_ptr<const detail::ParsedDirectory> m_path;

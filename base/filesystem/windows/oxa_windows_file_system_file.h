@@ -77,9 +77,9 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
     std::unique_ptr<std::ifstream> openRead(int mode) const override;
 
    private:
-    void takeName(TextView name);
+    OXA_HIDDEN void takeName(TextView name);
     /// The same name in another folder.
-    std::shared_ptr<const File> inDirectory(const std::shared_ptr<const Directory>& directory) const;
+    OXA_HIDDEN std::shared_ptr<const File> inDirectory(const std::shared_ptr<const Directory>& directory) const;
 
     String m_baseName;
     OxaWindowsFileSystemDirectory m_directory;
