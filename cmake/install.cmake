@@ -53,7 +53,7 @@ if(NOT WIN32)
 endif()
 
 install(FILES README.md DESTINATION ${doc_folder})
-install(DIRECTORY docs DESTINATION ${doc_folder} FILES_MATCHING PATTERN *.md)
+install(DIRECTORY docs DESTINATION ${doc_folder} FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.png)
 if(EXISTS ${PROJECT_SOURCE_DIR}/examples)
   install(DIRECTORY examples DESTINATION ${doc_folder})
 endif()
