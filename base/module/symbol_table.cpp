@@ -171,4 +171,12 @@ std::set<String, StringLess2> SymbolTable::lookupValue(unsigned int value) const
     return names;
 }
 
+std::vector<String> SymbolTable::names() const
+{
+    std::vector<String> names;
+    names.reserve(m_symbols.size());
+    for (const Symbol& symbol : m_symbols) names.push_back(symbol.name);
+    return names;
+}
+
 }  // namespace Oxa_1_1

@@ -43,6 +43,8 @@ class OXA_API SymbolTable
 
     /// The number of names.
     std::size_t size() const noexcept { return m_symbols.size(); }
+    /// All names, in the order of their definition.
+    std::vector<String> names() const;
 
    private:
     struct Symbol

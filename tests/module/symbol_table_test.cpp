@@ -66,6 +66,7 @@ TEST(SymbolTable, ListsTheNamesOfAValueWithoutRegardToCase)
 
     SymbolTable copy = table;
     EXPECT_EQ(copy["Other"], 4U);
+    EXPECT_EQ(copy.names(), (std::vector<String>{"IDR_SCANTYPE2", "other", "IDDEFAULTS"}));
     const SymbolTable moved = std::move(copy);
     EXPECT_EQ(moved.lookupValue(3).size(), 2U);
 }
