@@ -7,10 +7,12 @@
 #include <string>
 
 #include "base/module/language.h"
+#include "base/module/resource_file.h"
 #include "base/module/scoped_resource_domain.h"
 #include "base/module/string_resource.h"
 #include "tests/module/fixtures/resource.h"
 #include "tests/module/loaded_fixture.h"
+#include "tests/platform/outside_bytes.h"
 #include "tests/string/string_printer.h"
 
 namespace Oxa_1_1::test
@@ -161,6 +163,21 @@ TEST_F(Resources, IncludeTextsByNumber)
     for (const unsigned int missing :
          {static_cast<unsigned int>(IDS_EMPTY), 104U, 0U, 65535U, 65536U + IDS_GREETING, 0xFFFFFFFFU})
         EXPECT_EQ(String::loadFromResource(missing, module), OXA_TEXT("Error loading string resource!"));
+}
+
+TEST(ResourceFile, ListsWhatAFileHolds)
+{
+    const std::string bytes = readData("resources/sample.dll");
+    const auto resources = listResources(asBytes(bytes));
+    ASSERT_TRUE(resources);
+    std::string lines;
+    for (const ResourceInfo& resource : *resources)
+        lines += (resource.type + OXA_TEXT(' ') + resource.name + OXA_TEXT(' ')
+                  << resource.language << OXA_TEXT(' ') << resource.size << OXA_TEXT('\n'))
+                     .stringUTF8();
+    for (const char* const line : {"#6 #2 1031 48\n", "#10 #7 0 4\n", "#10 SAMPLE 0 9\n", "SHAPE #5 0 9\n"})
+        EXPECT_NE(lines.find(line), std::string::npos) << line << lines;
+    EXPECT_FALSE(listResources({}));
 }
 
 TEST_F(Resources, AreNamedByTextsThatLoadOnlyWhatWasMadeNil)
