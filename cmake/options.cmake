@@ -1,6 +1,7 @@
 # Choices of the build, and the compiler settings that every part of it shares.
 
 option(OXA_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+option(OXA_BUILD_EXAMPLES "Build the examples" ${PROJECT_IS_TOP_LEVEL})
 option(OXA_BUILD_BENCHMARKS "Build the benchmarks" OFF)
 option(OXA_BUILD_FUZZERS "Build the fuzz targets (clang)" OFF)
 set(OXA_SANITIZE "" CACHE STRING "Sanitizers to build everything with, as for -fsanitize=")

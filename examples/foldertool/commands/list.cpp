@@ -1,0 +1,37 @@
+// Lists the files below a folder that match a pattern.
+
+#include "base/filesystem/search_string.h"
+#include "examples/foldertool/commands/commands.h"
+#include "examples/foldertool/failure.h"
+#include "examples/foldertool/output.h"
+#include "examples/foldertool/system.h"
+#include "examples/foldertool/text.h"
+#include "examples/foldertool/tree.h"
+
+namespace foldertool
+{
+
+using namespace Oxa_1_1;
+
+bool commands::list(const CommandLine& line)
+{
+    constexpr std::size_t SIZE_COLUMNS = 15;
+    const String pattern = system::textOf(line.operands[0]);
+    if (!isValidSearchString(pattern)) throw UsageError(text(IDS_BAD_PATTERN, {system::bytesOf(line.operands[0])}));
+    const SharedFolder folder = existingFolder(line.operands[1]);
+
+    unsigned long long totalBytes = 0;
+    unsigned long long count = 0;
+    for (const SharedFile& file : folder->collectFiles(pattern, true))
+    {
+        unsigned long long bytes = 0;
+        file->size(bytes);
+        print(right(numberText(bytes), SIZE_COLUMNS) + "  " + pathText(*file));
+        totalBytes += bytes;
+        ++count;
+    }
+    print(right(byteText(totalBytes), SIZE_COLUMNS) + "  " + counted(IDS_ONE_FILE, count));
+    return reportUnreadableFolders(*folder);
+}
+
+}  // namespace foldertool

@@ -1,0 +1,90 @@
+#include "examples/foldertool/item_info.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "examples/foldertool/text.h"
+#include "examples/foldertool/tree.h"
+
+namespace foldertool
+{
+
+using namespace Oxa_1_1;
+
+namespace
+{
+
+String stringOf(const std::string& utf8) { return String(UTF8Interface(utf8.c_str())); }
+
+/// "2026-11-21 11:00:13 UTC" of 100 ns ticks since 1601.
+String dateText(const FILETIME& time)
+{
+    using namespace std::chrono;
+    const unsigned long long ticks = static_cast<unsigned long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+    const sys_seconds moment = sys_days(year(1601) / 1 / 1) + seconds(ticks / 10'000'000);
+    const auto day = floor<days>(moment);
+    const year_month_day date(day);
+    const hh_mm_ss clock(moment - day);
+    String text;
+    text.printf_apply(OXA_TEXT("%04d-%02u-%02u %02d:%02d:%02d UTC"), static_cast<int>(date.year()),
+                      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                      static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                      static_cast<int>(clock.seconds().count()));
+    return text;
+}
+
+/// Under keys in the user's language.
+class Collector
+{
+   public:
+    void add(unsigned int key, const String& value) { m_info.addInfo(stringOf(text(key)), value); }
+    void add(unsigned int key, const std::string& value) { add(key, stringOf(value)); }
+    InfoStringMap take() { return std::move(m_info); }
+
+   private:
+    InfoStringMap m_info;
+};
+
+void addSizes(Collector& info, const SharedFolder& folder)
+{
+    const Tree tree = readTree(folder);
+    reportProblems(tree);
+    info.add(IDS_KEY_KIND, text(IDS_KIND_FOLDER));
+    info.add(IDS_KEY_SIZE, byteText(tree.bytes));
+    info.add(IDS_KEY_FILES, numberText(tree.files.size()));
+    info.add(IDS_KEY_FOLDERS, numberText(tree.folders.size()));
+}
+
+void addSizes(Collector& info, const File& file)
+{
+    unsigned long long bytes = 0;
+    info.add(IDS_KEY_KIND, text(IDS_KIND_FILE));
+    if (file.size(bytes)) info.add(IDS_KEY_SIZE, byteText(bytes));
+    info.add(IDS_KEY_READ_ONLY, text(file.isReadOnly() ? IDS_YES : IDS_NO));
+}
+
+}  // namespace
+
+InfoStringMap infoOf(const FileSystemItem& item)
+{
+    Collector info;
+    if (const auto* const file = dynamic_cast<const File*>(&item)) addSizes(info, *file);
+    if (const auto* const folder = dynamic_cast<const Directory*>(&item))
+        addSizes(info, std::make_shared<Directory>(*folder));
+    FILETIME time;
+    if (item.getCreationTime(&time)) info.add(IDS_KEY_CREATED, dateText(time));
+    if (item.getLastWriteTime(&time)) info.add(IDS_KEY_CHANGED, dateText(time));
+    return info.take();
+}
+
+std::vector<std::string> linesOf(const InfoStringMap& info)
+{
+    int width = 0;
+    for (const auto& [key, value] : info.getInfos()) width = std::max(width, key.length());
+    std::vector<std::string> lines;
+    for (const auto& [key, value] : info.getInfos())
+        lines.push_back(left(key.stringUTF8(), static_cast<std::size_t>(width)) + " = " + value.stringUTF8());
+    return lines;
+}
+
+}  // namespace foldertool

@@ -1,0 +1,37 @@
+#include "examples/foldertool/output.h"
+
+#include <iostream>
+
+#include "examples/foldertool/failure.h"
+#include "examples/foldertool/system.h"
+#include "examples/foldertool/text.h"
+
+namespace foldertool
+{
+
+void print(const std::string& line)
+{
+    throwIfStopped();
+    std::cout << line << '\n';
+}
+
+void complain(const std::string& message)
+{
+    // In the order of what happened, where both go to the same place.
+    std::cout.flush();
+    std::cerr << text(IDS_PROGRAM) + ": " + message + '\n';
+}
+
+void throwIfStopped()
+{
+    if (system::stopCode() != 0) throw Stopped(text(IDS_INTERRUPTED));
+}
+
+void finishOutput()
+{
+    const bool isWritten = static_cast<bool>(std::cout.flush());
+    throwIfStopped();
+    if (!isWritten) throw Failure(text(IDS_OUTPUT_FAILED));
+}
+
+}  // namespace foldertool

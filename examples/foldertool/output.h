@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace foldertool
+{
+
+/// A line on standard output.
+void print(const std::string& line);
+
+/// A line on standard error, with the program's name.
+void complain(const std::string& message);
+
+/// Ends what is under way by an exception when the program was asked to stop.
+void throwIfStopped();
+
+/// Throws when not all that was printed could be written.
+void finishOutput();
+
+}  // namespace foldertool

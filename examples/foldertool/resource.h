@@ -1,0 +1,149 @@
+// The texts of foldertool. The program carries this file, so that names can be looked up at run time.
+
+// Words, numbers and messages of every command
+#define IDS_PROGRAM 100
+#define IDS_DECIMAL_POINT 101
+#define IDS_DIGIT_GROUP 102
+#define IDS_ONE_FILE 103
+#define IDS_MANY_FILES 104
+#define IDS_ONE_FOLDER 105
+#define IDS_MANY_FOLDERS 106
+#define IDS_ONE_SYMBOL 107
+#define IDS_MANY_SYMBOLS 108
+#define IDS_ONE_RESOURCE 109
+#define IDS_MANY_RESOURCES 110
+#define IDS_ONE_MODULE 111
+#define IDS_MANY_MODULES 112
+#define IDS_ONE_FRAME 113
+#define IDS_MANY_FRAMES 114
+#define IDS_FILES_IN_FOLDERS 115
+#define IDS_RATE 116
+#define IDS_PROGRESS 117
+#define IDS_REASON 118
+#define IDS_INTERRUPTED 119
+#define IDS_OUTPUT_FAILED 120
+#define IDS_YES 121
+#define IDS_NO 122
+
+// Wrong usage
+#define IDS_NO_COMMAND 200
+#define IDS_UNKNOWN_COMMAND 201
+#define IDS_UNKNOWN_OPTION 202
+#define IDS_OPTION_NOT_TAKEN 203
+#define IDS_TOO_FEW_OPERANDS 204
+#define IDS_TOO_MANY_OPERANDS 205
+#define IDS_BAD_PATTERN 206
+
+// Operands that do not fit
+#define IDS_NO_PATH 300
+#define IDS_IS_FILE 301
+#define IDS_IS_FOLDER 302
+#define IDS_IS_NO_PLAIN_FILE 303
+#define IDS_IS_THERE 304
+#define IDS_IS_SAME 305
+#define IDS_LIES_INSIDE 306
+#define IDS_IS_ROOT 307
+#define IDS_TOO_LARGE 308
+
+// What goes wrong on the way
+#define IDS_NOT_READ 350
+#define IDS_NOT_MADE 351
+#define IDS_NOT_COPIED 352
+#define IDS_NOT_MOVED 354
+#define IDS_NOT_REMOVED 355
+#define IDS_COPY_INTERRUPTED 357
+#define IDS_ONLY_IN_ORIGINAL 358
+#define IDS_ONLY_IN_COPY 359
+#define IDS_OTHER_SIZE 360
+#define IDS_OTHER_CONTENT 361
+#define IDS_NO_TEMPORARY_FOLDER 362
+#define IDS_NO_ROOM 363
+
+// Results
+#define IDS_COPIED 400
+#define IDS_MOVED 401
+#define IDS_REMOVED 402
+#define IDS_BAD_SYMBOL 403
+#define IDS_NO_WINDOWS_FILE 404
+#define IDS_COLUMN_TYPE 405
+#define IDS_COLUMN_NAME 406
+#define IDS_COLUMN_LANGUAGE 407
+#define IDS_COLUMN_BYTES 408
+
+// What is known of a file or folder
+#define IDS_KEY_KIND 450
+#define IDS_KEY_SIZE 451
+#define IDS_KEY_FILES 452
+#define IDS_KEY_FOLDERS 453
+#define IDS_KEY_CREATED 454
+#define IDS_KEY_CHANGED 455
+#define IDS_KEY_READ_ONLY 456
+#define IDS_KIND_FILE 457
+#define IDS_KIND_FOLDER 458
+
+// Help: what each command does, what else is to be known of it, and what it takes
+#define IDS_USAGE 500
+#define IDS_USAGE_OF_COMMAND 501
+#define IDS_COMMANDS 502
+#define IDS_OPTIONS 503
+#define IDS_EXIT_CODES 504
+#define IDS_TOUR_SUMMARY 510
+#define IDS_TOUR_DETAILS 511
+#define IDS_TOUR_OPERANDS 512
+#define IDS_LIST_SUMMARY 513
+#define IDS_LIST_DETAILS 514
+#define IDS_LIST_OPERANDS 515
+#define IDS_COPY_SUMMARY 516
+#define IDS_COPY_DETAILS 517
+#define IDS_COPY_OPERANDS 518
+#define IDS_MOVE_SUMMARY 519
+#define IDS_MOVE_DETAILS 520
+#define IDS_MOVE_OPERANDS 521
+#define IDS_REMOVE_SUMMARY 522
+#define IDS_REMOVE_DETAILS 523
+#define IDS_REMOVE_OPERANDS 524
+#define IDS_SIZE_SUMMARY 525
+#define IDS_SIZE_DETAILS 526
+#define IDS_SIZE_OPERANDS 527
+#define IDS_INFO_SUMMARY 528
+#define IDS_INFO_DETAILS 529
+#define IDS_INFO_OPERANDS 530
+#define IDS_SYMBOLS_SUMMARY 531
+#define IDS_SYMBOLS_DETAILS 532
+#define IDS_SYMBOLS_OPERANDS 533
+#define IDS_RESOURCES_SUMMARY 534
+#define IDS_RESOURCES_DETAILS 535
+#define IDS_RESOURCES_OPERANDS 536
+#define IDS_STACK_SUMMARY 537
+#define IDS_STACK_DETAILS 538
+#define IDS_HELP_SUMMARY 540
+#define IDS_HELP_DETAILS 541
+#define IDS_HELP_OPERANDS 542
+
+// The tour
+#define IDS_TOUR_OF 600
+#define IDS_STEP_MODULES 601
+#define IDS_STEP_LIST 602
+#define IDS_STEP_COPY 603
+#define IDS_STEP_COMPARE 604
+#define IDS_STEP_RENAME 605
+#define IDS_STEP_INFO 606
+#define IDS_STEP_MOVE 607
+#define IDS_STEP_REMOVE 608
+#define IDS_STEP_STACK 609
+#define IDS_ALL_IN_ALL 610
+#define IDS_SAME 611
+#define IDS_DIFFERENT 612
+#define IDS_RENAMED 613
+#define IDS_WRITTEN_TO 614
+#define IDS_MOVED_TO 615
+#define IDS_ALL_REMOVED 616
+#define IDS_FAILED_STEPS 617
+
+// Why a module speaks its language
+#define IDS_BY_COMMAND_LINE 650
+#define IDS_BY_SETTING 651
+#define IDS_BY_USER 652
+#define IDS_BY_SYSTEM 653
+#define IDS_BUILT_IN 654
+#define IDS_NO_TRANSLATION 655
