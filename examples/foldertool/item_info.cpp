@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 
 #include "examples/foldertool/text.h"
 #include "examples/foldertool/tree.h"
@@ -16,15 +17,14 @@ namespace
 
 String stringOf(const std::string& utf8) { return String(UTF8Interface(utf8.c_str())); }
 
-/// "2026-11-21 11:00:13 UTC" of 100 ns ticks since 1601.
-String dateText(const FILETIME& time)
+/// "2026-11-21 11:00:13 UTC"
+String dateText(std::filesystem::file_time_type time)
 {
     using namespace std::chrono;
-    const unsigned long long ticks = static_cast<unsigned long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
-    const sys_seconds moment = sys_days(year(1601) / 1 / 1) + seconds(ticks / 10'000'000);
+    const auto moment = file_clock::to_sys(time);
     const auto day = floor<days>(moment);
     const year_month_day date(day);
-    const hh_mm_ss clock(moment - day);
+    const hh_mm_ss clock(floor<seconds>(moment - day));
     String text;
     text.printf_apply(OXA_TEXT("%04d-%02u-%02u %02d:%02d:%02d UTC"), static_cast<int>(date.year()),
                       static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
@@ -59,7 +59,9 @@ void addSizes(Collector& info, const File& file)
 {
     unsigned long long bytes = 0;
     info.add(IDS_KEY_KIND, text(IDS_KIND_FILE));
-    if (file.size(bytes)) info.add(IDS_KEY_SIZE, byteText(bytes));
+    // A link that leads nowhere has none.
+    if (!file.size(bytes)) return;
+    info.add(IDS_KEY_SIZE, byteText(bytes));
     info.add(IDS_KEY_READ_ONLY, text(file.isReadOnly() ? IDS_YES : IDS_NO));
 }
 
@@ -71,9 +73,9 @@ InfoStringMap infoOf(const FileSystemItem& item)
     if (const auto* const file = dynamic_cast<const File*>(&item)) addSizes(info, *file);
     if (const auto* const folder = dynamic_cast<const Directory*>(&item))
         addSizes(info, std::make_shared<Directory>(*folder));
-    FILETIME time;
-    if (item.getCreationTime(&time)) info.add(IDS_KEY_CREATED, dateText(time));
-    if (item.getLastWriteTime(&time)) info.add(IDS_KEY_CHANGED, dateText(time));
+    std::error_code error;
+    const auto changed = std::filesystem::last_write_time(item.toPath(), error);
+    if (!error) info.add(IDS_KEY_CHANGED, dateText(changed));
     return info.take();
 }
 

@@ -59,7 +59,7 @@ int runProgram(const Arguments& arguments)
     try
     {
         const bool isDone = run(parse(arguments));
-        finishOutput();
+        flushOutput();
         return isDone ? DONE : FAILED;
     }
     catch (const UsageError& error)

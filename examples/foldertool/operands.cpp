@@ -39,7 +39,11 @@ std::shared_ptr<Directory> folderAt(const fs::path& operand)
 }
 
 /// Also whether there is a link that leads nowhere.
-bool isThere(const FileSystemItem& item) { return item.exists() || fs::is_symlink(fs::symlink_status(item.toPath())); }
+bool isThere(const FileSystemItem& item)
+{
+    std::error_code error;
+    return item.exists() || fs::is_symlink(fs::symlink_status(item.toPath(), error));
+}
 
 bool isSame(const FileSystemItem& a, const FileSystemItem& b)
 {
@@ -84,7 +88,8 @@ std::string contentOf(const fs::path& operand, std::size_t megabytes)
     const std::string name = system::bytesOf(operand);
     if (file == nullptr) throw Failure(text(IDS_IS_FOLDER, {name}));
     // A pipe would keep the program waiting.
-    if (!fs::is_regular_file(file->toPath())) throw Failure(text(IDS_IS_NO_PLAIN_FILE, {name}));
+    if (std::error_code error; !fs::is_regular_file(file->toPath(), error))
+        throw Failure(text(IDS_IS_NO_PLAIN_FILE, {name}));
     unsigned long long bytes = 0;
     if (!file->size(bytes) || !file->access(4)) throw noItem(operand);
     if (bytes > megabytes * 1'000'000) throw Failure(text(IDS_TOO_LARGE, {name, std::to_string(megabytes) + " MB"}));

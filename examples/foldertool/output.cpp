@@ -27,7 +27,7 @@ void throwIfStopped()
     if (system::stopCode() != 0) throw Stopped(text(IDS_INTERRUPTED));
 }
 
-void finishOutput()
+void flushOutput()
 {
     const bool isWritten = static_cast<bool>(std::cout.flush());
     throwIfStopped();

@@ -14,7 +14,7 @@ void complain(const std::string& message);
 /// Ends what is under way by an exception when the program was asked to stop.
 void throwIfStopped();
 
-/// Throws when not all that was printed could be written.
-void finishOutput();
+/// Writes what is still held back. Throws when not all that was printed could be written.
+void flushOutput();
 
 }  // namespace foldertool

@@ -75,11 +75,10 @@
 #define IDS_KEY_SIZE 451
 #define IDS_KEY_FILES 452
 #define IDS_KEY_FOLDERS 453
-#define IDS_KEY_CREATED 454
-#define IDS_KEY_CHANGED 455
-#define IDS_KEY_READ_ONLY 456
-#define IDS_KIND_FILE 457
-#define IDS_KIND_FOLDER 458
+#define IDS_KEY_CHANGED 454
+#define IDS_KEY_READ_ONLY 455
+#define IDS_KIND_FILE 456
+#define IDS_KIND_FOLDER 457
 
 // Help: what each command does, what else is to be known of it, and what it takes
 #define IDS_USAGE 500

@@ -24,6 +24,7 @@ void TourSteps::begin(unsigned int title)
 {
     print("");
     print(std::to_string(++m_number) + ". " + text(title));
+    flushOutput();
     m_stepStart = Clock::now();
 }
 

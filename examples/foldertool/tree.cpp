@@ -13,10 +13,12 @@ namespace
 
 const String EVERYTHING(OXA_TEXT("*"));
 
+constexpr int FOR_READING = 4;
+
 /// Messages about those folders that lists pass over, because they cannot be read.
-std::vector<std::string> unreadable(const std::vector<SharedFolder>& folders)
+std::vector<std::string> unreadable(const SharedFolder& root, std::vector<SharedFolder> folders)
 {
-    constexpr int FOR_READING = 4;
+    folders.insert(folders.begin(), root);
     std::vector<std::string> messages;
     for (const SharedFolder& folder : folders)
         if (!folder->access(FOR_READING)) messages.push_back(text(IDS_NOT_READ, {pathText(*folder), lastReason()}));
@@ -36,7 +38,7 @@ Tree readTree(const SharedFolder& root)
     Tree tree;
     tree.root = root;
     tree.folders = root->collectDirectories(EVERYTHING, true);
-    tree.problems = unreadable(tree.folders);
+    tree.problems = unreadable(root, tree.folders);
     for (const SharedFile& file : root->collectFiles(EVERYTHING, true))
     {
         throwIfStopped();
@@ -54,9 +56,9 @@ std::string summary(const Tree& tree)
 
 bool reportProblems(const Tree& tree) { return report(tree.problems); }
 
-bool reportUnreadableFolders(const Directory& root)
+bool reportUnreadableFolders(const SharedFolder& root)
 {
-    return report(unreadable(root.collectDirectories(EVERYTHING, true)));
+    return report(unreadable(root, root->collectDirectories(EVERYTHING, true)));
 }
 
 }  // namespace foldertool

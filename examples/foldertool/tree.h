@@ -34,6 +34,6 @@ std::string summary(const Tree& tree);
 
 /// Complain about what could not be read. True when there was nothing of that.
 bool reportProblems(const Tree& tree);
-bool reportUnreadableFolders(const Oxa_1_1::Directory& root);
+bool reportUnreadableFolders(const SharedFolder& root);
 
 }  // namespace foldertool

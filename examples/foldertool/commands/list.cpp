@@ -31,7 +31,7 @@ bool commands::list(const CommandLine& line)
         ++count;
     }
     print(right(byteText(totalBytes), SIZE_COLUMNS) + "  " + counted(IDS_ONE_FILE, count));
-    return reportUnreadableFolders(*folder);
+    return reportUnreadableFolders(folder);
 }
 
 }  // namespace foldertool

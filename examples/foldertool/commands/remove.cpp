@@ -12,6 +12,19 @@ namespace foldertool
 
 using namespace Oxa_1_1;
 
+namespace
+{
+
+/// Says what stays; of a folder, the first file of all that do.
+std::string notRemoved(const FileSystemItem& item, const std::string& reason)
+{
+    const auto* const folder = dynamic_cast<const Directory*>(&item);
+    const auto files = folder != nullptr ? folder->collectFiles(OXA_TEXT("*"), true) : std::vector<SharedFile>();
+    return text(IDS_NOT_REMOVED, {pathText(files.empty() ? item : *files.front()), reason});
+}
+
+}  // namespace
+
 bool commands::remove(const CommandLine& line)
 {
     const SharedItem item = existingItem(line.operands[0]);
@@ -20,7 +33,7 @@ bool commands::remove(const CommandLine& line)
 
     const FirstReason reason;
     const bool isRemoved = folder != nullptr ? folder->remove(true) : item->remove();
-    if (!isRemoved) throw Failure(text(IDS_NOT_REMOVED, {pathText(*item), reason.text()}));
+    if (!isRemoved) throw Failure(notRemoved(*item, reason.text()));
     print(text(IDS_REMOVED, {pathText(*item)}));
     return true;
 }
