@@ -26,6 +26,7 @@ std::string lineText(const StackWalker::CallstackEntry& entry)
 std::string shortName(const StackWalker::CallstackEntry& entry)
 {
     String name(*entry.undName != '\0' ? entry.undName : entry.name);
+    if (name.isEmpty()) name.printf_apply(OXA_TEXT("0x%llx"), entry.offset);
     for (const char* const part : {"(anonymous namespace)::", "[abi:cxx11]"}) name.replace(String(part), String::EMPTY);
     return name.stringUTF8();
 }

@@ -45,18 +45,21 @@ bool isThere(const FileSystemItem& item)
     return item.exists() || fs::is_symlink(fs::symlink_status(item.toPath(), error));
 }
 
-bool isSame(const FileSystemItem& a, const FileSystemItem& b)
+/// Where the links in a path lead. Its end need not be there yet.
+SharedFolder realFolder(const FileSystemItem& item)
 {
     std::error_code error;
-    return fs::equivalent(a.toPath(), b.toPath(), error);
+    return Directory::fromPath(fs::weakly_canonical(item.toPath(), error));
 }
 
-/// By what they are, not by their names.
-bool isSameOrInside(const Directory& inner, const Directory& outer)
+bool isSame(const FileSystemItem& a, const FileSystemItem& b)
 {
-    std::error_code error;
-    SharedFolder place = Directory::fromPath(fs::weakly_canonical(inner.toPath(), error));
-    for (; place != nullptr; place = place->getParent())
+    return system::isSame(realFolder(a)->toPath(), realFolder(b)->toPath());
+}
+
+bool isInside(const Directory& inner, const Directory& outer)
+{
+    for (SharedFolder place = realFolder(inner)->getParent(); place != nullptr; place = place->getParent())
         if (isSame(*place, outer)) return true;
     return false;
 }
@@ -104,7 +107,7 @@ SharedFolder newFolder(const fs::path& operand, const Directory& source, bool ov
     const std::string name = system::bytesOf(operand);
     if (!folder->exists() && isThere(*File::fromPath(wholePath(operand)))) throw Failure(text(IDS_IS_FILE, {name}));
     if (isSame(*folder, source)) throw Failure(text(IDS_IS_SAME, {name}));
-    if (isSameOrInside(*folder, source)) throw Failure(text(IDS_LIES_INSIDE, {name, pathText(source)}));
+    if (isInside(*folder, source)) throw Failure(text(IDS_LIES_INSIDE, {name, pathText(source)}));
     if (!overwrite && folder->exists() && !folder->isEmpty()) throw Failure(text(IDS_IS_THERE, {name}));
     return folder;
 }

@@ -23,6 +23,9 @@ std::vector<std::filesystem::path> arguments(int argc, char** argv);
 Oxa_1_1::String textOf(const std::filesystem::path& argument);
 std::string bytesOf(const std::filesystem::path& argument);
 
+/// Whether two paths, without links in them, lead to the same file or folder.
+bool isSame(const std::filesystem::path& a, const std::filesystem::path& b);
+
 /// The columns of the terminal that standard error goes to; 0 when it goes elsewhere.
 int terminalWidth();
 

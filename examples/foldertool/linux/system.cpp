@@ -73,6 +73,12 @@ Oxa_1_1::String textOf(const std::filesystem::path& argument)
 
 std::string bytesOf(const std::filesystem::path& argument) { return argument.native(); }
 
+bool isSame(const std::filesystem::path& a, const std::filesystem::path& b)
+{
+    std::error_code error;
+    return std::filesystem::equivalent(a, b, error);
+}
+
 int terminalWidth()
 {
     constexpr int USUAL_WIDTH = 80;

@@ -44,6 +44,11 @@ Oxa_1_1::String textOf(const std::filesystem::path& argument) { return Oxa_1_1::
 
 std::string bytesOf(const std::filesystem::path& argument) { return textOf(argument).stringUTF8(); }
 
+bool isSame(const std::filesystem::path& a, const std::filesystem::path& b)
+{
+    return textOf(a).compareIgnoreCase(textOf(b)) == 0;
+}
+
 int terminalWidth()
 {
     CONSOLE_SCREEN_BUFFER_INFO info = {};

@@ -1,0 +1,149 @@
+#!/usr/bin/env bash
+# What foldertool answers to command lines, and what it leaves on the disk.
+# Arguments: the system that it is built for (linux or windows), and the command that runs it.
+set -uo pipefail
+system=$1
+shift
+program=("$@")
+scripts=$(cd "$(dirname "$0")/../../scripts" && pwd)
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 1
+export LC_ALL=C.UTF-8 LANGUAGE= XDG_CONFIG_HOME=$folder/none
+if [ "$system" = linux ]; then
+  mkdir temporary
+  export TMPDIR=$folder/temporary
+  leftovers=$folder/temporary/foldertool*
+else
+  leftovers=${OXA_WINEPREFIX:-$scripts/../build/wine}/drive_c/users/*/Temp/foldertool*
+fi
+failed=0
+
+fail() {
+  echo "FAILED: $1"
+  failed=1
+}
+
+# Runs a command line: expect CODE PIECE ARGUMENT... The piece is in what the program says on both streams.
+expect() {
+  local code=$1 piece=$2 said status=0
+  shift 2
+  # By a file, since processes that Wine leaves behind would keep a pipe open.
+  "${program[@]}" "$@" >"$folder/said" 2>&1 </dev/null || status=$?
+  said=$(<"$folder/said")
+  [ "$status" = "$code" ] || fail "$* ended with $status instead of $code: $said"
+  [[ $said == *"$piece"* ]] || fail "$* did not say '$piece': $said"
+}
+
+same() { diff -r "$1" "$2" || fail "$1 and $2 differ"; }
+gone() { [ ! -e "$1" ] || fail "$1 is still there"; }
+
+mkdir -p tree/sub/deep full empty
+printf 'first' >tree/a.txt
+printf '2nd' >tree/sub/B.TXT
+head -c 3000000 /dev/urandom >tree/sub/deep/large.bin
+: >tree/sub/none
+printf 'x' >full/x
+printf '#define A 1\n#define B A\n#define A 2\n' >bad.h
+cp -r tree original
+
+expect 0 "Usage: foldertool COMMAND" --help
+expect 0 "Aufruf: foldertool BEFEHL" help -lang=DEU
+expect 0 "Usage: foldertool copy SOURCE TARGET [--overwrite]" copy --help
+expect 0 "foldertool 1.0.0.0" --version
+expect 2 "a command is missing"
+expect 2 "unknown command 'fly'" fly
+expect 2 "unbekannter Befehl 'fly'" fly /LANG=deu
+expect 2 "unknown option '--fast'" --fast list
+expect 2 "unknown command '--help'" -- --help
+expect 2 "'list' does not take --overwrite" list --overwrite '*' tree
+expect 2 "too few operands" list '*'
+expect 2 "zu viele Angaben" size tree empty -lang=DEU
+expect 2 "'a|b' is no pattern" list 'a|b' tree
+expect 1 "'nowhere': " list '*' nowhere
+expect 1 "'tree/a.txt' is a file, a folder is wanted" tour tree/a.txt
+expect 1 "'' is no path" size ''
+expect 0 "8 B  2 files" list '*.txt' tree
+expect 0 "4 Dateien in 2 Ordnern, 3,0 MB" size tree -lang=DEU
+expect 0 "Files   = 4" info tree
+expect 0 "Size      = 5 B" info tree/a.txt
+expect 1 "'bad.h', line 3: no definition" symbols bad.h
+expect 0 "101  IDS_DECIMAL_POINT" symbols "$scripts/../examples/foldertool/resource.h"
+expect 0 "VERSIONINFO     #1" resources "$scripts/../tests/data/resources/sample.dll"
+expect 1 "'bad.h' is no program or library for Windows" resources bad.h
+expect 0 "foldertool::commands::stack" stack
+
+expect 1 "'tree' is source and target" copy tree tree
+expect 1 "'tree/sub/new' lies in" copy tree tree/sub/new
+expect 1 "'full' is there already" copy tree full
+expect 1 "'full' ist ein Ordner, verlangt ist eine Datei" copy bad.h full -lang=DEU
+expect 0 "4 files copied, 3.0 MB" copy tree new/copy
+same tree new/copy
+expect 0 "4 files copied" copy tree full --overwrite
+[ -e full/x ] || fail "copying removed full/x"
+expect 0 "1 file copied" copy tree/a.txt new/b.txt
+expect 1 "'new/b.txt' is there already" move tree/sub/B.TXT new/b.txt
+expect 0 "moved" move new/b.txt tree/sub/B.TXT --overwrite
+same tree/a.txt tree/sub/B.TXT
+expect 1 "lies in" move new new/copy/sub
+expect 0 "moved" move new/copy empty
+same original/sub/deep empty/sub/deep
+gone new/copy
+expect 0 "removed" remove empty
+gone empty
+expect 1 "'empty': " remove empty
+expect 0 "All steps done" tour tree
+expect 0 "Option -lang" tour tree -lang=DEU
+
+# Names of any bytes, closed and full outputs, and signals are as they are here on Linux.
+linux_only() {
+  local odd=$'odd\xff:*?. ' file source status said
+  mkdir "tree/$odd"
+  printf 'odd' >"tree/$odd/$odd"
+  ln -s .. "tree/$odd/loop"
+  expect 0 "$folder/tree/$odd/$odd" list 'odd*' "tree/$odd"
+  expect 0 "All steps done" tour tree
+  expect 0 "5 files copied" copy tree "$odd"
+  same "tree/$odd/$odd" "$odd/$odd/$odd"
+  ln -s tree link
+  expect 0 "removed" remove link
+  [ -d tree ] || fail "removing a link removed what it leads to"
+  ln -s nowhere tree/dangling
+  expect 1 "cannot copy '$folder/tree/dangling'" tour tree
+
+  "${program[@]}" --help >/dev/full 2>/dev/null
+  [ $? = 1 ] || fail "a full output was not noticed"
+  "${program[@]}" copy tree/a.txt closed >&- 2>&-
+  same tree/a.txt closed
+  "${program[@]}" tour original | head -n 1 >/dev/null
+  "$scripts/demo.sh" a b 2>/dev/null
+  [ $? = 2 ] || fail "demo.sh took two folders"
+  said=$("$scripts/demo.sh" nowhere 2>&1)
+  [ "$said" = "demo.sh: 'nowhere' is no folder" ] || fail "demo.sh said: $said"
+
+  # Interrupted while it copies many files, and while it copies a large one. Copies that were faster are made again.
+  mkdir many
+  head -c 4000000 /dev/zero | split -b 1000 -a 3 - many/
+  for source in many large; do
+    [ $source = many ] || { mkdir large && head -c 200000000 /dev/zero >large/file; }
+    for _ in 1 2 3 4 5 6 7 8 9; do
+      rm -rf out
+      "${program[@]}" copy $source out 2>said >/dev/null &
+      until [ -n "$(ls out 2>/dev/null)" ] || ! kill -0 $! 2>/dev/null; do :; done
+      kill -INT $! 2>/dev/null
+      wait $!
+      status=$?
+      [ $status = 0 ] || break
+    done
+    [ $status = 130 ] || fail "the interrupted copy of $source ended with $status"
+    grep -q "interrupted, .* copied" said || fail "the interrupted copy of $source said: $(cat said)"
+    for file in out/*; do
+      [ ! -e "$file" ] || cmp "$file" "$source/${file#out/}" || fail "an incomplete file was left"
+    done
+  done
+}
+[ "$system" != linux ] || linux_only
+
+# shellcheck disable=SC2086 # They are patterns.
+! ls -d $leftovers 2>/dev/null || fail "temporary folders were left"
+exit $failed
