@@ -60,7 +60,8 @@ bool FileContent::isSparse() const
 bool FileContent::reserve() const
 {
     if (m_source.st_size <= static_cast<off_t>(PIECE)) return true;
-    if (uninterrupted([&] { return fallocate(m_to, 0, 0, m_source.st_size); }) == 0) return true;
+    // Interrupted, it would begin again, and never end under a steady timer.
+    if (fallocate(m_to, 0, 0, m_source.st_size) == 0) return true;
     return (errno != ENOSPC && errno != EDQUOT && errno != EFBIG) || failWith(errno);
 }
 
