@@ -73,10 +73,18 @@ void removeCopy(const Directory& copy, bool wasThere)
     copy.remove(true);
 }
 
-/// Moves the link itself, not what it leads to.
+/// Whether there is something that is no folder.
+bool isTakenByFile(const Directory& place)
+{
+    const auto parent = place.getParent();
+    const auto file = parent != nullptr ? File::fromString(*parent, place.getName()) : nullptr;
+    return file != nullptr && file->exists();
+}
+
+/// Moves the link itself, not what it leads to. A file in its place would be lost, so it stays.
 bool moveLink(const Directory& link, const Directory& target, bool overwrite)
 {
-    if (detail::isSameFolder(link, target)) return false;
+    if (detail::isSameFolder(link, target) || isTakenByFile(target)) return false;
     if (target.exists() && (!overwrite || !target.remove(true))) return false;
     const auto parent = target.getParent();
     if (parent != nullptr && !parent->create()) return false;
@@ -106,6 +114,15 @@ bool moveFile(const File& file, const Directory& folder, const Directory& target
     const auto place = directory != nullptr ? makePlace(target, folder, *directory) : nullptr;
     const auto targetFile = place != nullptr ? File::fromString(*place, file.getName()) : nullptr;
     return targetFile != nullptr && file.move(*targetFile, overwrite);
+}
+
+/// Removes what is left of a moved tree. A file that came meanwhile, or was not listed, stays, and the folders above
+/// it.
+bool removeFolders(const Directory& folder, const detail::FolderTree& tree)
+{
+    return std::all_of(tree.directories.rbegin(), tree.directories.rend(),
+                       [](const auto& directory) { return directory->remove(false); }) &&
+           folder.remove(false);
 }
 
 }  // namespace
@@ -163,7 +180,7 @@ bool Directory::move(const Directory& target, bool overwrite) const
         if (!moveFolder(*directory, *this, target)) return false;
     for (const auto& file : tree.files)
         if (!moveFile(*file, *this, target, overwrite)) return false;
-    return remove(true);
+    return removeFolders(*this, tree);
 }
 
 bool Directory::move(const String& target, bool overwrite) const
