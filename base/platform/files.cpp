@@ -123,6 +123,11 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
     return observed("copyFile", from, to, [&] { return native::copyFile(from, to, failIfExists, progress); });
 }
 
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    return observed("copyLink", from, to, [&] { return native::copyLink(from, to, failIfExists); });
+}
+
 bool createFolder(TextView path)
 {
     return observed("createFolder", path, [&] { return native::createFolder(path); });

@@ -83,6 +83,8 @@ bool renameFile(TextView from, TextView to);
 using CopyProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;
 /// Copies content, attributes and times. An incomplete target is removed on failure. `progress` may be empty.
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress);
+/// Copies a link itself, with its time.
+bool copyLink(TextView from, TextView to, bool failIfExists);
 
 /// Fails with 183 when there is such a folder or file.
 bool createFolder(TextView path);

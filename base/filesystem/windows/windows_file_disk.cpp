@@ -44,9 +44,11 @@ bool OxaWindowsFileSystemFile::exists() const
 
 bool OxaWindowsFileSystemFile::getFileSize(ULARGE_INTEGER& size) const
 {
-    const auto information = platform::readInformation(getFullNameUnicode());
-    if (!information) return false;
-    platform::store(information->size, size);
+    const String path = getFullNameUnicode();
+    const auto information = platform::readInformation(path);
+    if (!information && !platform::isLink(path)) return false;
+    // A link that leads nowhere is there, and holds nothing.
+    platform::store(information ? information->size : 0, size);
     return true;
 }
 

@@ -35,6 +35,9 @@ int codeOfLastError()
     }
 }
 
+/// Of a file that is there all the same.
+bool leadsNowhere(const String& link) { return platform::isLink(link) && !platform::readAttributes(link); }
+
 int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSystemFile& target, bool overwrite,
                IProgress* progress)
 {
@@ -44,9 +47,15 @@ int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSyste
         report = [progress](std::uint64_t done, std::uint64_t total)
         { progress->onProgress(static_cast<double>(done) * 100.0 / static_cast<double>(total)); };
     }
-    const bool isCopied =
-        platform::copyFile(source.getFullNameUnicode(), target.getFullNameUnicode(), !overwrite, report);
-    return isCopied ? detail::SUCCESS : codeOfLastError();
+    const String from = source.getFullNameUnicode();
+    const String to = target.getFullNameUnicode();
+    if (platform::copyFile(from, to, !overwrite, report)) return detail::SUCCESS;
+    const int code = codeOfLastError();
+    if (!leadsNowhere(from)) return code;
+    // There is no content, so the link itself is copied; content of others does not give way to it.
+    if (!platform::copyLink(from, to, !overwrite || !leadsNowhere(to))) return codeOfLastError();
+    if (report) report(0, 0);
+    return detail::SUCCESS;
 }
 
 /// Through streams, as when neither side can do it alone.

@@ -20,6 +20,7 @@ bool touchFolder(TextView path);
 bool deleteFile(TextView path);
 bool renameFile(TextView from, TextView to);
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress);
+bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);
 bool removeFolder(TextView path);
 bool isEmptyFolder(TextView path);

@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <climits>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "base/platform/detail/native_files.h"
@@ -137,6 +139,15 @@ void copyModeAndTimes(const struct stat& source, int to)
     futimens(to, times);
 }
 
+/// Empty when it cannot be read.
+std::string readLink(const ReachablePath& path)
+{
+    std::string text(PATH_MAX, '\0');
+    const ssize_t length = readlinkat(path.folder(), path.itself(), text.data(), text.size());
+    text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+    return text;
+}
+
 }  // namespace
 
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
@@ -148,7 +159,8 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
     if (!source.isOpen()) return false;
 
     Target target(targetPath);
-    if (!target.create(status.st_mode & 0777))
+    // Whoever finds an incomplete copy, after a crash, can replace it.
+    if (!target.create((status.st_mode & 0777) | S_IWUSR))
     {
         if (errno != EEXIST) return targetPath.fail();
         if (failIfExists) return failWithCode(FILE_EXISTS);
@@ -160,6 +172,32 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
     copyModeAndTimes(status, target.get());
     if (!target.keep()) return false;
     reporter.finish(content.done());
+    return true;
+}
+
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    const ReachablePath source(from);
+    const ReachablePath target(to);
+    struct stat status;
+    if (!source.readOwnStatus(status)) return false;
+    const std::string text = readLink(source);
+    if (text.empty()) return source.fail();
+    const auto make = [&] { return symlinkat(text.c_str(), target.folder(), target.itself()) == 0; };
+    if (!make())
+    {
+        if (errno != EEXIST) return target.fail();
+        if (failIfExists) return failWithCode(FILE_EXISTS);
+        struct stat existing;
+        if (!target.readOwnStatus(existing)) return false;
+        if (isSameFile(existing, status)) return failWithCode(SHARING_VIOLATION);
+        if (unlinkat(target.folder(), target.itself(), 0) != 0 || !make()) return target.fail();
+    }
+    const struct timespec times[]
+    {
+        {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, status.st_mtim
+    };
+    utimensat(target.folder(), target.itself(), times, AT_SYMLINK_NOFOLLOW);
     return true;
 }
 

@@ -54,4 +54,12 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
     return true;
 }
 
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    // Not every compiler's headers have it.
+    constexpr DWORD COPY_LINK_ITSELF = 0x800;
+    const DWORD flags = COPY_LINK_ITSELF | (failIfExists ? COPY_FILE_FAIL_IF_EXISTS : 0);
+    return CopyFileExW(Text(from).c_str(), Text(to).c_str(), nullptr, nullptr, nullptr, flags) != 0;
+}
+
 }  // namespace Oxa_1_1::platform::native
