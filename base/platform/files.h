@@ -88,7 +88,7 @@ bool copyLink(TextView from, TextView to, bool failIfExists);
 
 /// Fails with 183 when there is such a folder or file.
 bool createFolder(TextView path);
-/// Removes an empty folder, or the link to a folder itself.
+/// Removes an empty folder, or the link to a folder itself, even if that is gone.
 bool removeFolder(TextView path);
 /// Whether the folder is there and holds nothing.
 bool isEmptyFolder(TextView path);

@@ -39,8 +39,11 @@ bool OxaWindowsFileSystemDirectory::remove(bool recursive) const
 {
     const String path = getFullNameUnicode();
     const auto attributes = platform::readAttributes(path);
-    if (!attributes || (*attributes & platform::FOLDER) == 0) return true;
-    const bool isLink = (*attributes & platform::LINK) != 0 && platform::isLink(path);
+    const bool isFolder = attributes && (*attributes & platform::FOLDER) != 0;
+    // A link that was listed as a folder is removed, too, when what it led to is gone by now.
+    if (!isFolder && m_path->link != detail::LinkState::LINK) return true;
+    const bool isLink = (!isFolder || (*attributes & platform::LINK) != 0) && platform::isLink(path);
+    if (!isFolder && !isLink) return true;
     if (recursive && !isLink && !detail::makeDirectory(m_path)->removeContents(true)) return false;
     if (platform::removeFolder(path)) return true;
     detail::reportFailure(OXA_TEXT("Failed to remove directory '%ls'.\r\nWindows error message: %ls"), getFullName());

@@ -146,12 +146,13 @@ bool removeFolder(TextView path)
     const ReachablePath reachable(path);
     if (unlinkat(reachable.folder(), reachable.itself(), AT_REMOVEDIR) == 0) return true;
     if (errno != ENOTDIR) return reachable.fail();
-    // A link is no folder, but the one to a folder is removed like it.
+    // A link is no folder, but one that may have led to a folder is removed like it.
     struct stat own;
     struct stat behind;
     if (!reachable.readOwnStatus(own)) return false;
-    if (S_ISLNK(own.st_mode) && fstatat(reachable.folder(), reachable.path(), &behind, 0) == 0 &&
-        S_ISDIR(behind.st_mode))
+    const bool leadsToFile =
+        fstatat(reachable.folder(), reachable.itself(), &behind, 0) == 0 && !S_ISDIR(behind.st_mode);
+    if (S_ISLNK(own.st_mode) && !leadsToFile)
         return unlinkat(reachable.folder(), reachable.itself(), 0) == 0 || reachable.fail();
     setLastError(NOT_A_FOLDER);
     return false;
