@@ -32,7 +32,6 @@ TEST(Links, AreFoldersToWalkThroughButNotInCircles)
     EXPECT_EQ(sorted(namesIn(*tree, tree->collectContents("*", true))),
               (Names{"dangling", "inner/", "inner/self/", "inner/top/", "link/", "link/file", "up/"}));
     unsigned long long bytes = 0;
-    std::filesystem::remove(temp.path("tree/dangling"));
     EXPECT_TRUE(tree->size(bytes));
     EXPECT_EQ(bytes, std::string("content").size());
 
@@ -81,6 +80,86 @@ TEST(Links, AreMovedThemselves)
     link(temp, "real/file", "to_file");
     EXPECT_FALSE(temp.file("to_file")->move(*temp.file("real/file"), true));
     EXPECT_EQ(temp.read("real/file"), "content");
+}
+
+TEST(Links, AreRemovedInAnyOrder)
+{
+    const TempFolder temp;
+    Messages messages;
+    // Whatever goes first, others lead to it.
+    for (const char* const name : {"a", "b", "c", "d", "e"})
+    {
+        temp.makeFolder("tree/" + std::string(name));
+        for (const char* const to : {"a", "b", "c", "d", "e"})
+            link(temp, "../" + std::string(to), "tree/" + std::string(name) + "/to_" + to);
+        link(temp, std::string(name) + "/to_" + name, "tree/to_" + std::string(name));
+    }
+    EXPECT_TRUE(temp.directory("tree")->remove(true));
+    EXPECT_EQ(temp.contents(), Names{});
+    EXPECT_TRUE(messages.take().empty());
+}
+
+TEST(Links, ThatLeadNowhereAreCopiedThemselves)
+{
+    const TempFolder temp;
+    temp.write("tree/file");
+    temp.write("old", "old");
+    temp.makeFolder("copies");
+    link(temp, "nowhere", "tree/dangling");
+    link(temp, "self", "tree/self");
+    const auto tree = temp.directory("tree");
+    for (const bool isThere : {false, true})
+    {
+        EXPECT_NE(tree->copy(*temp.directory("copies"), isThere, nullptr), nullptr);
+        EXPECT_EQ(std::filesystem::read_symlink(temp.path("copies/tree/dangling")), "nowhere");
+        EXPECT_EQ(std::filesystem::read_symlink(temp.path("copies/tree/self")), "self");
+    }
+    unsigned long long bytes = 0;
+    EXPECT_TRUE(tree->size(bytes));
+    EXPECT_EQ(bytes, std::string("content").size());
+    const auto dangling = temp.file("tree/dangling");
+    EXPECT_EQ(dangling->copy(*dangling, true, nullptr), 18);
+    EXPECT_EQ(dangling->copy(*temp.file("copies/tree/dangling"), false, nullptr), 18);
+    EXPECT_EQ(dangling->copy(*temp.file("old"), true, nullptr), 18);
+    EXPECT_EQ(temp.read("old"), "old");
+    EXPECT_TRUE(dangling->exists());
+}
+
+TEST(Links, DoNotReplaceFilesWhenTheyMove)
+{
+    const TempFolder temp;
+    temp.makeFolder("real");
+    temp.makeFolder("tree");
+    link(temp, "../real", "tree/name");
+    temp.write("target/name", "old");
+    for (const bool isAlone : {false, true})
+    {
+        const std::string inside = isAlone ? "/name" : "";
+        EXPECT_FALSE(temp.directory("tree" + inside)->move(*temp.directory("target" + inside), isAlone));
+        EXPECT_EQ(temp.read("target/name"), "old");
+        EXPECT_TRUE(std::filesystem::is_symlink(temp.path("tree/name")));
+    }
+}
+
+TEST(Links, DoNotMakeAFileItsOwnCopy)
+{
+    const TempFolder temp;
+    temp.write("folder/file");
+    std::filesystem::create_hard_link(temp.path("folder/file"), temp.path("hard"));
+    link(temp, "folder/file", "soft");
+    link(temp, "folder", "way");
+    for (const char* const name : {"folder/file", "hard", "soft", "way/file", "folder/../way/./file"})
+    {
+        for (const bool overwrite : {false, true})
+        {
+            EXPECT_EQ(temp.file("folder/file")->copy(*temp.file(name), overwrite, nullptr), 18) << name;
+            EXPECT_EQ(temp.file(name)->copy(*temp.file("folder/file"), overwrite, nullptr), 18) << name;
+        }
+    }
+    EXPECT_EQ(temp.read("folder/file"), "content");
+    EXPECT_TRUE(temp.file("hard")->move(*temp.file("folder/file"), true));
+    EXPECT_EQ(temp.read("folder/file"), "content");
+    EXPECT_FALSE(temp.has("hard"));
 }
 
 TEST(Links, DoNotHideThatATargetLiesInTheSource)

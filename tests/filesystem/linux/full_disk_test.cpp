@@ -1,0 +1,167 @@
+// Small file systems that fill up, and files that may not grow.
+
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+
+#include "tests/filesystem/messages.h"
+#include "tests/filesystem/temp_folder.h"
+
+namespace Oxa_1_1::test
+{
+
+namespace
+{
+
+constexpr int FAILED = 18;
+constexpr int DISK_FULL = 221;
+constexpr int FORBIDDEN = 77;
+
+/// Runs the test in a process of its own and returns its exit code.
+int inChild(const std::function<void()>& test)
+{
+    const int child = fork();
+    if (child == 0)
+    {
+        test();
+        std::_Exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+void writeTo(const char* file, const std::string& text) { std::ofstream(file) << text; }
+
+/// Mounts an empty file system that this process alone sees, also without being the superuser.
+bool mountSmall(const std::filesystem::path& place, const char* options)
+{
+    const auto user = std::to_string(geteuid());
+    const auto group = std::to_string(getegid());
+    if (unshare(CLONE_NEWNS) != 0)
+    {
+        if (unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) return false;
+        writeTo("/proc/self/setgroups", "deny");
+        writeTo("/proc/self/uid_map", "0 " + user + " 1");
+        writeTo("/proc/self/gid_map", "0 " + group + " 1");
+    }
+    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("none", place.c_str(), "tmpfs", 0, options) == 0;
+}
+
+class FullDisk : public testing::Test
+{
+   protected:
+    void withSmallDisk(const char* options, const std::function<void()>& test)
+    {
+        temp.makeFolder("disk");
+        const int code = inChild(
+            [&]
+            {
+                if (!mountSmall(temp.path("disk"), options)) std::_Exit(FORBIDDEN);
+                test();
+            });
+        if (code == FORBIDDEN) GTEST_SKIP() << "This system lets nobody mount a file system.";
+        EXPECT_EQ(code, 0);
+    }
+
+    int copy(const std::string& from, const std::string& to, bool overwrite = false) const
+    {
+        return temp.file(from)->copy(*temp.file(to), overwrite, nullptr);
+    }
+
+    const TempFolder temp;
+    Messages messages;
+};
+
+TEST_F(FullDisk, TakesNoIncompleteFiles)
+{
+    const std::string large(2 << 20, 'x');
+    const std::string medium(100 << 10, 'y');
+    temp.write("large", large);
+    temp.write("medium", medium);
+    temp.write("tree/a/small", "small");
+    temp.write("tree/large", large);
+    withSmallDisk("size=1m",
+                  [&]
+                  {
+                      EXPECT_EQ(copy("large", "disk/large"), DISK_FULL);
+                      temp.write("disk/old", "old");
+                      EXPECT_EQ(copy("large", "disk/old", true), DISK_FULL);
+                      EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("disk"), false, nullptr), nullptr);
+                      EXPECT_EQ(temp.contents("disk"), Names{});
+                      // Too small to be reserved, so that writing it fails.
+                      temp.write("disk/filler", std::string(980 << 10, 'z'));
+                      EXPECT_EQ(copy("medium", "disk/medium"), DISK_FULL);
+                      EXPECT_EQ(temp.contents("disk"), Names{"filler"});
+                      EXPECT_EQ(copy("tree/a/small", "disk/small"), 0);
+                  });
+    EXPECT_EQ(temp.read("large"), large);
+    EXPECT_EQ(temp.contents("tree"), (Names{"a/", "a/small", "large"}));
+}
+
+TEST_F(FullDisk, OfNamesTakesNoMoreFiles)
+{
+    temp.write("file");
+    std::filesystem::create_symlink("nowhere", temp.path("dangling"));
+    withSmallDisk("size=1m,nr_inodes=3",
+                  [&]
+                  {
+                      EXPECT_EQ(copy("file", "disk/one"), 0);
+                      EXPECT_EQ(copy("file", "disk/two"), 0);
+                      EXPECT_EQ(copy("file", "disk/three"), DISK_FULL);
+                      EXPECT_EQ(copy("dangling", "disk/three"), DISK_FULL);
+                      EXPECT_FALSE(temp.directory("disk/three")->create());
+                      EXPECT_EQ(copy("file", "disk/two", true), 0);
+                      EXPECT_EQ(temp.contents("disk"), (Names{"one", "two"}));
+                  });
+}
+
+TEST_F(FullDisk, LosesNothingThatShallMoveThere)
+{
+    temp.write("file");
+    temp.write("tree/a/file");
+    temp.write("tree/b");
+    withSmallDisk("size=1m",
+                  [&]
+                  {
+                      for (const bool overwrite : {false, true})
+                      {
+                          EXPECT_FALSE(temp.file("file")->move(*temp.file("disk/file"), overwrite));
+                          EXPECT_FALSE(temp.directory("tree")->move(*temp.directory("disk/tree"), overwrite));
+                          temp.write("disk/file", "old");
+                          EXPECT_FALSE(temp.file("file")->move(*temp.file("disk/file"), overwrite));
+                          EXPECT_EQ(temp.read("disk/file"), "old");
+                          std::filesystem::remove(temp.path("disk/file"));
+                      }
+                  });
+    temp.makeFolder("disk");
+    EXPECT_EQ(temp.read("file"), "content");
+    EXPECT_EQ(temp.read("tree/a/file"), "content");
+    EXPECT_EQ(temp.read("tree/b"), "content");
+}
+
+TEST_F(FullDisk, IsAnotherReasonThanFilesThatMayNotGrow)
+{
+    temp.write("large", std::string(2 << 20, 'x'));
+    EXPECT_EQ(inChild(
+                  [&]
+                  {
+                      constexpr rlimit LIMIT{1 << 20, 1 << 20};
+                      std::signal(SIGXFSZ, SIG_IGN);
+                      setrlimit(RLIMIT_FSIZE, &LIMIT);
+                      EXPECT_EQ(copy("large", "copy"), FAILED);
+                      EXPECT_FALSE(temp.has("copy"));
+                  }),
+              0);
+}
+
+}  // namespace
+
+}  // namespace Oxa_1_1::test
