@@ -14,9 +14,13 @@ namespace Oxa_1_1
 /// A resource of a file. A type or name that is a number is written "#6".
 struct ResourceInfo
 {
+    /// What it is found by; the language is a LANGID, 0 for none.
+    /// @{
     String type;
     String name;
     unsigned short language = 0;
+    /// @}
+    /// In bytes.
     std::size_t size = 0;
 };
 
