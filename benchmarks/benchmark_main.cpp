@@ -1,15 +1,15 @@
-// Runs all that was registered and prints, for each piece of work, how the library stands beside its peers and whether
-// it reaches its goal. Medians of interleaved repetitions; the figures also go to a JSON file when one is named.
+// Runs row by row, everyone in a row in turns, and prints how the library stands beside its peers and whether it
+// reaches its goals. The figures are the best of the repetitions: what work takes when nothing else disturbs it.
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
-#include <limits>
+#include <iostream>
 #include <map>
-#include <optional>
-#include <vector>
 
-#include "benchmarks/work.h"
+#include "benchmarks/contest.h"
+#include "benchmarks/options.h"
+#include "benchmarks/report.h"
+#include "benchmarks/rows.h"
 
 namespace Oxa_1_1::bench
 {
@@ -17,52 +17,7 @@ namespace Oxa_1_1::bench
 namespace
 {
 
-/// At most so many times what `peer` takes.
-struct Goal
-{
-    const std::string& work;
-    std::string peer;
-    double ratio;
-};
-
-const Goal GOALS[] = {
-    {work::FROM_UTF8_SHORT, "Qt", 0.8},
-    {work::FROM_UTF8_ASCII, "Qt", 0.7},
-    {work::FROM_UTF8_MIXED, "Qt", 0.7},
-    {work::TO_UTF8_SHORT, "Qt", 0.8},
-    {work::TO_UTF8_ASCII, "Qt", 0.8},
-    {work::TO_UTF8_MIXED, "Qt", 0.6},
-    {work::FROM_ANSI, "ICU", 0.25},
-    {work::BUILD_LIST, "Qt", 0.4},
-    {work::WRITE_DOUBLE, "to_chars", 0.6},
-    {work::READ_INTS, FLOOR, 1.1},
-    {work::FIND_UNIT, FLOOR, 1.2},
-    {work::FIND_TEXT, FLOOR, 1.5},
-    {work::COMPARE, FLOOR, 2.0},
-    {work::MAP_INSERT, FLOOR, 1.2},
-    {work::MAP_FIND, FLOOR, 1.2},
-    {work::ESCAPE, FLOOR, 2.0},
-    {work::COPY, "std", 1.1},
-    {work::MOVE, "std", 1.1},
-    {work::OWN, FLOOR, 1.0},
-    {work::OWN_SHARED, FLOOR, 1.0},
-    {work::CREATE, FLOOR, 1.2},
-    {work::WATCH, "described shape", 1.0},
-    {work::KIND_HIT, FLOOR, 1.2},
-    {work::KIND_MISS, FLOOR, 1.2},
-    {work::TEXT_BY_ID, FLOOR, 2.5},
-    {work::TEXT_IN_LANGUAGE, FLOOR, 3.0},
-    {work::PARSE_HEADER, "std::map", 0.5},
-    {work::LOOK_UP_SYMBOL, "std::map", 1.0},
-    {work::CAPTURE, "backtrace", 1.0},
-    {work::CAPTURE_NAMED, "libbacktrace", 1.0},
-    {work::COUNT_DEPTH, "backtrace", 1.0},
-    {work::PASS_OVER, FLOOR, 2.0},
-};
-
-using Times = std::map<std::string, double>;
-
-/// Collects the times of all repetitions, in nanoseconds an item.
+/// Keeps the best that everyone takes for an item.
 class Collector : public benchmark::BenchmarkReporter
 {
    public:
@@ -72,128 +27,121 @@ class Collector : public benchmark::BenchmarkReporter
     {
         for (const Run& run : runs)
         {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
             const std::string& name = run.run_name.function_name;
-            m_samples[name].push_back(run.GetAdjustedRealTime() / run.counters.at("items").value);
+            if (run.error_occurred)
+                std::cerr << name << ": " << run.error_message << '\n';
+            else if (run.run_type == Run::RT_Iteration)
+                take(name, run.GetAdjustedRealTime() / run.counters.at("items").value);
         }
     }
 
-    /// The medians of everyone who does `work`.
-    Times medians(const std::string& work) const
-    {
-        Times times;
-        for (const auto& [name, samples] : m_samples)
-        {
-            if (!name.starts_with(work + "/")) continue;
-            std::vector<double> sorted = samples;
-            std::sort(sorted.begin(), sorted.end());
-            times[name.substr(work.size() + 1)] = sorted[sorted.size() / 2];
-        }
-        return times;
-    }
+    /// By name; without those who failed.
+    const std::map<std::string, double>& best() const { return m_best; }
 
    private:
-    std::map<std::string, std::vector<double>> m_samples;
+    void take(const std::string& name, double value)
+    {
+        const auto [place, isNew] = m_best.try_emplace(name, value);
+        if (!isNew) place->second = std::min(place->second, value);
+    }
+
+    std::map<std::string, double> m_best;
 };
 
-struct Row
+bool isWanted(const Contestant& contestant)
 {
-    std::string work;
-    Times times;
-    std::string goalPeer;
-    double goal;
-
-    std::optional<double> ratio(const std::string& peer) const
-    {
-        const auto other = times.find(peer);
-        const auto ours = times.find(OURS);
-        if (other == times.end() || ours == times.end()) return std::nullopt;
-        return ours->second / other->second;
-    }
-
-    std::string verdict() const
-    {
-        const auto reached = ratio(goalPeer);
-        if (!reached) return goalPeer + " is missing";
-        return *reached <= goal ? "reached" : "NOT REACHED";
-    }
-};
-
-void print(const Row& row)
-{
-    std::printf("%-40s", row.work.c_str());
-    if (const auto ours = row.times.find(OURS); ours != row.times.end()) std::printf(" %10.1f ns", ours->second);
-    if (const auto ratio = row.ratio(row.goalPeer))
-        std::printf("  %5.2f x %-8s (goal %.2f, %s)", *ratio, row.goalPeer.c_str(), row.goal, row.verdict().c_str());
-    for (const auto& [peer, time] : row.times)
-        if (peer != OURS) std::printf("  %s %.1f", peer.c_str(), time);
-    std::printf("\n");
+    return std::regex_search(contestant.work + "/" + contestant.who, options().filter);
 }
 
-void writeJson(const std::string& file, const std::vector<Row>& rows)
+Standing measure(const Row& row)
 {
-    std::ofstream json(file);
-    json << "[\n";
-    for (const Row& row : rows)
+    bool isEntered = false;
+    Standing standing{.row = row, .values = {}};
+    benchmark::ClearRegisteredBenchmarks();
+    for (const Contestant& contestant : contestants())
     {
-        json << "  {\"work\": \"" << row.work << "\", \"goalPeer\": \"" << row.goalPeer << "\", \"goal\": " << row.goal
-             << ", \"verdict\": \"" << row.verdict() << "\", \"nanoseconds\": {";
-        const char* separator = "";
-        for (const auto& [who, time] : row.times)
-        {
-            json << separator << "\"" << who << "\": " << time;
-            separator = ", ";
-        }
-        json << "}}" << (&row == &rows.back() ? "\n" : ",\n");
+        if (contestant.work != row.work || !isWanted(contestant)) continue;
+        if (contestant.value) standing.values[contestant.who] = contestant.value();
+        if (!contestant.enter) continue;
+        contestant.enter();
+        isEntered = true;
     }
-    json << "]\n";
+    if (!isEntered) return standing;
+
+    std::cerr << row.work << '\n';
+    Collector collector;
+    benchmark::RunSpecifiedBenchmarks(&collector, "all");
+    for (const auto& [name, value] : collector.best()) standing.values[name.substr(row.work.size() + 1)] = value;
+    return standing;
 }
 
-/// The file that --json=FILE names, which is taken from the arguments.
-std::string takeJsonOption(int& count, char** arguments)
+void addAll()
 {
-    const std::string option = "--json=";
-    for (int i = 1; i < count; ++i)
-    {
-        const std::string argument = arguments[i];
-        if (!argument.starts_with(option)) continue;
-        std::rotate(arguments + i, arguments + i + 1, arguments + count);
-        --count;
-        return argument.substr(option.size());
-    }
-    return {};
-}
-
-int run(int count, char** arguments)
-{
-    const std::string json = takeJsonOption(count, arguments);
-    benchmark::Initialize(&count, arguments);
-    if (benchmark::ReportUnrecognizedArguments(count, arguments)) return 2;
     addOxa();
     addFloors();
     addStandard();
     addObjects();
     addObjectFloors();
+    addFiles();
+    addFileFloors();
+    addStandardFiles();
+    addCommands();
+    addScanPoints();
+}
 
+/// Everyone in a row is measured in turns, so that nobody has the machine at its best.
+std::vector<std::string> defaultArguments()
+{
+    return {"--benchmark_enable_random_interleaving=true",
+            options().isQuick ? "--benchmark_repetitions=3" : "--benchmark_repetitions=9",
+            options().isQuick ? "--benchmark_min_time=0.01" : "--benchmark_min_time=0.05"};
+}
+
+/// False for arguments that nobody knows.
+bool initialize(const char* program, std::vector<std::string> arguments)
+{
+    const std::vector<std::string> defaults = defaultArguments();
+    arguments.insert(arguments.begin(), defaults.begin(), defaults.end());
+    arguments.insert(arguments.begin(), program);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments) pointers.push_back(argument.data());
+    auto count = static_cast<int>(pointers.size());
+    pointers.push_back(nullptr);
+    benchmark::Initialize(&count, pointers.data());
+    return !benchmark::ReportUnrecognizedArguments(count, pointers.data());
+}
+
+int run(const char* program, std::vector<std::string> arguments)
+{
+    options() = takeOptions(arguments);
+    if (!initialize(program, arguments)) return 2;
+    addAll();
     const std::string missing = OXA_MISSING_PEERS;
-    if (!missing.empty()) std::printf("peers not found, skipped:%s\n", missing.c_str());
-    Collector collector;
-    benchmark::RunSpecifiedBenchmarks(&collector);
+    if (!missing.empty()) std::cerr << "peers not found, skipped:" << missing << '\n';
 
-    std::vector<Row> rows;
-    for (const Goal& goal : GOALS)
-    {
-        Row row{goal.work, collector.medians(goal.work), goal.peer, goal.ratio};
-        if (row.times.empty()) continue;
-        print(row);
-        rows.push_back(std::move(row));
-    }
-    if (!json.empty()) writeJson(json, rows);
-    return 0;
+    std::vector<Standing> standings;
+    for (const Row& row : allRows())
+        if (Standing standing = measure(row); !standing.values.empty()) standings.push_back(std::move(standing));
+    writeTable(std::cout, standings);
+    if (options().json.empty()) return 0;
+    std::ofstream json(options().json);
+    writeJson(json, standings);
+    return json.flush() ? 0 : 1;
 }
 
 }  // namespace
 
 }  // namespace Oxa_1_1::bench
 
-int main(int count, char** arguments) { return Oxa_1_1::bench::run(count, arguments); }
+int main(int count, char** arguments)
+{
+    try
+    {
+        return Oxa_1_1::bench::run(arguments[0], {arguments + 1, arguments + count});
+    }
+    catch (const std::exception& e)
+    {
+        std::cerr << arguments[0] << ": " << e.what() << '\n';
+        return 1;
+    }
+}

@@ -10,8 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include "benchmarks/contest.h"
 #include "benchmarks/deep_stack.h"
-#include "benchmarks/work.h"
 
 namespace Oxa_1_1::bench
 {

@@ -4,8 +4,8 @@
 #include "base/diagnostics/debug_output.h"
 #include "base/diagnostics/hooks.h"
 #include "base/diagnostics/stack_walker.h"
+#include "benchmarks/contest.h"
 #include "benchmarks/deep_stack.h"
-#include "benchmarks/work.h"
 
 namespace Oxa_1_1::bench
 {

@@ -4,7 +4,7 @@
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 #include <memory>
 
-#include "benchmarks/work.h"
+#include "benchmarks/contest.h"
 
 namespace Oxa_1_1::bench
 {

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "base/string/oxa_string.h"
+#include "benchmarks/contest.h"
 #include "benchmarks/object_samples.h"
-#include "benchmarks/work.h"
 
 namespace Oxa_1_1::bench
 {
@@ -91,7 +91,7 @@ void addOwners()
     addThreads(work::OWN_SHARED, FLOOR, copyAndDrop);
     add(work::CREATE, FLOOR, [] { keep(Owner(new Watched)); });
     auto* const watched = new Watched;
-    add(work::WATCH, "described shape",
+    add(work::WATCH, FLOOR,
         [owner = Owner(watched), weak = watched->handle()]
         {
             const std::shared_ptr<Handle> handle = weak.lock();

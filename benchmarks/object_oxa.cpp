@@ -5,9 +5,9 @@
 #include "base/module/module.h"
 #include "base/module/symbol_table.h"
 #include "base/object/base_node.h"
+#include "benchmarks/contest.h"
 #include "benchmarks/object_samples.h"
 #include "benchmarks/texts.h"
-#include "benchmarks/work.h"
 
 namespace Oxa_1_1::bench
 {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "benchmarks/contest.h"
 #include "benchmarks/samples.h"
-#include "benchmarks/work.h"
 
 /// Work that every text type does in the same words.
 namespace Oxa_1_1::bench

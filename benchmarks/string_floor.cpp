@@ -1,8 +1,8 @@
 #include <map>
 
+#include "benchmarks/contest.h"
 #include "benchmarks/floors.h"
 #include "benchmarks/samples.h"
-#include "benchmarks/work.h"
 
 namespace Oxa_1_1::bench
 {

@@ -2,8 +2,8 @@
 
 #include <map>
 
+#include "benchmarks/contest.h"
 #include "benchmarks/samples.h"
-#include "benchmarks/work.h"
 
 namespace Oxa_1_1::bench
 {

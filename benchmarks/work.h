@@ -1,16 +1,11 @@
 #pragma once
 
-#include <benchmark/benchmark.h>
-
 #include <string>
-#include <utility>
-
-#include "benchmarks/deep_stack.h"
 
 namespace Oxa_1_1::bench
 {
 
-/// The names of the work that is measured: the row of the table of goals, and what is done.
+/// The work that is measured: the row of the table of goals, and what is done.
 namespace work
 {
 
@@ -38,6 +33,14 @@ inline const std::string CREATE = "O1 create and destroy a node";
 inline const std::string WATCH = "O2 lock a watched node, drop it";
 inline const std::string KIND_HIT = "O3 is-kind-of at depth 8, hit";
 inline const std::string KIND_MISS = "O3 is-kind-of at depth 8, miss";
+inline const std::string PARSE_PATH = "F1 parse 8 levels with . and ..";
+inline const std::string MAKE_RELATIVE = "F2 make relative";
+inline const std::string LIST_FOLDER = "F3 an entry of one large folder, *.txt";
+inline const std::string LIST_TREE = "F4 a file of a large tree";
+inline const std::string LIST_MEMORY = "F4 memory of a listed file beside its name";
+inline const std::string COPY_LARGE = "F5 copy 1 MiB of a large file";
+inline const std::string COPY_SMALL = "F6 copy a small file of a tree";
+inline const std::string REMOVE_SMALL = "F7 remove a small file of a tree";
 inline const std::string TEXT_BY_ID = "R1 a text of 2000 by number";
 inline const std::string TEXT_IN_LANGUAGE = "R2 a text of 5000 in 10 languages";
 inline const std::string PARSE_HEADER = "R3 1 kB of a resource header";
@@ -46,69 +49,19 @@ inline const std::string CAPTURE = "D1 capture 32 frames";
 inline const std::string CAPTURE_NAMED = "D1 walk with names and lines, warm";
 inline const std::string COUNT_DEPTH = "D1 count all frames";
 inline const std::string PASS_OVER = "D2 an assertion that is passed over";
+inline const std::string POINT_TO_DOUBLE = "P1 a point from float to double";
+inline const std::string POINT_TO_FLOAT = "P1 a point from double to float";
+inline const std::string ENCODE_NORMAL = "P2 encode a normal";
+inline const std::string DECODE_NORMAL = "P2 decode a normal";
 
 }  // namespace work
 
-/// Names of those who do the work.
+/// Names of those who do the work. A floor is the best hand-written code for exactly that work, nobody's product.
 inline const std::string OURS = "OxaBase";
 inline const std::string FLOOR = "floor";
+/// What must not be exceeded, where it is no ratio.
+inline const std::string LIMIT = "limit";
 
-/// Lets `body` do `name` as `who`; each call counts as `items`.
-template <class Body>
-void add(const std::string& name, const std::string& who, Body body, double items = 1)
-{
-    benchmark::RegisterBenchmark((name + "/" + who).c_str(),
-                                 [body = std::move(body), items](benchmark::State& state) mutable
-                                 {
-                                     for (auto _ : state) body();
-                                     state.counters["items"] = items;
-                                 });
-}
-
-/// The same by two threads at once.
-template <class Body>
-void addThreads(const std::string& name, const std::string& who, Body body)
-{
-    benchmark::RegisterBenchmark((name + "/" + who).c_str(),
-                                 [body](benchmark::State& state)
-                                 {
-                                     for (auto _ : state) body();
-                                     state.counters["items"] = benchmark::Counter(1, benchmark::Counter::kAvgThreads);
-                                 })
-        ->Threads(2)
-        ->UseRealTime();
-}
-
-/// The same below N frames of known functions, and warm: the first call, which reads the symbols, does not count.
-template <int N, class Body>
-void addBelow(const std::string& name, const std::string& who, Body body)
-{
-    benchmark::RegisterBenchmark((name + "/" + who).c_str(),
-                                 [body = std::move(body)](benchmark::State& state) mutable
-                                 {
-                                     auto run = [&]
-                                     {
-                                         body();
-                                         for (auto _ : state) body();
-                                     };
-                                     below<N>(run);
-                                     state.counters["items"] = 1;
-                                 });
-}
-
-/// Keeps a result, and so the work for it.
-template <class T>
-void keep(T&& result)
-{
-    benchmark::DoNotOptimize(result);
-}
-
-// Each source registers what it measures.
-void addOxa();
-void addFloors();
-void addStandard();
-void addObjects();
-void addObjectFloors();
-// Those of peers register themselves, because they may be missing.
+inline bool isFloor(const std::string& who) { return who.starts_with(FLOOR) || who == LIMIT; }
 
 }  // namespace Oxa_1_1::bench

@@ -1,12 +1,17 @@
 #!/usr/bin/env bash
-# Measures the library beside its peers and prints the ratios; those of text are in build/bench/results.json, too.
-# Arguments go to the benchmark programs: scripts/bench.sh --benchmark_filter=S5
+# Measures the library beside its peers and prints a table of all rows; build/bench/results.json holds the same.
+# Arguments go to the program, for example --quick (small trees, few repetitions: whether everything runs) and
+# --benchmark_filter=S5 (rows, or "work/who", by regular expression).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build bench
 cmake --preset linux-bench -DCMAKE_CXX_COMPILER_LAUNCHER=ccache >/dev/null
-cmake --build --preset linux-bench --target string_benchmark scan_point_benchmark >/dev/null
+cmake --build --preset linux-bench --target benchmarks >/dev/null
 mkdir -p build/bench
-options=(--benchmark_enable_random_interleaving=true --benchmark_repetitions=7 --benchmark_min_time=0.05)
-build/linux-bench/bin/string_benchmark "${options[@]}" --json=build/bench/results.json "$@"
-build/linux-bench/bin/scan_point_benchmark "${options[@]}" "$@"
+
+# The program removes what it makes; these folders also go when it is stopped.
+disk=$(mktemp -d)
+memory_disk=$(mktemp -d -p "$([ -d /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/tmp}")")
+trap 'rm -rf "$disk" "$memory_disk"' EXIT
+trap 'exit 130' INT TERM
+build/linux-bench/bin/benchmarks --json=build/bench/results.json --disk="$disk" --memory-disk="$memory_disk" "$@"

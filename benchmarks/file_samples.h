@@ -1,0 +1,48 @@
+#pragma once
+
+#include <filesystem>
+
+/// Folders and files to work on, the same for everyone. They are made when they are first asked for and are gone at
+/// the end of the program.
+namespace Oxa_1_1::bench
+{
+
+struct FileSample
+{
+    std::filesystem::path path;
+    /// Files, or MiB of a large file.
+    double items = 0;
+};
+
+/// One folder of 100,000 empty files.
+const FileSample& largeFolder();
+/// 100,000 empty files, a hundred in each folder.
+const FileSample& largeTree();
+/// A GiB, in the page cache.
+const FileSample& largeFile();
+/// 20,000 files of a kilobyte, a hundred in each folder.
+const FileSample& smallFiles();
+
+/// Something to copy, and a place on the same disk where nothing is.
+struct CopySample
+{
+    std::filesystem::path source;
+    std::filesystem::path target;
+    double items = 0;
+};
+CopySample largeCopy();
+CopySample smallCopies();
+
+/// 20,000 small files, made anew, on the memory disk if there is one.
+FileSample doomedTree();
+
+/// Every file of the samples has a name of so many characters.
+inline constexpr double NAME_LENGTH = 14;
+
+/// The memory that the program has taken and not given back, in bytes.
+double usedMemory();
+
+/// Throws when an operation says that it failed.
+void check(bool isDone, const char* what);
+
+}  // namespace Oxa_1_1::bench

@@ -1,0 +1,62 @@
+// The system's own commands, run as processes.
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <initializer_list>
+#include <vector>
+
+#include "benchmarks/contest.h"
+#include "benchmarks/file_samples.h"
+
+namespace Oxa_1_1::bench
+{
+
+namespace
+{
+
+/// What it prints goes nowhere.
+void run(std::initializer_list<const char*> command)
+{
+    std::vector<char*> arguments;
+    for (const char* const word : command) arguments.push_back(const_cast<char*>(word));
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t process = 0;
+    const int failure = posix_spawnp(&process, arguments[0], &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    int status = 0;
+    check(failure == 0 && waitpid(process, &status, 0) == process && status == 0, arguments[0]);
+}
+
+}  // namespace
+
+void addCommands()
+{
+    addOn(work::LIST_FOLDER, "find", largeFolder,
+          [](const FileSample& sample) {
+              run({"find", sample.path.c_str(), "-maxdepth", "1", "-iname", "*.txt", "-type", "f"});
+          });
+    addOn(work::LIST_TREE, "find", largeTree,
+          [](const FileSample& sample) {
+              run({"find", sample.path.c_str(), "-type", "f"});
+          });
+    addOnFresh(work::COPY_LARGE, "cp", largeCopy,
+               [](const CopySample& sample) {
+                   run({"cp", sample.source.c_str(), sample.target.c_str()});
+               });
+    addOnFresh(work::COPY_SMALL, "cp -r", smallCopies,
+               [](const CopySample& sample) {
+                   run({"cp", "-r", sample.source.c_str(), sample.target.c_str()});
+               });
+    addOnFresh(work::REMOVE_SMALL, "rm -rf", doomedTree,
+               [](const FileSample& sample) {
+                   run({"rm", "-rf", sample.path.c_str()});
+               });
+}
+
+}  // namespace Oxa_1_1::bench
