@@ -68,7 +68,7 @@ class TempFolder
     {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(path(inside)))
-            names.push_back(std::filesystem::relative(entry.path(), path(inside)).generic_string() +
+            names.push_back(entry.path().lexically_relative(path(inside)).generic_string() +
                             (entry.is_directory() ? "/" : ""));
         std::ranges::sort(names);
         return names;
