@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <map>
 
@@ -47,12 +48,28 @@ bool hasSameContent(const File& a, const File& b)
     return streamOfA->eof() && streamOfB->eof();
 }
 
+/// A link that leads nowhere is copied as it is: it has no content but where it would lead.
+bool leadsNowhere(const File& file)
+{
+    std::error_code error;
+    return std::filesystem::is_symlink(std::filesystem::symlink_status(file.toPath(), error)) &&
+           !std::filesystem::exists(file.toPath(), error);
+}
+
+bool leadsToSamePlace(const File& a, const File& b)
+{
+    std::error_code error;
+    const auto placeOfA = std::filesystem::read_symlink(a.toPath(), error);
+    return placeOfA == std::filesystem::read_symlink(b.toPath(), error) && !error;
+}
+
 /// 0, or the message about two items of the same name.
 unsigned int difference(const FileSystemItem& a, const FileSystemItem& b)
 {
     const auto* const fileA = dynamic_cast<const File*>(&a);
     const auto* const fileB = dynamic_cast<const File*>(&b);
     if (fileA == nullptr || fileB == nullptr) return 0;
+    if (leadsNowhere(*fileA)) return leadsToSamePlace(*fileA, *fileB) ? 0 : IDS_OTHER_CONTENT;
     if (!fileA->hasEqualSize(*fileB)) return IDS_OTHER_SIZE;
     return hasSameContent(*fileA, *fileB) ? 0 : IDS_OTHER_CONTENT;
 }
