@@ -25,7 +25,7 @@ folder=${1-/usr/share/doc}
 
 "$root/scripts/setup.sh" build || fail 1 "the packages for the build cannot be installed"
 mkdir -p "$root/build"
-echo "Building foldertool (the log is ${log/#"$PWD/"/}) ..."
+echo "Building foldertool, which takes some minutes the first time (log: ${log/#"$PWD/"/}) ..."
 if ! (build) >"$log" 2>&1; then
   tail -n 30 "$log" >&2
   fail 1 "the build failed"
