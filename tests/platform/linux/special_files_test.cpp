@@ -80,11 +80,12 @@ TEST_F(SpecialFiles, Links)
                                                "to_nothing link", "to_sub folder link"}));
 
     EXPECT_EQ(errorOf(removeFolder(folder / "to_file")), 267u);
-    EXPECT_EQ(errorOf(removeFolder(folder / "to_nothing")), 267u);
     EXPECT_TRUE(removeFolder((folder / "to_sub") + u"\\"));
+    // It may have led to a folder.
+    EXPECT_TRUE(removeFolder(folder / "to_nothing"));
     EXPECT_TRUE(renameFile(folder / "to_file", folder / "moved"));
     EXPECT_TRUE(isLink(folder / "moved"));
-    for (const char* const name : {"moved", "to_nothing", "to_itself"}) EXPECT_TRUE(deleteFile(folder / name));
+    for (const char* const name : {"moved", "to_itself"}) EXPECT_TRUE(deleteFile(folder / name));
     EXPECT_EQ(folder.read("file"), "123");
     EXPECT_TRUE(folder.has("sub/x"));
     EXPECT_FALSE(folder.has("to_sub") || folder.has("moved") || folder.has("to_nothing") || folder.has("to_itself"));
