@@ -15,7 +15,7 @@ namespace Oxa_1_1::platform
 namespace
 {
 
-constexpr std::size_t PIECE = 128 * 1024;
+constexpr std::size_t PIECE = 256 * 1024;
 constexpr std::uint64_t PROGRESS_STEP = 1024 * 1024;
 
 }  // namespace
@@ -40,9 +40,7 @@ bool FileContent::copy()
         m_done = size;
         return true;
     }
-    const std::size_t piece = size > 0 && size < PIECE ? size + 1 : PIECE;
-    m_buffer = std::make_unique_for_overwrite<std::byte[]>(piece);
-    m_piece = piece;
+    m_piece = PieceBuffer(size > 0 && size < PIECE ? size + 1 : PIECE);
     if (isSparse()) return copyParts();
     if (!reserve() || !copyUntil(UINT64_MAX)) return false;
     // The source may have become shorter than what was reserved.
@@ -88,8 +86,8 @@ bool FileContent::copyUntil(std::uint64_t end)
 {
     while (m_done < end)
     {
-        const std::size_t wanted = std::min<std::uint64_t>(m_piece, end - m_done);
-        const ssize_t count = uninterrupted([&] { return read(m_from, m_buffer.get(), wanted); });
+        const std::size_t wanted = std::min<std::uint64_t>(m_piece.size(), end - m_done);
+        const ssize_t count = uninterrupted([&] { return read(m_from, m_piece.data(), wanted); });
         if (count < 0) return failWith(errno);
         if (count == 0) return true;
         if (!writeAll(static_cast<std::size_t>(count))) return false;
@@ -103,7 +101,7 @@ bool FileContent::copyUntil(std::uint64_t end)
 
 bool FileContent::writeAll(std::size_t size)
 {
-    const std::byte* bytes = m_buffer.get();
+    const std::byte* bytes = m_piece.data();
     while (size > 0)
     {
         const ssize_t count = uninterrupted([&] { return write(m_to, bytes, size); });
