@@ -1,5 +1,7 @@
 #include "base/filesystem/detail/items.h"
 
+#include <type_traits>
+#include <typeinfo>
 #include <utility>
 
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
@@ -8,14 +10,27 @@
 namespace Oxa_1_1::detail
 {
 
+namespace
+{
+
+/// As dynamic_cast, which walks through bases even where there can be none below.
+template <class Final, class Base>
+const Final* castToFinal(const Base* impl) noexcept
+{
+    static_assert(std::is_final_v<Final>);
+    return impl != nullptr && typeid(*impl) == typeid(Final) ? static_cast<const Final*>(impl) : nullptr;
+}
+
+}  // namespace
+
 const OxaWindowsFileSystemDirectory* windowsImpl(const Directory& directory) noexcept
 {
-    return dynamic_cast<const OxaWindowsFileSystemDirectory*>(directory.getImpl());
+    return castToFinal<OxaWindowsFileSystemDirectory>(directory.getImpl());
 }
 
 const OxaWindowsFileSystemFile* windowsImpl(const File& file) noexcept
 {
-    return dynamic_cast<const OxaWindowsFileSystemFile*>(file.getImpl());
+    return castToFinal<OxaWindowsFileSystemFile>(file.getImpl());
 }
 
 std::shared_ptr<Directory> makeDirectory(SharedDirectory path)

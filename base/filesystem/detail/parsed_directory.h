@@ -30,7 +30,11 @@ struct ParsedDirectory
     String root;
 
     /// The drive letter; 0 for network paths and paths without root.
-    Char driveLetter() const noexcept { return root.find(OXA_TEXT(':')) == 1 ? root.view()[0] : Char(); }
+    Char driveLetter() const noexcept
+    {
+        const TextView text = root;
+        return text.size() > 1 && text[0] != ':' && text[1] == ':' ? text[0] : Char();
+    }
 };
 
 using SharedDirectory = std::shared_ptr<const ParsedDirectory>;

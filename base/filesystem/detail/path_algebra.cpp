@@ -29,6 +29,12 @@ void appendPath(Text& text, const ParsedDirectory& path, Char separator)
     if (text.size() == begin) (text += OXA_TEXT('.')) += separator;
 }
 
+/// Most are the same to the letter.
+bool isSameLevel(const String& a, const String& b) noexcept
+{
+    return a.length() == b.length() && (a.view() == b.view() || a.compareIgnoreCase(b) == 0);
+}
+
 int driveNumber(Char letter) noexcept { return letter == 0 ? 0 : letter - 'A' + 1; }
 
 }  // namespace
@@ -91,8 +97,7 @@ SharedDirectory makeAbsolute(const SharedDirectory& path)
 SharedDirectory makeRelative(const SharedDirectory& path, const ParsedDirectory& reference)
 {
     if (path->driveLetter() != reference.driveLetter()) return path;
-    const auto [from, to] = std::ranges::mismatch(
-        reference.levels, path->levels, [](const String& a, const String& b) { return a.compareIgnoreCase(b) == 0; });
+    const auto [from, to] = std::ranges::mismatch(reference.levels, path->levels, isSameLevel);
     const auto up = static_cast<std::size_t>(reference.levels.end() - from);
     auto result = std::make_shared<ParsedDirectory>();
     result->levels.reserve(up + static_cast<std::size_t>(path->levels.end() - to));
@@ -104,9 +109,7 @@ SharedDirectory makeRelative(const SharedDirectory& path, const ParsedDirectory&
 bool isSamePath(const ParsedDirectory& a, const ParsedDirectory& b) noexcept
 {
     if (&a == &b) return true;
-    return a.root.compareIgnoreCase(b.root) == 0 &&
-           std::ranges::equal(a.levels, b.levels,
-                              [](const String& x, const String& y) { return x.compareIgnoreCase(y) == 0; });
+    return a.root.compareIgnoreCase(b.root) == 0 && std::ranges::equal(a.levels, b.levels, isSameLevel);
 }
 
 }  // namespace Oxa_1_1::detail

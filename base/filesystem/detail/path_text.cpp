@@ -1,8 +1,6 @@
 #include "base/filesystem/detail/path_text.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 
 #include "base/diagnostics/windows_error.h"
 #include "base/filesystem/file_system_item.h"
@@ -14,28 +12,9 @@ namespace Oxa_1_1::detail
 namespace
 {
 
-enum Refusal : std::uint8_t
-{
-    IN_NAMES = 1,
-    IN_PATTERNS = 2
-};
-
-constexpr auto REFUSALS = []
-{
-    std::array<std::uint8_t, 0x80> refusals{};
-    for (std::size_t c = 0; c < 0x20; ++c) refusals[c] = IN_NAMES | IN_PATTERNS;
-    for (const Char c : TextView(OXA_TEXT("<>:\"\\/|"))) refusals[c] = IN_NAMES | IN_PATTERNS;
-    refusals['*'] = refusals['?'] = IN_NAMES;
-    return refusals;
-}();
-
-bool isRefused(Char c, Refusal refusal) noexcept { return c < REFUSALS.size() && (REFUSALS[c] & refusal) != 0; }
-
 bool endsBadly(TextView name) noexcept { return name.back() == ' ' || name.back() == '.'; }
 
 }  // namespace
-
-bool isForbiddenInNames(Char c) noexcept { return isRefused(c, IN_NAMES); }
 
 bool isValidComponent(TextView name) noexcept
 {
@@ -50,11 +29,11 @@ bool isValidSearchString(TextView pattern) noexcept
     return std::ranges::none_of(pattern, [](Char c) { return isRefused(c, IN_PATTERNS); });
 }
 
-SplitName splitName(TextView name)
+SplitName splitName(TextView name) noexcept
 {
     const std::size_t period = name.rfind(OXA_TEXT('.'));
-    if (period == TextView::npos) return {name, String::EMPTY};
-    return {name.substr(0, period), name.substr(period + 1)};
+    if (period == TextView::npos) return {.baseName = name, .extension = {}};
+    return {.baseName = name.substr(0, period), .extension = name.substr(period + 1)};
 }
 
 void reportText(const Char* format, const String& text)

@@ -1,5 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
 #include "base/string/oxa_string.h"
 
 /// What is allowed in the parts of paths.
@@ -10,8 +14,29 @@ inline constexpr Char SEPARATOR = '\\';
 
 constexpr bool isDots(TextView name) noexcept { return name == OXA_TEXT(".") || name == OXA_TEXT(".."); }
 
+/// Where a unit below 0x80 must not stand.
+enum Refusal : std::uint8_t
+{
+    IN_NAMES = 1,
+    IN_PATTERNS = 2
+};
+
+inline constexpr auto REFUSALS = []
+{
+    std::array<std::uint8_t, 0x80> refusals{};
+    for (std::size_t c = 0; c < 0x20; ++c) refusals[c] = IN_NAMES | IN_PATTERNS;
+    for (const Char c : TextView(OXA_TEXT("<>:\"\\/|"))) refusals[c] = IN_NAMES | IN_PATTERNS;
+    refusals['*'] = refusals['?'] = IN_NAMES;
+    return refusals;
+}();
+
+constexpr bool isRefused(Char c, Refusal refusal) noexcept
+{
+    return c < REFUSALS.size() && (REFUSALS[c] & refusal) != 0;
+}
+
 /// The control characters and * ? < > : " \ / |.
-bool isForbiddenInNames(Char c) noexcept;
+constexpr bool isForbiddenInNames(Char c) noexcept { return isRefused(c, IN_NAMES); }
 
 /// Whether it can be one part of a path; "." and ".." can.
 bool isValidComponent(TextView name) noexcept;
@@ -25,11 +50,11 @@ bool isValidSearchString(TextView pattern) noexcept;
 /// A name, split at its last period.
 struct SplitName
 {
-    String baseName;
-    /// Present and empty without a period.
-    String extension;
+    TextView baseName;
+    /// Empty without a period.
+    TextView extension;
 };
-SplitName splitName(TextView name);
+SplitName splitName(TextView name) noexcept;
 
 /// Reports a message in which %ls stands for the text.
 void reportText(const Char* format, const String& text);

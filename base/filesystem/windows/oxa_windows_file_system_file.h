@@ -10,6 +10,11 @@
 namespace Oxa_1_1
 {
 
+namespace detail
+{
+struct SplitName;
+}
+
 /// A file in a folder by its Windows spelling. The name is kept split at its last period.
 class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
 {
@@ -31,7 +36,7 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
     /// Of no name, in the relative folder without levels.
     explicit OxaWindowsFileSystemFile(ProtectorTag) noexcept {}
     /// Of a name that was checked.
-    OxaWindowsFileSystemFile(ProtectorTag, OxaWindowsFileSystemDirectory directory, TextView name);
+    OxaWindowsFileSystemFile(ProtectorTag, const OxaWindowsFileSystemDirectory& directory, TextView name);
 
     /// An independent copy of the path.
     std::unique_ptr<OxaWindowsFileSystemFile> duplicate() const;
@@ -77,7 +82,8 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
     std::unique_ptr<std::ifstream> openRead(int mode) const override;
 
    private:
-    OXA_HIDDEN void takeName(TextView name);
+    OXA_HIDDEN OxaWindowsFileSystemFile(const OxaWindowsFileSystemDirectory& directory, const detail::SplitName& name);
+
     /// The same name in another folder.
     OXA_HIDDEN std::shared_ptr<const File> inDirectory(const std::shared_ptr<const Directory>& directory) const;
 

@@ -36,9 +36,9 @@ void appendLevels(detail::ParsedDirectory& path, const std::vector<String>& leve
 /// Of a folder of any implementation; null when it has none on this system.
 SharedDirectory absolutePath(const Directory& directory)
 {
+    if (const auto* const impl = detail::windowsImpl(directory)) return detail::makeAbsolute(impl->path());
     const auto absolute = directory.isAbsolute() ? nullptr : directory.makeAbsolute();
-    if (absolute == nullptr && !directory.isAbsolute()) return nullptr;
-    const auto* const impl = detail::windowsImpl(absolute != nullptr ? *absolute : directory);
+    const auto* const impl = absolute != nullptr ? detail::windowsImpl(*absolute) : nullptr;
     return impl != nullptr ? impl->path() : nullptr;
 }
 
@@ -110,12 +110,12 @@ String OxaWindowsFileSystemDirectory::getName() const
 
 String OxaWindowsFileSystemDirectory::getBaseName() const
 {
-    return m_path->levels.empty() ? String::EMPTY : detail::splitName(m_path->levels.back()).baseName;
+    return m_path->levels.empty() ? String::EMPTY : String(detail::splitName(m_path->levels.back()).baseName);
 }
 
 String OxaWindowsFileSystemDirectory::getExtension() const
 {
-    return m_path->levels.empty() ? String::EMPTY : detail::splitName(m_path->levels.back()).extension;
+    return m_path->levels.empty() ? String::EMPTY : String(detail::splitName(m_path->levels.back()).extension);
 }
 
 void OxaWindowsFileSystemDirectory::setName(const String& name)

@@ -27,10 +27,16 @@ bool checkFileName(const String& name)
 
 }  // namespace
 
-OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(ProtectorTag, OxaWindowsFileSystemDirectory directory, TextView name)
-    : m_directory(std::move(directory))
+OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(ProtectorTag, const OxaWindowsFileSystemDirectory& directory,
+                                                   TextView name)
+    : OxaWindowsFileSystemFile(directory, detail::splitName(name))
 {
-    takeName(name);
+}
+
+OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(const OxaWindowsFileSystemDirectory& directory,
+                                                   const detail::SplitName& name)
+    : m_baseName(name.baseName), m_directory(directory), m_extension(name.extension)
+{
 }
 
 std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromCheckedName(
@@ -101,15 +107,9 @@ String OxaWindowsFileSystemFile::getName() const
 
 void OxaWindowsFileSystemFile::setName(const String& name)
 {
-    takeName(name);
-    if (name.isNil()) m_baseName = String::NIL;
-}
-
-void OxaWindowsFileSystemFile::takeName(TextView name)
-{
-    detail::SplitName parts = detail::splitName(name);
-    m_baseName = std::move(parts.baseName);
-    m_extension = std::move(parts.extension);
+    const detail::SplitName parts = detail::splitName(name);
+    m_baseName = name.isNil() ? String::NIL : String(parts.baseName);
+    m_extension = parts.extension;
 }
 
 String OxaWindowsFileSystemFile::getFullName() const
