@@ -131,6 +131,9 @@ bool removeFolders(const Directory& folder, const detail::FolderTree& tree)
 bool Directory::removeContents(bool recursive) const
 {
     if (!exists() || detail::isLinkItself(*this)) return true;
+    // Most go at once. What is left is removed one by one, and says why it stays.
+    if (detail::windowsImpl(*this) != nullptr && detail::areOwnCreatorsFirst())
+        platform::sweepFolder(getFullNameUnicode(), recursive);
     for (const auto& file : collectFiles(OXA_TEXT("*"), false)) file->remove();
     if (!recursive) return true;
     for (const auto& directory : collectDirectories(OXA_TEXT("*"), false)) directory->remove(true);

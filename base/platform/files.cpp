@@ -41,9 +41,13 @@ class ObservedFolderReader : public FolderReader
     {
     }
 
-    bool next(FolderEntry& entry) override
+    bool nextOf(FolderEntry& entry, EntryKinds kinds) override
     {
-        return observed("nextEntry", m_path, [&] { return m_reader->next(entry); });
+        do
+        {
+            if (!observed("nextEntry", m_path, [&] { return m_reader->next(entry); })) return false;
+        } while (!isOf(entry, kinds));
+        return true;
     }
 
    private:
@@ -136,6 +140,12 @@ bool createFolder(TextView path)
 bool removeFolder(TextView path)
 {
     return observed("removeFolder", path, [&] { return native::removeFolder(path); });
+}
+
+void sweepFolder(TextView path, bool recursive)
+{
+    // An observer is to see each removal.
+    if (fileObserver() == nullptr) native::sweepFolder(path, recursive);
 }
 
 bool isEmptyFolder(TextView path)

@@ -90,6 +90,9 @@ bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);
 /// Removes an empty folder, or the link to a folder itself, even if that is gone.
 bool removeFolder(TextView path);
+/// Removes what lies in the folder, as far as that goes without trouble: read-only files stay, and so may anything else
+/// that would have to be asked for singly. Without `recursive`, only files. Links go themselves.
+void sweepFolder(TextView path, bool recursive);
 /// Whether the folder is there and holds nothing.
 bool isEmptyFolder(TextView path);
 
@@ -100,6 +103,16 @@ struct FolderEntry
     bool isFolder = false;
     bool isLink = false;
 };
+enum class EntryKinds
+{
+    ALL,
+    FILES,
+    FOLDERS
+};
+inline bool isOf(const FolderEntry& entry, EntryKinds kinds) noexcept
+{
+    return kinds == EntryKinds::ALL || entry.isFolder == (kinds == EntryKinds::FOLDERS);
+}
 /// Reads a folder an entry at a time, without "." and "..", in the system's order.
 class FolderReader
 {
@@ -109,7 +122,9 @@ class FolderReader
     FolderReader& operator=(const FolderReader&) = delete;
     virtual ~FolderReader() = default;
     /// False at the end (the last error is 18), or when reading fails: what was read until then counts.
-    virtual bool next(FolderEntry& entry) = 0;
+    bool next(FolderEntry& entry) { return nextOf(entry, EntryKinds::ALL); }
+    /// The same, passing over entries of other kinds.
+    virtual bool nextOf(FolderEntry& entry, EntryKinds kinds) = 0;
 };
 /// Null when the folder cannot be opened.
 std::unique_ptr<FolderReader> openFolder(TextView path);

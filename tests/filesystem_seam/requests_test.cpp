@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
+#include <string>
 
 #include "base/diagnostics/windows_error.h"
 #include "base/filesystem/directory.h"
@@ -119,6 +121,37 @@ TEST(Requests, LeaveNothingOfAFailedCopyOfAFolder)
     EXPECT_EQ(recorder.counts["copyFile"], 2);
     EXPECT_EQ(temp.contents(), (Names{"target/", "tree/", "tree/a", "tree/b"}));
     EXPECT_TRUE(messages.take().empty());
+}
+
+/// Everything is removed at once where the system can do that, and one by one before an observer.
+TEST(Requests, OfRemovalsEndAlikeAtOnceAndOneByOne)
+{
+    const TempFolder temp;
+    Messages messages;
+    std::map<std::string, Texts> reports;
+    for (const std::string top : {"atOnce", "singly"})
+    {
+        for (const char* const file : {"/a", "/b/c", "/b/d/kept", "/b/e/f/g"}) temp.write(top + file);
+        temp.makeFolder(top + "/b/h");
+        ASSERT_EQ(temp.file(top + "/b/d/kept")->setAsReadOnly(), 0);
+        const auto recorder = top == "singly" ? std::make_unique<Recorder>() : nullptr;
+        const auto folder = temp.directory(top);
+        EXPECT_TRUE(folder->removeContents(false));
+        EXPECT_FALSE(temp.has(top + "/a"));
+        EXPECT_FALSE(folder->remove(true));
+        for (String& message : messages.take())
+        {
+            message.replace(folder->getFullName(), "");
+            reports[top].push_back(message);
+        }
+        EXPECT_TRUE(temp.has(top + "/b/d/kept"));
+        for (const char* const gone : {"/b/c", "/b/e", "/b/h"}) EXPECT_FALSE(temp.has(top + gone)) << top << gone;
+        EXPECT_EQ(temp.file(top + "/b/d/kept")->unsetAsReadOnly(), 0);
+        EXPECT_TRUE(folder->remove(true));
+        EXPECT_FALSE(temp.has(top));
+    }
+    EXPECT_FALSE(reports["atOnce"].empty());
+    EXPECT_EQ(reports["atOnce"], reports["singly"]);
 }
 
 TEST(Requests, FailWithMessages)

@@ -17,8 +17,6 @@ namespace Oxa_1_1::detail
 namespace
 {
 
-using SharedItem = std::shared_ptr<const FileSystemItem>;
-
 bool hasDots(const ParsedDirectory& path)
 {
     return std::ranges::any_of(path.levels, [](const String& level) { return isDots(level); });
@@ -37,18 +35,35 @@ class ItemMaker
     /// The path to read. Nothing resolves dots in the spelling for paths of any length.
     String readablePath() const { return m_path == nullptr || hasDots(*m_path) ? m_fullName : longName(*m_path); }
 
-    /// Empty for what is passed over.
-    SharedItem make(const platform::FolderEntry& entry, Kinds kinds) const
+    /// What has to be read for items of these kinds. Only the library's own items are what their entries are.
+    platform::EntryKinds kindsToRead(Kinds kinds) const noexcept
+    {
+        if (m_path == nullptr || kinds == Kinds::ALL) return platform::EntryKinds::ALL;
+        return kinds == Kinds::FILES ? platform::EntryKinds::FILES : platform::EntryKinds::FOLDERS;
+    }
+
+    void make(const platform::FolderEntry& entry, ItemReceiver& receiver) const
     {
         if (m_path == nullptr || !isValidFileName(entry.name))
-            return FileSystemItem::fromExistingString(m_fullName + entry.name.c_str());
-        if (kinds == (entry.isFolder ? Kinds::FILES : Kinds::DIRECTORIES)) return nullptr;
-        return entry.isFolder ? SharedItem(makeFolder(entry))
-                              : makeFile(OxaWindowsFileSystemFile::fromCheckedName(m_impl, entry.name));
+            askFor(m_fullName + entry.name.c_str(), receiver);
+        else if (entry.isFolder)
+            receiver.take(makeFolder(entry));
+        else
+            receiver.take(makeFile(OxaWindowsFileSystemFile::fromCheckedName(m_impl, entry.name)));
     }
 
    private:
-    std::shared_ptr<Directory> makeFolder(const platform::FolderEntry& entry) const
+    /// Makes what the registered implementations and the disk say; nothing when it is gone.
+    static void askFor(const String& path, ItemReceiver& receiver)
+    {
+        const std::shared_ptr<const FileSystemItem> item = FileSystemItem::fromExistingString(path);
+        if (auto file = std::dynamic_pointer_cast<const File>(item))
+            receiver.take(std::move(file));
+        else if (auto directory = std::dynamic_pointer_cast<const Directory>(item))
+            receiver.take(std::move(directory));
+    }
+
+    std::shared_ptr<const Directory> makeFolder(const platform::FolderEntry& entry) const
     {
         auto path = copyForChange(*m_path, 1);
         path->levels.emplace_back(TextView(entry.name));
@@ -69,20 +84,16 @@ bool isLinkItself(const ParsedDirectory& path)
 
 }  // namespace
 
-std::vector<SharedItem> listFolder(const Directory& directory, const String& pattern, Kinds kinds)
+void listFolder(const Directory& directory, const String& pattern, Kinds kinds, ItemReceiver& receiver)
 {
-    std::vector<SharedItem> items;
     const ItemMaker maker(directory);
     const auto reader = platform::openFolder(maker.readablePath());
-    if (reader == nullptr) return items;
+    if (reader == nullptr) return;
     const Wildcard wildcard(pattern);
+    const platform::EntryKinds kindsToRead = maker.kindsToRead(kinds);
     platform::FolderEntry entry;
-    while (reader->next(entry))
-    {
-        if (!wildcard.matches(entry.name)) continue;
-        if (auto item = maker.make(entry, kinds)) items.push_back(std::move(item));
-    }
-    return items;
+    while (reader->nextOf(entry, kindsToRead))
+        if (wildcard.matches(entry.name)) maker.make(entry, receiver);
 }
 
 bool isLinkItself(const Directory& directory)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include "base/filesystem/directory.h"
 
@@ -21,10 +20,21 @@ enum class Kinds
     DIRECTORIES
 };
 
-/// What the folder holds and the search string matches, in the system's order. Items of other kinds than asked for may
-/// be among them. What was read until a failure counts.
-std::vector<std::shared_ptr<const FileSystemItem>> listFolder(const Directory& directory, const String& pattern,
-                                                              Kinds kinds);
+/// Takes the items of a folder as they are found.
+class ItemReceiver
+{
+   public:
+    ItemReceiver() = default;
+    ItemReceiver(const ItemReceiver&) = delete;
+    ItemReceiver& operator=(const ItemReceiver&) = delete;
+    virtual ~ItemReceiver() = default;
+    virtual void take(std::shared_ptr<const File> file) = 0;
+    virtual void take(std::shared_ptr<const Directory> directory) = 0;
+};
+
+/// Finds what the folder holds and the search string matches, in the system's order. Items of other kinds than asked
+/// for may be among them. What was read until a failure counts.
+void listFolder(const Directory& directory, const String& pattern, Kinds kinds, ItemReceiver& receiver);
 
 /// Whether it is a link (or junction) itself, as far as the list said that it was found in; else the system is asked.
 bool isLinkItself(const Directory& directory);

@@ -28,6 +28,15 @@ struct OxaWindowsFileSystemIterator::Snapshot
 namespace
 {
 
+class Collector final : public detail::ItemReceiver
+{
+   public:
+    void take(std::shared_ptr<const File> file) override { items.push_back(std::move(file)); }
+    void take(std::shared_ptr<const Directory> directory) override { items.push_back(std::move(directory)); }
+
+    std::vector<std::shared_ptr<const FileSystemItem>> items;
+};
+
 /// The next item that is a T.
 template <class T>
 std::shared_ptr<const T> nextOf(OxaWindowsFileSystemIterator& iterator)
@@ -50,7 +59,9 @@ OxaWindowsFileSystemIterator::OxaWindowsFileSystemIterator(const Directory& dire
                                                            detail::Kinds kinds)
     : m_snapshot(std::make_unique<Snapshot>())
 {
-    m_snapshot->items = detail::listFolder(directory, pattern, kinds);
+    Collector collector;
+    detail::listFolder(directory, pattern, kinds, collector);
+    m_snapshot->items = std::move(collector.items);
 }
 
 OxaWindowsFileSystemIterator::~OxaWindowsFileSystemIterator() = default;

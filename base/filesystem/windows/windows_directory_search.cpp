@@ -1,3 +1,4 @@
+#include <type_traits>
 #include <utility>
 
 #include "base/filesystem/detail/folder_list.h"
@@ -30,6 +31,25 @@ std::shared_ptr<Iterator> find(const OxaWindowsFileSystemDirectory& directory, c
     return absolute != nullptr ? std::make_shared<Iterator>(*absolute, pattern) : nullptr;
 }
 
+/// Appends those of one kind.
+template <class Item, class Wanted>
+class Appender final : public detail::ItemReceiver
+{
+   public:
+    explicit Appender(std::vector<std::shared_ptr<const Item>>& items) : m_items(items) {}
+    void take(std::shared_ptr<const File> file) override { takeItem(std::move(file)); }
+    void take(std::shared_ptr<const Directory> directory) override { takeItem(std::move(directory)); }
+
+   private:
+    template <class Found>
+    void takeItem(std::shared_ptr<const Found>&& item)
+    {
+        if constexpr (std::is_same_v<Found, Wanted>) m_items.push_back(std::move(item));
+    }
+
+    std::vector<std::shared_ptr<const Item>>& m_items;
+};
+
 /// What an iterator over these kinds would give, without one.
 template <class Item, class Wanted>
 void append(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
@@ -37,9 +57,8 @@ void append(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFil
 {
     const auto absolute = searchable(directory, pattern);
     if (absolute == nullptr) return;
-    for (auto& item : detail::listFolder(*absolute, pattern, kinds))
-        if (const auto* const wanted = dynamic_cast<const Wanted*>(item.get()))
-            items.emplace_back(std::move(item), wanted);
+    Appender<Item, Wanted> appender(items);
+    detail::listFolder(*absolute, pattern, kinds, appender);
 }
 
 template <class Item>

@@ -30,14 +30,14 @@ class NativeFolderReader : public FolderReader
 
     bool isOpen() const { return m_search != INVALID_HANDLE_VALUE; }
 
-    bool next(FolderEntry& entry) override
+    bool nextOf(FolderEntry& entry, EntryKinds kinds) override
     {
         do
         {
             if (!advance()) return false;
-        } while (isDots(m_found.cFileName));
+            entry.isFolder = (m_found.dwFileAttributes & FOLDER) != 0;
+        } while (isDots(m_found.cFileName) || !isOf(entry, kinds));
         entry.name = m_found.cFileName;
-        entry.isFolder = (m_found.dwFileAttributes & FOLDER) != 0;
         // The tag of what is no link, but marked in the same way by other services, has other bits.
         entry.isLink = (m_found.dwFileAttributes & LINK) != 0 && IsReparseTagNameSurrogate(m_found.dwReserved0);
         // A link is marked as a folder even when the folder is gone.

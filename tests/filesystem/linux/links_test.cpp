@@ -54,6 +54,11 @@ TEST(Links, AreRemovedThemselves)
     EXPECT_TRUE(temp.directory("top")->removeContents(true));
     EXPECT_TRUE(temp.directory("top")->remove(true));
     EXPECT_FALSE(std::filesystem::is_symlink(temp.path("top")));
+    // The one to a folder is no file.
+    EXPECT_TRUE(temp.directory("tree/inner")->removeContents(false));
+    EXPECT_TRUE(std::filesystem::is_symlink(temp.path("tree/inner/link")));
+    EXPECT_TRUE(temp.directory("tree")->removeContents(false));
+    EXPECT_EQ(sorted(namesIn(*temp.directory("tree"), temp.directory("tree")->findContents("*"))), (Names{"inner/"}));
     EXPECT_TRUE(temp.directory("tree")->remove(true));
     EXPECT_EQ(temp.contents(), (Names{"real/", "real/file"}));
     EXPECT_TRUE(messages.take().empty());
