@@ -74,13 +74,15 @@ void add(const std::string& work, const std::string& who, Body body, double item
 template <class Sample, class Body>
 void addOn(const std::string& work, const std::string& who, Sample sample, Body body)
 {
-    addRun(work, who,
-           [sample, body](benchmark::State& state)
-           {
-               auto& made = sample();
-               for (auto _ : state) body(made);
-               state.counters["items"] = static_cast<double>(made.items);
-           });
+    addRun(
+        work, who,
+        [sample, body](benchmark::State& state)
+        {
+            auto& made = sample();
+            for (auto _ : state) body(made);
+            state.counters["items"] = static_cast<double>(made.items);
+        },
+        [](benchmark::internal::Benchmark& entry) { entry.Repetitions(7); });
 }
 
 /// The same on a sample that the work uses up. Making it anew each time does not count.

@@ -178,17 +178,21 @@ void appendTreeOnce(std::vector<Found>& found, const std::shared_ptr<const std::
     for (const auto& inside : below) appendTreeOnce(found, inside);
 }
 
-constexpr std::size_t PIECE = 128 * 1024;
-using Piece = std::array<std::byte, PIECE>;
+constexpr std::size_t PIECE = 256 * 1024;
+/// The system copies fastest to and from whole lines of the cache.
+struct Piece
+{
+    alignas(64) std::byte bytes[PIECE];
+};
 
 void copyContent(int from, int to, Piece& piece)
 {
     for (;;)
     {
-        const ssize_t size = read(from, piece.data(), piece.size());
+        const ssize_t size = read(from, piece.bytes, PIECE);
         check(size >= 0, "read");
         if (size == 0) return;
-        check(write(to, piece.data(), static_cast<std::size_t>(size)) == size, "write");
+        check(write(to, piece.bytes, static_cast<std::size_t>(size)) == size, "write");
     }
 }
 
