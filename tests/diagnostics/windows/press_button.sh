@@ -14,15 +14,18 @@ for _ in $(seq 100); do [ -s "$screen" ] && break; sleep 0.1; done
 export DISPLAY=":$(cat "$screen")"
 failed=0
 
-# Waits for the box and presses the first letter of a button until it is gone: a slow machine may lose a key.
+# Presses the first letter of a button whenever the box is there, until the program ends: a slow machine may lose a key,
+# and a look at windows that come and go may fail.
 press() {
-  local key=$1 name window
+  local key=$1 run=$2 name window outcome=1
   name=$(basename "$program")
-  timeout 120 xdotool search --sync --onlyvisible --name "$name" >/dev/null || return 1
-  for _ in $(seq 60); do
+  for _ in $(seq 300); do
+    kill -0 "$run" 2>/dev/null || return $outcome
     window=$(xdotool search --onlyvisible --name "$name" 2>/dev/null | head -n 1) || true
-    [ -n "$window" ] || return 0
-    timeout 5 xdotool windowfocus --sync "$window" key --clearmodifiers "$key" 2>/dev/null || true
+    if [ -n "$window" ]; then
+      outcome=0
+      timeout 5 xdotool windowfocus --sync "$window" key --clearmodifiers "$key" 2>/dev/null || true
+    fi
     sleep 0.5
   done
   return 1
@@ -33,7 +36,7 @@ expect() {
   local button=$1 code=$2 rounds=$3 got=0 run
   "$runner" "$program" >"$output" 2>&1 &
   run=$!
-  press "$button" || { echo "no message box to press '$button' in"; failed=1; kill "$run" 2>/dev/null || true; }
+  press "$button" "$run" || { echo "no message box to press '$button' in"; failed=1; kill "$run" 2>/dev/null || true; }
   wait "$run" || got=$?
   if [ "$got" != "$code" ] || [ "$(grep -c '^round' "$output")" != "$rounds" ]; then
     echo "pressed '$button': exit code $got instead of $code"
