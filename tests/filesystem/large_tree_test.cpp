@@ -18,11 +18,11 @@ TEST(LargeTree, IsListedMeasuredCopiedMovedAndRemoved)
     const TempFolder temp;
     Messages messages;
     const char* const wanted = std::getenv("OXA_TEST_ENTRIES");
-    const int entries = wanted != nullptr ? std::atoi(wanted) : 2000;
+    const std::size_t entries = wanted != nullptr ? std::strtoul(wanted, nullptr, 10) : 2000;
     // Most of them in one folder, more than the system tells of at once.
     std::size_t bytes = 0;
     temp.makeFolder("tree/flat");
-    for (int i = 0; i < entries; ++i)
+    for (std::size_t i = 0; i < entries; ++i)
     {
         const std::string folder = i % 4 != 0 ? "flat" : std::to_string(i / 4 % 5) + "/" + std::to_string(i / 20 % 5);
         if (i < 200) temp.makeFolder("tree/" + folder);
@@ -33,7 +33,7 @@ TEST(LargeTree, IsListedMeasuredCopiedMovedAndRemoved)
     const Names all = temp.contents("tree");
     const auto tree = temp.directory("tree");
     EXPECT_EQ(sorted(test::namesIn(*tree, tree->collectContents("*", true))), all);
-    EXPECT_EQ(temp.directory("tree/flat")->collectFiles("*", false).size(), entries - (entries + 3U) / 4);
+    EXPECT_EQ(temp.directory("tree/flat")->collectFiles("*", false).size(), entries - (entries + 3) / 4);
     unsigned long long size = 0;
     EXPECT_TRUE(tree->size(size));
     EXPECT_EQ(size, bytes);
