@@ -33,6 +33,7 @@ OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(ProtectorTag, const OxaWindow
 {
 }
 
+// NOLINTNEXTLINE(modernize-pass-by-value): one copy, and no move
 OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(const OxaWindowsFileSystemDirectory& directory,
                                                    const detail::SplitName& name)
     : m_baseName(name.baseName), m_directory(directory), m_extension(name.extension)
@@ -56,7 +57,8 @@ std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromString(c
         return std::make_unique<OxaWindowsFileSystemFile>(ProtectorTag(), OxaWindowsFileSystemDirectory(), name);
     }
     const auto directory = Directory::fromString(path.view().substr(0, split));
-    return directory != nullptr ? fromString(*directory, name) : nullptr;
+    if (directory == nullptr) return nullptr;
+    return fromString(*directory, name);
 }
 
 std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromString(const Directory& directory,
@@ -64,7 +66,8 @@ std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromString(c
 {
     if (!checkFileName(name)) return nullptr;
     const auto* const impl = detail::windowsImpl(directory);
-    return impl != nullptr ? fromCheckedName(*impl, name) : nullptr;
+    if (impl == nullptr) return nullptr;
+    return fromCheckedName(*impl, name);
 }
 
 std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::duplicate() const
