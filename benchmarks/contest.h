@@ -103,8 +103,8 @@ void addOnFresh(const std::string& work, const std::string& who, Sample sample, 
                 state.counters["items"] = static_cast<double>(made.items);
             }
         },
-        // Each takes seconds.
-        [](benchmark::internal::Benchmark& entry) { entry.UseManualTime()->Repetitions(3); });
+        // Each takes a second or so.
+        [](benchmark::internal::Benchmark& entry) { entry.UseManualTime()->Repetitions(5); });
 }
 
 /// By two threads at once.

@@ -117,9 +117,15 @@ const std::string& smallContent()
     return content;
 }
 
-CopySample freshCopy(const FileSample& source)
+/// 20,000 files of a kilobyte, a hundred in each folder.
+const FileSample& smallFiles()
 {
-    const fs::path target = disk() / "target";
+    static const FileSample sample = makeTree(memoryDisk() / "small", scaled(20'000), smallContent());
+    return sample;
+}
+
+CopySample freshCopy(const FileSample& source, const fs::path& target)
+{
     fs::remove_all(target);
     return {source.path, target, source.items};
 }
@@ -144,15 +150,9 @@ const FileSample& largeFile()
     return sample;
 }
 
-const FileSample& smallFiles()
-{
-    static const FileSample sample = makeTree(disk() / "small", scaled(20'000), smallContent());
-    return sample;
-}
+CopySample largeCopy() { return freshCopy(largeFile(), disk() / "target"); }
 
-CopySample largeCopy() { return freshCopy(largeFile()); }
-
-CopySample smallCopies() { return freshCopy(smallFiles()); }
+CopySample smallCopies() { return freshCopy(smallFiles(), memoryDisk() / "target"); }
 
 FileSample doomedTree() { return makeTree(memoryDisk() / "doomed", scaled(20'000), smallContent()); }
 

@@ -20,10 +20,8 @@ const FileSample& largeFolder();
 const FileSample& largeTree();
 /// A GiB, in the page cache.
 const FileSample& largeFile();
-/// 20,000 files of a kilobyte, a hundred in each folder.
-const FileSample& smallFiles();
-
-/// Something to copy, and a place on the same disk where nothing is.
+/// Something to copy, and a place on the same disk where nothing is. Small files are on the memory disk if there is
+/// one: what a journal has to do, and when, is nobody's merit.
 struct CopySample
 {
     std::filesystem::path source;
@@ -33,7 +31,7 @@ struct CopySample
 CopySample largeCopy();
 CopySample smallCopies();
 
-/// 20,000 small files, made anew, on the memory disk if there is one.
+/// 20,000 files of a kilobyte, a hundred in each folder, made anew there.
 FileSample doomedTree();
 
 /// Every file of the samples has a name of so many characters.

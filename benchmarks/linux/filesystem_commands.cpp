@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <initializer_list>
+#include <string>
 #include <vector>
 
 #include "benchmarks/contest.h"
@@ -49,10 +50,14 @@ void addCommands()
                [](const CopySample& sample) {
                    run({"cp", sample.source.c_str(), sample.target.c_str()});
                });
-    addOnFresh(work::COPY_SMALL, "cp -r", smallCopies,
-               [](const CopySample& sample) {
-                   run({"cp", "-r", sample.source.c_str(), sample.target.c_str()});
-               });
+    // Only the second keeps permissions and times, as the library does.
+    for (const char* const options : {"-r", "-rp"})
+    {
+        addOnFresh(work::COPY_SMALL, std::string("cp ") + options, smallCopies,
+                   [options](const CopySample& sample) {
+                       run({"cp", options, sample.source.c_str(), sample.target.c_str()});
+                   });
+    }
     addOnFresh(work::REMOVE_SMALL, "rm -rf", doomedTree,
                [](const FileSample& sample) {
                    run({"rm", "-rf", sample.path.c_str()});
