@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 
 #include "base/platform/character.h"
 #include "base/platform/linux/current_folder.h"
@@ -129,7 +130,12 @@ std::size_t endOfForeign(TextView text, std::size_t begin)
 void appendNative(std::string& path, TextView text)
 {
     path.reserve(path.size() + text.size());
-    for (std::size_t i = 0; i < text.size();)
+    // Most paths are ASCII all along, or nearly.
+    const auto* const foreign = std::ranges::find_if_not(text, detail::isAscii);
+    const auto plain = static_cast<std::size_t>(foreign - text.begin());
+    std::ranges::transform(text.substr(0, plain), std::back_inserter(path),
+                           [](Char c) { return isSeparator(c) ? '/' : static_cast<char>(c); });
+    for (std::size_t i = plain; i < text.size();)
     {
         const std::size_t end = endOfForeign(text, i);
         if (end > i)
