@@ -12,7 +12,8 @@ set(doc_folder ${CMAKE_INSTALL_DATADIR}/doc/${versioned_name})
 
 install(TARGETS OxaBase EXPORT OxaBaseTargets)
 install(DIRECTORY base DESTINATION ${headers_folder}
-  FILES_MATCHING PATTERN *.h PATTERN detail EXCLUDE PATTERN platform EXCLUDE PATTERN entry EXCLUDE)
+  FILES_MATCHING PATTERN *.h PATTERN detail EXCLUDE PATTERN text EXCLUDE PATTERN formats EXCLUDE PATTERN platform EXCLUDE
+    PATTERN entry EXCLUDE)
 install(FILES base/platform/platform_types.h DESTINATION ${headers_folder}/base/platform)
 install(EXPORT OxaBaseTargets NAMESPACE OxaBase:: DESTINATION ${package_folder})
 
@@ -28,7 +29,7 @@ install(FILES ${PROJECT_BINARY_DIR}/OxaBaseConfig.cmake ${PROJECT_BINARY_DIR}/Ox
 install(FILES cmake/OxaModule.cmake DESTINATION ${package_folder})
 install(FILES base/module/entry/attach.cpp DESTINATION ${package_folder}/base/module/entry)
 foreach(system linux windows)
-  install(DIRECTORY base/platform/${system}/entry DESTINATION ${package_folder}/base/platform/${system})
+  install(DIRECTORY base/platform/${system}/modules/entry DESTINATION ${package_folder}/base/platform/${system}/modules)
 endforeach()
 
 # The paths begin where the file lies, so that the tree may be moved.

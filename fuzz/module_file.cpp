@@ -1,6 +1,6 @@
 // A module's file: its sections, its build and its functions.
 
-#include "base/platform/linux/elf_file.h"
+#include "base/formats/elf_file.h"
 #include "fuzz/fuzz_input.h"
 
 using namespace Oxa_1_1;
@@ -8,7 +8,7 @@ using namespace Oxa_1_1;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string input = fuzz::bytes(data, size);
-    const platform::ElfFile elf({reinterpret_cast<const std::uint8_t*>(input.data()), input.size()});
+    const formats::ElfFile elf({reinterpret_cast<const std::uint8_t*>(input.data()), input.size()});
     std::uint64_t begin = 0;
     std::uint64_t offset = 0;
     if (elf.findUnwindIndex(offset, begin)) fuzz::require(offset < size);

@@ -1,6 +1,6 @@
 // Registry texts of any bytes: the name of a value up to its zero, then the file.
 
-#include "base/platform/registry_text.h"
+#include "base/formats/registry_text.h"
 
 #include "fuzz/outside_bytes.h"
 
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto file = fuzz::outside(data, size);
     for (const TextView key : {OXA_TEXT("HKEY_CURRENT_USER\\Oxa"), OXA_TEXT("HKCU\\oxa\\")})
     {
-        const auto value = platform::findRegistryValue(file, key, name);
+        const auto value = formats::findRegistryValue(file, key, name);
         // Text of one byte may become one unit, and has a zero behind it.
         fuzz::require(!value || value->data.size() <= 2 * size + 2);
     }

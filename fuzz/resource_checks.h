@@ -3,19 +3,19 @@
 #include <optional>
 #include <utility>
 
-#include "base/platform/resource_index.h"
+#include "base/formats/resource_index.h"
 #include "fuzz/outside_bytes.h"
 
 namespace Oxa_1_1::fuzz
 {
 
 /// What holds of every index: its order, that all is found again, and that nothing lies outside of the file.
-inline void checkResources(std::optional<platform::ResourceIndex> read, std::span<const std::byte> bytes)
+inline void checkResources(std::optional<formats::ResourceIndex> read, std::span<const std::byte> bytes)
 {
     if (!read) return;
-    const platform::ResourceIndex index = std::move(*read);
-    const platform::ResourceEntry* last = nullptr;
-    for (const platform::ResourceEntry& entry : index.entries())
+    const formats::ResourceIndex index = std::move(*read);
+    const formats::ResourceEntry* last = nullptr;
+    for (const formats::ResourceEntry& entry : index.entries())
     {
         require(isPartOf(entry.bytes, bytes));
         const auto found = index.find(entry.type, entry.name);
@@ -29,10 +29,10 @@ inline void checkResources(std::optional<platform::ResourceIndex> read, std::spa
         last = &entry;
     }
     for (unsigned id = 0; id < 0x10000; ++id)
-        for (const platform::ResourceEntry& block : index.stringBlock(id))
+        for (const formats::ResourceEntry& block : index.stringBlock(id))
         {
-            require(block.type.id == platform::ResourceIndex::STRING_TYPE && block.name.id == id / 16 + 1);
-            require(2 * platform::ResourceIndex::stringAt(block, id).size() <= block.bytes.size());
+            require(block.type.id == formats::ResourceIndex::STRING_TYPE && block.name.id == id / 16 + 1);
+            require(2 * formats::ResourceIndex::stringAt(block, id).size() <= block.bytes.size());
         }
 }
 

@@ -7,6 +7,6 @@ using namespace Oxa_1_1;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const auto bytes = fuzz::outside(data, size);
-    fuzz::checkResources(platform::ResourceIndex::fromPortableExecutable(bytes), bytes);
+    fuzz::checkResources(formats::ResourceIndex::fromPortableExecutable(bytes), bytes);
     return 0;
 }

@@ -1,6 +1,6 @@
 // Version blocks of any bytes: a path up to its zero, then the block.
 
-#include "base/platform/version_block.h"
+#include "base/formats/version_block.h"
 
 #include "fuzz/outside_bytes.h"
 
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const TextView path :
          {TextView(query), TextView(OXA_TEXT("\\")), TextView(OXA_TEXT("\\VarFileInfo\\Translation"))})
     {
-        const auto value = platform::queryVersionValue(block, path);
+        const auto value = formats::queryVersionValue(block, path);
         fuzz::require(!value || fuzz::isPartOf(*value, block));
     }
     return 0;

@@ -5,7 +5,7 @@
 
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/wildcard.h"
-#include "base/platform/character.h"
+#include "base/text/character.h"
 #include "fuzz/fuzz_input.h"
 
 using namespace Oxa_1_1;
@@ -24,7 +24,7 @@ bool matchesPlainly(TextView pattern, TextView name)
         next[0] = row[0] && c == '*';
         for (std::size_t n = 1; n <= name.size(); ++n)
         {
-            const bool isSame = c == '?' || platform::toLower(c) == platform::toLower(name[n - 1]);
+            const bool isSame = c == '?' || text::toLower(c) == text::toLower(name[n - 1]);
             next[n] = c == '*' ? row[n] || next[n - 1] : row[n - 1] && isSame;
         }
         row = std::move(next);

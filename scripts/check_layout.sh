@@ -14,12 +14,14 @@ report() {
 # Which subsystems a folder may include, besides itself and the headers directly under base/.
 allowed() {
   case $1 in
-    platform) echo "" ;;
-    string) echo "platform" ;;
-    object) echo "string platform" ;;
-    module) echo "string object platform" ;;
-    diagnostics) echo "string platform" ;;
-    filesystem) echo "string object diagnostics platform" ;;
+    text) echo "" ;;
+    formats) echo "text" ;;
+    platform) echo "text formats" ;;
+    string) echo "text platform" ;;
+    object) echo "text string platform" ;;
+    module) echo "text string object formats platform" ;;
+    diagnostics) echo "text string platform" ;;
+    filesystem) echo "text string object diagnostics platform" ;;
     *) echo "unknown" ;;
   esac
 }

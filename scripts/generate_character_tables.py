@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes base/platform/character_tables.inc: classes and lower-case mapping of the 65536 UTF-16 units.
+"""Writes base/text/character_tables.inc: classes and lower-case mapping of the 65536 UTF-16 units.
 
 Run by hand when Python's Unicode data is newer: scripts/generate_character_tables.py
 """

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes base/platform/linux/unassigned_bytes.inc: the units that the Windows target's system gives to bytes without a
+# Writes base/platform/linux/system/unassigned_bytes.inc: the units that the Windows target's system gives to bytes without a
 # character, in runs. Run by hand.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -43,4 +43,4 @@ int main()
 }
 PROGRAM
 x86_64-w64-mingw32-g++-posix -O1 "$work/table.cpp" -o "$work/table.exe"
-scripts/run_under_wine.sh "$work/table.exe" | tr -d '\r' >base/platform/linux/unassigned_bytes.inc
+scripts/run_under_wine.sh "$work/table.exe" | tr -d '\r' >base/platform/linux/system/unassigned_bytes.inc

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes base/platform/linux/windows_1252_table.inc: what the Windows target's system makes of each byte 0x80 to 0x9F
+# Writes base/text/windows_1252_table.inc: what the Windows target's system makes of each byte 0x80 to 0x9F
 # and of each unit beyond Latin-1, with its nearest relatives. Run by hand.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -37,4 +37,4 @@ int main()
 }
 PROGRAM
 x86_64-w64-mingw32-g++-posix -O1 "$work/table.cpp" -o "$work/table.exe"
-scripts/run_under_wine.sh "$work/table.exe" | tr -d '\r' >base/platform/linux/windows_1252_table.inc
+scripts/run_under_wine.sh "$work/table.exe" | tr -d '\r' >base/text/windows_1252_table.inc

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "base/diagnostics/detail/world.h"
-#include "base/platform/debug_output.h"
+#include "base/platform/system/debug_output.h"
 #include "base/string/oxa_string.h"
 
 namespace

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "base/diagnostics/detail/world.h"
-#include "base/platform/debug_output.h"
-#include "base/platform/prompt.h"
-#include "base/platform/system_info.h"
+#include "base/platform/system/debug_output.h"
+#include "base/platform/system/prompt.h"
+#include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1
 {

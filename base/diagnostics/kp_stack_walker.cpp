@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "base/platform/call_stack.h"
-#include "base/platform/system_info.h"
+#include "base/platform/stack/call_stack.h"
+#include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1
 {

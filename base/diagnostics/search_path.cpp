@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "base/platform/system_info.h"
+#include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1::detail
 {

@@ -12,9 +12,9 @@
 #include "base/diagnostics/detail/walk_text.h"
 #include "base/diagnostics/detail/world.h"
 #include "base/diagnostics/kp_stack_walker.h"
-#include "base/platform/error_text.h"
-#include "base/platform/last_error.h"
-#include "base/platform/system_info.h"
+#include "base/platform/system/error_text.h"
+#include "base/platform/system/last_error.h"
+#include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1
 {

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "base/platform/error_text.h"
-#include "base/platform/last_error.h"
+#include "base/platform/system/error_text.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {

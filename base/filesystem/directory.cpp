@@ -6,8 +6,8 @@
 #include "base/filesystem/file.h"
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
-#include "base/platform/system_path.h"
-#include "base/platform/utf8.h"
+#include "base/platform/files/system_path.h"
+#include "base/text/utf8.h"
 
 namespace Oxa_1_1
 {
@@ -37,10 +37,7 @@ std::shared_ptr<Directory> Directory::fromString(const String& path)
 
 std::shared_ptr<Directory> Directory::fromUTF8(const char* path) { return fromString(UTF8Interface(path)); }
 
-std::shared_ptr<Directory> Directory::fromUTF8(const std::string& path)
-{
-    return fromString(platform::decodeUtf8(path));
-}
+std::shared_ptr<Directory> Directory::fromUTF8(const std::string& path) { return fromString(text::decodeUtf8(path)); }
 
 std::shared_ptr<Directory> Directory::fromPath(const std::filesystem::path& path)
 {

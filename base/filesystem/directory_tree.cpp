@@ -11,7 +11,7 @@
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/platform/files.h"
+#include "base/platform/files/files.h"
 
 namespace Oxa_1_1
 {

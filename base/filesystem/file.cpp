@@ -6,9 +6,9 @@
 #include "base/filesystem/directory.h"
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
-#include "base/platform/shell.h"
-#include "base/platform/system_path.h"
-#include "base/platform/wide_values.h"
+#include "base/platform/files/system_path.h"
+#include "base/platform/system/shell.h"
+#include "base/platform/system/wide_values.h"
 
 namespace Oxa_1_1
 {

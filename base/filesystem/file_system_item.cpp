@@ -8,8 +8,8 @@
 #include "base/filesystem/file.h"
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
-#include "base/platform/character.h"
-#include "base/platform/system_path.h"
+#include "base/platform/files/system_path.h"
+#include "base/text/character.h"
 
 namespace Oxa_1_1
 {
@@ -113,6 +113,6 @@ std::size_t std::hash<Oxa_1_1::FileSystemItem>::operator()(const Oxa_1_1::FileSy
 {
     const auto absolute = item.isAbsolute() ? nullptr : item.makeAbsolute();
     Oxa_1_1::Text name((absolute != nullptr ? *absolute : item).getFullName().view());
-    for (Oxa_1_1::Char& c : name) c = Oxa_1_1::platform::toLower(c);
+    for (Oxa_1_1::Char& c : name) c = Oxa_1_1::text::toLower(c);
     return std::hash<Oxa_1_1::Text>{}(name);
 }

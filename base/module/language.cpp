@@ -6,10 +6,10 @@
 #include "base/module/detail/language_choice.h"
 #include "base/module/detail/module_file.h"
 #include "base/module/module.h"
-#include "base/platform/files.h"
-#include "base/platform/locales.h"
-#include "base/platform/module_loader.h"
-#include "base/platform/shell_folders.h"
+#include "base/platform/files/files.h"
+#include "base/platform/modules/module_loader.h"
+#include "base/platform/system/locales.h"
+#include "base/platform/system/shell_folders.h"
 
 namespace Oxa_1_1
 {

@@ -1,7 +1,7 @@
 // The library's own start and end. It is a module like others, and an extension library of the host framework.
 
 #include "base/module/module_entry.h"
-#include "base/platform/host_framework.h"
+#include "base/platform/modules/host_framework.h"
 
 namespace Oxa_1_1
 {

@@ -6,7 +6,7 @@
 #include "base/module/module_entry.h"
 #include "base/module/symbol_table.h"
 #include "base/object/uz_class.h"
-#include "base/platform/module_loader.h"
+#include "base/platform/modules/module_loader.h"
 
 namespace Oxa_1_1
 {

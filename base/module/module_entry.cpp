@@ -1,7 +1,7 @@
 #include "base/module/module_entry.h"
 
-#include "base/platform/module_loader.h"
-#include "base/platform/resources.h"
+#include "base/platform/modules/module_loader.h"
+#include "base/platform/modules/resources.h"
 
 namespace Oxa_1_1
 {

@@ -6,8 +6,8 @@
 
 #include "base/module/detail/memory_stream.h"
 #include "base/module/module.h"
-#include "base/platform/locales.h"
-#include "base/platform/resources.h"
+#include "base/platform/modules/resources.h"
+#include "base/platform/system/locales.h"
 
 namespace Oxa_1_1
 {

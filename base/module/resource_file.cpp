@@ -1,6 +1,6 @@
 #include "base/module/resource_file.h"
 
-#include "base/platform/resource_index.h"
+#include "base/formats/resource_index.h"
 
 namespace Oxa_1_1
 {
@@ -8,7 +8,7 @@ namespace Oxa_1_1
 namespace
 {
 
-String textOf(const platform::ResourceKey& key)
+String textOf(const formats::ResourceKey& key)
 {
     return key.isText() ? String(key.name) : String(OXA_TEXT("#")) << key.id;
 }
@@ -17,11 +17,11 @@ String textOf(const platform::ResourceKey& key)
 
 std::optional<std::vector<ResourceInfo>> listResources(std::span<const std::byte> file)
 {
-    const auto index = platform::ResourceIndex::fromPortableExecutable(file);
+    const auto index = formats::ResourceIndex::fromPortableExecutable(file);
     if (!index) return std::nullopt;
     std::vector<ResourceInfo> resources;
     resources.reserve(index->entries().size());
-    for (const platform::ResourceEntry& entry : index->entries())
+    for (const formats::ResourceEntry& entry : index->entries())
         resources.push_back({textOf(entry.type), textOf(entry.name), entry.language, entry.bytes.size()});
     return resources;
 }

@@ -1,6 +1,6 @@
 #include "base/module/scoped_resource_domain.h"
 
-#include "base/platform/host_framework.h"
+#include "base/platform/modules/host_framework.h"
 
 namespace Oxa_1_1
 {

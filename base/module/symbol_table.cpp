@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "base/platform/character.h"
-#include "base/platform/text_scan.h"
+#include "base/text/character.h"
+#include "base/text/scan.h"
 
 namespace Oxa_1_1
 {
@@ -28,24 +28,24 @@ constexpr std::uint32_t mix(std::uint32_t value)
 std::uint32_t hashName(TextView name)
 {
     std::uint32_t hash = 0;
-    for (const Char c : name) hash = (hash ^ platform::toLower(c)) * 0x01000193;
+    for (const Char c : name) hash = (hash ^ text::toLower(c)) * 0x01000193;
     return mix(hash);
 }
 
 bool isSameName(TextView a, TextView b)
 {
-    return a.size() == b.size() && platform::compareUnitsIgnoreCase(a.data(), b.data(), a.size()) == 0;
+    return a.size() == b.size() && text::compareUnitsIgnoreCase(a.data(), b.data(), a.size()) == 0;
 }
 
 std::size_t skipSpace(TextView text, std::size_t start)
 {
-    while (start < text.size() && platform::isSpace(text[start])) ++start;
+    while (start < text.size() && text::isSpace(text[start])) ++start;
     return start;
 }
 
 std::size_t skipWord(TextView text, std::size_t start)
 {
-    while (start < text.size() && !platform::isSpace(text[start])) ++start;
+    while (start < text.size() && !text::isSpace(text[start])) ++start;
     return start;
 }
 
@@ -54,17 +54,17 @@ std::size_t skipWord(TextView text, std::size_t start)
 std::optional<unsigned int> readNumber(TextView text)
 {
     constexpr std::uint64_t MAX = 0xFFFFFFFF;
-    if (text.empty() || platform::isAlpha(text.front())) return std::nullopt;
+    if (text.empty() || text::isAlpha(text.front())) return std::nullopt;
     std::size_t i = 0;
-    while (i < text.size() && !platform::isAlphaNumeric(text[i])) ++i;
+    while (i < text.size() && !text::isAlphaNumeric(text[i])) ++i;
     std::uint64_t value = 0;
-    for (; i < text.size() && platform::isDigit(text[i]); ++i)
+    for (; i < text.size() && text::isDigit(text[i]); ++i)
         value = std::min(10 * value + static_cast<std::uint64_t>(text[i] - '0'), MAX);
     return static_cast<unsigned int>(value);
 }
 
 /// Names end at their first zero, as everywhere in comparisons.
-TextView upToZero(TextView text) { return text.substr(0, platform::findUnit(text.data(), text.size(), 0)); }
+TextView upToZero(TextView text) { return text.substr(0, text::findUnit(text.data(), text.size(), 0)); }
 
 }  // namespace
 
@@ -89,8 +89,8 @@ bool SymbolTable::parseLineHeaderFile(const String& line) { return parseLine(upT
 
 bool SymbolTable::parseLine(TextView line)
 {
-    const std::size_t marker = platform::findText(line.data(), line.size(), DEFINE.data(), DEFINE.size());
-    if (marker == platform::NOT_FOUND) return true;
+    const std::size_t marker = text::findText(line.data(), line.size(), DEFINE.data(), DEFINE.size());
+    if (marker == text::NOT_FOUND) return true;
 
     const std::size_t behind = marker + DEFINE.size();
     const std::size_t nameStart = skipSpace(line, behind);

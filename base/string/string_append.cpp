@@ -1,8 +1,8 @@
 // Appending: numbers, characters and texts.
 
-#include "base/platform/text_scan.h"
 #include "base/string/detail/number_text.h"
 #include "base/string/oxa_string.h"
+#include "base/text/scan.h"
 
 namespace Oxa_1_1
 {
@@ -17,7 +17,7 @@ String& String::append(TextView text)
 /// The text up to its first zero; NIL takes the whole.
 String& String::appendText(TextView text)
 {
-    return append(m_present ? text.substr(0, platform::findUnit(text.data(), text.size(), 0)) : text);
+    return append(m_present ? text.substr(0, text::findUnit(text.data(), text.size(), 0)) : text);
 }
 
 String& String::appendSigned(long long value)

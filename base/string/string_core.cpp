@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/platform/code_page.h"
-#include "base/platform/text_scan.h"
-#include "base/platform/utf8.h"
+#include "base/platform/system/code_page.h"
 #include "base/string/detail/foreign_text.h"
 #include "base/string/oxa_string.h"
+#include "base/text/scan.h"
+#include "base/text/utf8.h"
 
 namespace Oxa_1_1
 {
@@ -40,7 +40,7 @@ Text decodeAnsi(std::string_view bytes)
 Text decode(const CodePageInterface& text)
 {
     if (text.data() == nullptr || *text.data() == 0) return {};
-    if (text.codePage() == UTF8Interface::CODE_PAGE) return platform::decodeUtf8(text.data());
+    if (text.codePage() == UTF8Interface::CODE_PAGE) return text::decodeUtf8(text.data());
     return platform::decodeCodePage(text.codePage(), text.data());
 }
 
@@ -48,7 +48,7 @@ Text decode(const CodePageInterface& text)
 int compareEnds(TextView a, TextView b)
 {
     const std::size_t common = std::min(a.size(), b.size());
-    if (platform::findUnit(a.data(), common, 0) != platform::NOT_FOUND) return 0;
+    if (text::findUnit(a.data(), common, 0) != text::NOT_FOUND) return 0;
     const bool aEnds = a.size() == common || a[common] == 0;
     const bool bEnds = b.size() == common || b[common] == 0;
     return bEnds - aEnds;
@@ -109,7 +109,7 @@ std::string String::stringAnsi() const
     return isEmpty() ? std::string() : platform::encodeCodePage(ANSI_CODE_PAGE, m_text);
 }
 
-std::string String::stringUTF8() const { return isEmpty() ? std::string() : platform::encodeUtf8(m_text); }
+std::string String::stringUTF8() const { return isEmpty() ? std::string() : text::encodeUtf8(m_text); }
 
 void String::write(const Char* text, int length)
 {
@@ -121,7 +121,7 @@ int String::compare(const String& other) const noexcept
     if (!m_present || !other.m_present) return m_present - other.m_present;
     // The zero behind the shorter text decides, so its units and that zero are all there is to compare.
     const std::size_t length = std::min(m_text.size(), other.m_text.size()) + 1;
-    return sign(platform::compareUnits(m_text.c_str(), other.m_text.c_str(), length));
+    return sign(text::compareUnits(m_text.c_str(), other.m_text.c_str(), length));
 }
 
 int String::compare(const Char* text) const noexcept
@@ -135,7 +135,7 @@ int String::compare(Char c) const noexcept { return compareText({&c, 1}); }
 int String::compareText(TextView text) const noexcept
 {
     if (!m_present) return -1;
-    const int difference = platform::compareUnits(m_text.data(), text.data(), std::min(m_text.size(), text.size()));
+    const int difference = text::compareUnits(m_text.data(), text.data(), std::min(m_text.size(), text.size()));
     return difference != 0 ? sign(difference) : compareEnds(m_text, text);
 }
 
@@ -143,7 +143,7 @@ int String::compareIgnoreCase(const String& other) const noexcept
 {
     if (!m_present || !other.m_present) return m_present - other.m_present;
     const std::size_t length = std::min(m_text.size(), other.m_text.size()) + 1;
-    return platform::compareUnitsIgnoreCase(m_text.c_str(), other.m_text.c_str(), length);
+    return text::compareUnitsIgnoreCase(m_text.c_str(), other.m_text.c_str(), length);
 }
 
 int String::compareIgnoreCase(const Char* text) const noexcept
@@ -158,14 +158,14 @@ int String::compareTextIgnoreCase(TextView text) const noexcept
 {
     if (!m_present) return -1;
     const std::size_t common = std::min(m_text.size(), text.size());
-    const int difference = platform::compareUnitsIgnoreCase(m_text.data(), text.data(), common);
+    const int difference = text::compareUnitsIgnoreCase(m_text.data(), text.data(), common);
     return difference != 0 ? difference : compareEnds(m_text, text);
 }
 
 bool String::compareEquality(const String& other) const noexcept
 {
     return m_present == other.m_present && m_text.size() == other.m_text.size() &&
-           platform::compareUnits(m_text.data(), other.m_text.data(), m_text.size()) == 0;
+           text::compareUnits(m_text.data(), other.m_text.data(), m_text.size()) == 0;
 }
 
 }  // namespace Oxa_1_1

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "base/platform/character.h"
-#include "base/platform/text_scan.h"
 #include "base/string/oxa_string.h"
+#include "base/text/character.h"
+#include "base/text/scan.h"
 
 namespace Oxa_1_1
 {
@@ -45,8 +45,8 @@ String String::substr(int start, int end) const
 String String::trim(bool left, bool right) const
 {
     TextView kept = m_text;
-    while (left && !kept.empty() && platform::isSpace(kept.front())) kept.remove_prefix(1);
-    while (right && !kept.empty() && platform::isSpace(kept.back())) kept.remove_suffix(1);
+    while (left && !kept.empty() && text::isSpace(kept.front())) kept.remove_prefix(1);
+    while (right && !kept.empty() && text::isSpace(kept.back())) kept.remove_suffix(1);
     return kept.size() == m_text.size() ? *this : String(kept);
 }
 
@@ -57,7 +57,7 @@ bool String::endsWith(const String& suffix, bool ignoreCase) const noexcept
     if (suffix.isEmpty() || suffix.m_text.size() > m_text.size()) return false;
     if (!ignoreCase) return view().ends_with(suffix.view());
     const Char* const end = m_text.c_str() + (m_text.size() - suffix.m_text.size());
-    return platform::compareUnitsIgnoreCase(end, suffix.m_text.c_str(), suffix.m_text.size()) == 0;
+    return text::compareUnitsIgnoreCase(end, suffix.m_text.c_str(), suffix.m_text.size()) == 0;
 }
 
 int String::replace(Char from, Char to) noexcept
@@ -85,8 +85,8 @@ int String::replace(const Char* from, const Char* to)
     TextView rest = m_text;
     while (true)
     {
-        const std::size_t hit = platform::findText(rest.data(), rest.size(), pattern.data(), pattern.size());
-        if (hit == platform::NOT_FOUND) break;
+        const std::size_t hit = text::findText(rest.data(), rest.size(), pattern.data(), pattern.size());
+        if (hit == text::NOT_FOUND) break;
         result.append(rest.substr(0, hit)).append(replacement);
         rest.remove_prefix(hit + pattern.size());
         ++count;

@@ -4,10 +4,10 @@
 #include <optional>
 #include <utility>
 
-#include "base/platform/detail/resize_and_fill.h"
-#include "base/platform/text_escape.h"
-#include "base/platform/text_scan.h"
 #include "base/string/oxa_string.h"
+#include "base/text/escape.h"
+#include "base/text/resize_and_fill.h"
+#include "base/text/scan.h"
 
 namespace Oxa_1_1
 {
@@ -78,18 +78,18 @@ std::optional<Unescaped> readEscape(TextView text, bool unicode)
 
 void String::controlsToEsc(bool unicode)
 {
-    const std::size_t length = platform::escapedLength(m_text, unicode);
+    const std::size_t length = text::escapedLength(m_text, unicode);
     if (length == m_text.size()) return;
 
     Text escaped;
-    platform::detail::resizeAndFill(escaped, length, [&](Char* out) { platform::escape(m_text, unicode, out); });
+    text::resizeAndFill(escaped, length, [&](Char* out) { text::escape(m_text, unicode, out); });
     m_text = std::move(escaped);
 }
 
 int String::escToControls(bool unicode)
 {
-    std::size_t target = platform::findUnit(m_text.data(), m_text.size(), '\\');
-    if (target == platform::NOT_FOUND) return -1;
+    std::size_t target = text::findUnit(m_text.data(), m_text.size(), '\\');
+    if (target == text::NOT_FOUND) return -1;
 
     int count = 0;
     std::size_t source = target;

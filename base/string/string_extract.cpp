@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <limits>
 
-#include "base/platform/character.h"
 #include "base/string/detail/number_scan.h"
 #include "base/string/oxa_string.h"
+#include "base/text/character.h"
 
 namespace Oxa_1_1
 {
@@ -111,7 +111,7 @@ String& String::operator>>(double& out) { return extractScanned(out, detail::sca
 String& String::operator>>(bool& out)
 {
     const int start = findAlphaNum(0);
-    if (start < 0 || !platform::isAlpha(m_text[static_cast<std::size_t>(start)]))
+    if (start < 0 || !text::isAlpha(m_text[static_cast<std::size_t>(start)]))
     {
         int number = 0;
         *this >> number;

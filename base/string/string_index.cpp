@@ -2,9 +2,9 @@
 
 #include <limits>
 
-#include "base/platform/character.h"
 #include "base/string/detail/number_scan.h"
 #include "base/string/oxa_string.h"
+#include "base/text/character.h"
 
 namespace Oxa_1_1
 {
@@ -16,7 +16,7 @@ namespace
 std::size_t indexStart(TextView text)
 {
     std::size_t start = text.size();
-    while (start > 0 && platform::isDigit(text[start - 1])) --start;
+    while (start > 0 && text::isDigit(text[start - 1])) --start;
     return start;
 }
 

@@ -2,10 +2,10 @@
 
 #include <cstdarg>
 
-#include "base/platform/detail/resize_and_fill.h"
 #include "base/string/detail/foreign_text.h"
 #include "base/string/detail/format_engine.h"
 #include "base/string/oxa_string.h"
+#include "base/text/resize_and_fill.h"
 
 namespace Oxa_1_1
 {
@@ -24,7 +24,7 @@ bool formatInto(Text& result, Format format, const Char* pattern, std::va_list a
     if (length < 0) return false;
 
     const auto size = static_cast<std::size_t>(length);
-    platform::detail::resizeAndFill(result, size, [&](Char* buffer) { format(buffer, size, pattern, arguments); });
+    text::resizeAndFill(result, size, [&](Char* buffer) { format(buffer, size, pattern, arguments); });
     return true;
 }
 

@@ -1,8 +1,8 @@
 // Searches for texts, characters and classes of characters.
 
-#include "base/platform/character.h"
-#include "base/platform/text_scan.h"
 #include "base/string/oxa_string.h"
+#include "base/text/character.h"
+#include "base/text/scan.h"
 
 namespace Oxa_1_1
 {
@@ -12,9 +12,9 @@ namespace
 
 int toIndex(std::size_t position) { return position == TextView::npos ? -1 : static_cast<int>(position); }
 
-bool isSignedDigit(Char c) { return platform::isDigit(c) || c == '-'; }
+bool isSignedDigit(Char c) { return text::isDigit(c) || c == '-'; }
 
-bool isNumberStart(Char c) { return platform::isAlphaNumeric(c) || c == '-' || c == '.' || c == '+'; }
+bool isNumberStart(Char c) { return text::isAlphaNumeric(c) || c == '-' || c == '.' || c == '+'; }
 
 bool isNumeric(Char c) { return isSignedDigit(c) || c == '.' || c == '+' || (c | 0x20) == 'e'; }
 
@@ -34,22 +34,22 @@ int String::find(const Char* text, int start) const noexcept
     if (text == nullptr || *text == 0 || start < 0 || start >= length()) return -1;
     const TextView pattern = text;
     const TextView searched = view().substr(static_cast<std::size_t>(start));
-    const std::size_t hit = platform::findText(searched.data(), searched.size(), pattern.data(), pattern.size());
-    return hit == platform::NOT_FOUND ? -1 : start + static_cast<int>(hit);
+    const std::size_t hit = text::findText(searched.data(), searched.size(), pattern.data(), pattern.size());
+    return hit == text::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
 
 int String::find(Char c, int start) const noexcept
 {
     if (start < 0 || start >= length()) return -1;
     const TextView searched = view().substr(static_cast<std::size_t>(start));
-    const std::size_t hit = platform::findUnit(searched.data(), searched.size(), c);
-    return hit == platform::NOT_FOUND ? -1 : start + static_cast<int>(hit);
+    const std::size_t hit = text::findUnit(searched.data(), searched.size(), c);
+    return hit == text::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
 
 int String::findLastOf(const Char* text) const noexcept
 {
     if (text == nullptr || *text == 0) return -1;
-    const TextView searched = view().substr(0, platform::findUnit(m_text.data(), m_text.size(), 0));
+    const TextView searched = view().substr(0, text::findUnit(m_text.data(), m_text.size(), 0));
     return toIndex(searched.rfind(text));
 }
 
@@ -62,12 +62,12 @@ int String::findLastOf(Char c, int start) const noexcept
 
 int String::findAlpha(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return platform::isAlpha(c); });
+    return findUnit(start, [](Char c) { return text::isAlpha(c); });
 }
 
 int String::findNonAlpha(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !platform::isAlpha(c); });
+    return findUnit(start, [](Char c) { return !text::isAlpha(c); });
 }
 
 int String::findAlphaNum(int start) const noexcept { return findUnit(start, isNumberStart); }
@@ -79,12 +79,12 @@ int String::findNonAlphaNum(int start) const noexcept
 
 int String::findDigit(int start, Char except) const noexcept
 {
-    return findUnit(start, [except](Char c) { return platform::isDigit(c) && c != except; });
+    return findUnit(start, [except](Char c) { return text::isDigit(c) && c != except; });
 }
 
 int String::findNonDigit(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !platform::isDigit(c); });
+    return findUnit(start, [](Char c) { return !text::isDigit(c); });
 }
 
 int String::findSignedDigit(int start) const noexcept { return findUnit(start, isSignedDigit); }
@@ -98,12 +98,12 @@ int String::findNumeric(int start) const noexcept { return findUnit(start, isNum
 
 int String::findWS(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !platform::isGraphic(c); });
+    return findUnit(start, [](Char c) { return !text::isGraphic(c); });
 }
 
 int String::findNonWS(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return platform::isGraphic(c); });
+    return findUnit(start, [](Char c) { return text::isGraphic(c); });
 }
 
 }  // namespace Oxa_1_1

@@ -1,5 +1,5 @@
 #include "base/diagnostics/stack_walker.h"
-#include "base/platform/call_stack.h"
+#include "base/platform/stack/call_stack.h"
 
 #include <gtest/gtest.h>
 

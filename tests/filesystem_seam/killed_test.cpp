@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <map>
 
-#include "base/platform/file_observer.h"
+#include "base/platform/files/file_observer.h"
 #include "tests/filesystem/temp_folder.h"
 
 namespace Oxa_1_1::test

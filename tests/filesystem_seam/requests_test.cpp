@@ -9,8 +9,8 @@
 #include "base/diagnostics/windows_error.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/platform/file_observer.h"
-#include "base/platform/shell.h"
+#include "base/platform/files/file_observer.h"
+#include "base/platform/system/shell.h"
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
 

@@ -10,9 +10,9 @@
 #include "base/module/resource_file.h"
 #include "base/module/scoped_resource_domain.h"
 #include "base/module/string_resource.h"
+#include "tests/formats/outside_bytes.h"
 #include "tests/module/fixtures/resource.h"
 #include "tests/module/loaded_fixture.h"
-#include "tests/platform/outside_bytes.h"
 #include "tests/string/string_printer.h"
 
 namespace Oxa_1_1::test

@@ -1,6 +1,6 @@
 // Code pages, with the same expectations on every system.
 
-#include "base/platform/code_page.h"
+#include "base/platform/system/code_page.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What every system does with files and folders.
 
-#include "base/platform/files.h"
+#include "base/platform/files/files.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include <map>
 #include <thread>
 
-#include "base/platform/file_observer.h"
-#include "base/platform/last_error.h"
+#include "base/platform/files/file_observer.h"
+#include "base/platform/system/last_error.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace Oxa_1_1::platform

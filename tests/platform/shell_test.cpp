@@ -1,6 +1,6 @@
 // What the desktop is asked for.
 
-#include "base/platform/shell.h"
+#include "base/platform/system/shell.h"
 
 #include <gtest/gtest.h>
 

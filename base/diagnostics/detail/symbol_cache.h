@@ -6,7 +6,7 @@
 #include <span>
 #include <unordered_map>
 
-#include "base/platform/symbols.h"
+#include "base/platform/stack/symbols.h"
 
 namespace Oxa_1_1::detail
 {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "base/diagnostics/stack_walker.h"
-#include "base/platform/system_info.h"
+#include "base/platform/system/system_info.h"
 
 /// The lines of text that the stack walker's hooks write. Null texts read as empty.
 namespace Oxa_1_1::detail

@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "base/platform/files.h"
-#include "base/platform/wide_values.h"
+#include "base/platform/files/files.h"
+#include "base/platform/system/wide_values.h"
 
 namespace Oxa_1_1::detail
 {

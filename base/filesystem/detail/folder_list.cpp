@@ -9,7 +9,7 @@
 #include "base/filesystem/detail/wildcard.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
-#include "base/platform/files.h"
+#include "base/platform/files/files.h"
 
 namespace Oxa_1_1::detail
 {

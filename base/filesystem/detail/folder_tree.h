@@ -6,7 +6,7 @@
 
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/platform/files.h"
+#include "base/platform/files/files.h"
 
 /// Whole trees of folders, of any implementation.
 namespace Oxa_1_1::detail

@@ -4,7 +4,7 @@
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/file_system_item.h"
-#include "base/platform/files.h"
+#include "base/platform/files/files.h"
 
 namespace Oxa_1_1::detail
 {

@@ -4,8 +4,8 @@
 
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
-#include "base/platform/character.h"
-#include "base/platform/text_scan.h"
+#include "base/text/character.h"
+#include "base/text/scan.h"
 
 namespace Oxa_1_1::detail
 {
@@ -77,7 +77,7 @@ void reportBeyondRoot(const ParsedDirectory& path)
     reportText(OXA_TEXT("Invalid path '%ls': parent references go beyond root."), fullName(path, SEPARATOR));
 }
 
-Char upperLetter(Char c) noexcept { return platform::detail::isAsciiLetter(c) ? static_cast<Char>(c & ~0x20) : Char(); }
+Char upperLetter(Char c) noexcept { return text::detail::isAsciiLetter(c) ? static_cast<Char>(c & ~0x20) : Char(); }
 
 }  // namespace
 
@@ -136,7 +136,7 @@ SharedDirectory parseShare(TextView text)
 SharedDirectory parseDirectory(TextView text)
 {
     Text converted;
-    if (platform::findUnit(text.data(), text.size(), OXA_TEXT('/')) != platform::NOT_FOUND)
+    if (text::findUnit(text.data(), text.size(), OXA_TEXT('/')) != text::NOT_FOUND)
     {
         converted = text;
         std::ranges::replace(converted, OXA_TEXT('/'), SEPARATOR);

@@ -4,7 +4,7 @@
 
 #include "base/diagnostics/windows_error.h"
 #include "base/filesystem/file_system_item.h"
-#include "base/platform/last_error.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {

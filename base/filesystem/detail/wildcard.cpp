@@ -1,6 +1,6 @@
 #include "base/filesystem/detail/wildcard.h"
 
-#include "base/platform/character.h"
+#include "base/text/character.h"
 
 namespace Oxa_1_1::detail
 {
@@ -19,7 +19,7 @@ Wildcard::Wildcard(TextView pattern)
     for (const Char c : pattern)
     {
         if (c == STAR && m_pattern.ends_with(STAR)) continue;
-        m_pattern += platform::toLower(c);
+        m_pattern += text::toLower(c);
     }
     m_hasOnlyLeadingStar = m_pattern.find_last_of(STAR) == 0;
 }
@@ -27,7 +27,7 @@ Wildcard::Wildcard(TextView pattern)
 bool Wildcard::matchesAt(std::size_t patternIndex, Char c) const noexcept
 {
     const Char expected = m_pattern[patternIndex];
-    return expected == ANY || expected == platform::toLower(c);
+    return expected == ANY || expected == text::toLower(c);
 }
 
 bool Wildcard::matches(TextView name) const noexcept

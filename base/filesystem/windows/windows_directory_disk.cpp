@@ -4,9 +4,9 @@
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
-#include "base/platform/files.h"
-#include "base/platform/last_error.h"
-#include "base/platform/shell.h"
+#include "base/platform/files/files.h"
+#include "base/platform/system/last_error.h"
+#include "base/platform/system/shell.h"
 
 namespace Oxa_1_1
 {

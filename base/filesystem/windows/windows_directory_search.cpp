@@ -8,7 +8,7 @@
 #include "base/filesystem/file.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_iterators.h"
-#include "base/platform/files.h"
+#include "base/platform/files/files.h"
 
 namespace Oxa_1_1
 {

@@ -8,10 +8,10 @@
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
-#include "base/platform/files.h"
-#include "base/platform/shell.h"
-#include "base/platform/system_path.h"
-#include "base/platform/wide_values.h"
+#include "base/platform/files/files.h"
+#include "base/platform/files/system_path.h"
+#include "base/platform/system/shell.h"
+#include "base/platform/system/wide_values.h"
 
 namespace Oxa_1_1
 {

@@ -6,8 +6,8 @@
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/progress.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
-#include "base/platform/files.h"
-#include "base/platform/last_error.h"
+#include "base/platform/files/files.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {

@@ -6,10 +6,10 @@
 #include <optional>
 
 #include "base/module/detail/module_file.h"
-#include "base/platform/locales.h"
-#include "base/platform/module_loader.h"
-#include "base/platform/process.h"
-#include "base/platform/user_settings.h"
+#include "base/platform/modules/module_loader.h"
+#include "base/platform/system/locales.h"
+#include "base/platform/system/process.h"
+#include "base/platform/system/user_settings.h"
 #include "base/string/oxa_string.h"
 
 namespace Oxa_1_1

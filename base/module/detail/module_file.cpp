@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "base/platform/version_info.h"
+#include "base/platform/modules/version_info.h"
 #include "base/string/oxa_string.h"
 
 namespace Oxa_1_1::detail

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "base/platform/character.h"
+#include "base/text/character.h"
 
 namespace Oxa_1_1::detail
 {
@@ -51,7 +51,7 @@ bool readNumber(const Char*& format, int& number, bool& fromArgument)
     }
     constexpr int LIMIT = std::numeric_limits<int>::max();
     number = 0;
-    for (; platform::isDigit(*format); ++format)
+    for (; text::isDigit(*format); ++format)
     {
         const int digit = *format - '0';
         if (number > (LIMIT - digit) / 10) return false;

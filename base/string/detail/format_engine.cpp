@@ -7,7 +7,7 @@
 #include <string>
 #include <type_traits>
 
-#include "base/platform/code_page.h"
+#include "base/platform/system/code_page.h"
 #include "base/string/detail/foreign_text.h"
 #include "base/string/detail/format_directive.h"
 #include "base/string/detail/format_number.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "base/platform/character.h"
+#include "base/text/character.h"
 
 namespace Oxa_1_1::detail
 {
@@ -24,7 +24,7 @@ Scanned<std::uint64_t> scanDigits(TextView text, std::uint64_t highest, bool& to
     tooLarge = false;
     for (const Char c : text)
     {
-        if (!platform::isDigit(c)) break;
+        if (!text::isDigit(c)) break;
         const auto digit = static_cast<std::uint64_t>(c - '0');
         tooLarge = tooLarge || result.value > limit || (result.value == limit && digit > lastDigit);
         result.value = tooLarge ? highest : result.value * 10 + digit;
@@ -38,7 +38,7 @@ std::size_t matchWord(TextView text, std::string_view word)
 {
     if (text.size() < word.size()) return 0;
     for (std::size_t i = 0; i < word.size(); ++i)
-        if (platform::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
+        if (text::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
     return word.size();
 }
 
@@ -47,14 +47,14 @@ std::size_t matchNan(TextView text)
     const std::size_t word = matchWord(text, "nan");
     if (word == 0 || text.size() == word || text[word] != '(') return word;
     std::size_t end = word + 1;
-    while (end < text.size() && text[end] < 0x80 && (platform::isAlphaNumeric(text[end]) || text[end] == '_')) ++end;
+    while (end < text.size() && text[end] < 0x80 && (text::isAlphaNumeric(text[end]) || text[end] == '_')) ++end;
     return end < text.size() && text[end] == ')' ? end + 1 : word;
 }
 
 bool isDigitOf(Char c, bool hexadecimal)
 {
     const auto lower = static_cast<Char>(c | 0x20);
-    return platform::isDigit(c) || (hexadecimal && lower >= 'a' && lower <= 'f');
+    return text::isDigit(c) || (hexadecimal && lower >= 'a' && lower <= 'f');
 }
 
 /// A number by its grammar, as std::from_chars takes it: narrow, without sign and base prefix.
@@ -90,7 +90,7 @@ struct Literal
         if (text.empty() || (text[0] | 0x20) != (hexadecimal ? 'p' : 'e')) return 0;
         const std::size_t digits = isSign(text.substr(1)) ? 2 : 1;
         std::size_t end = digits;
-        while (end < text.size() && platform::isDigit(text[end])) ++end;
+        while (end < text.size() && text::isDigit(text[end])) ++end;
         return end == digits ? 0 : end;
     }
 

@@ -1,6 +1,6 @@
 // The back end for the real framework, in front of a stand-in: what it calls, and in which order.
 
-#include "base/platform/host_framework.h"
+#include "base/platform/modules/host_framework.h"
 
 #include <gtest/gtest.h>
 

@@ -8,9 +8,9 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "base/platform/linux/native_path.h"
-#include "base/platform/linux/program.h"
-#include "base/platform/shell.h"
+#include "base/platform/linux/files/native_path.h"
+#include "base/platform/linux/system/program.h"
+#include "base/platform/system/shell.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace Oxa_1_1::platform

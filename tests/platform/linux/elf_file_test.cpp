@@ -1,11 +1,13 @@
-#include "base/platform/linux/elf_file.h"
+#include "base/formats/elf_file.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
 
-#include "base/platform/linux/remote_process.h"
-#include "base/platform/linux/walk_stack.h"
+#include "base/platform/linux/files/mapped_file.h"
+#include "base/platform/linux/files/mapped_file.h"
+#include "base/platform/linux/stack/remote_process.h"
+#include "base/platform/linux/stack/walk_stack.h"
 
 namespace Oxa_1_1::platform
 {
@@ -16,7 +18,7 @@ namespace
 TEST(ElfFile, KnowsTheFunctionsOfThisProgram)
 {
     const MappedFile file("/proc/self/exe");
-    const ElfFile elf(file.bytes());
+    const formats::ElfFile elf(file.bytes());
     ASSERT_TRUE(elf.isValid());
     EXPECT_TRUE(elf.hasSection(".text"));
     EXPECT_FALSE(elf.hasSection(".no such section"));
@@ -44,7 +46,7 @@ TEST(ElfFile, FilesThatAreNoneHaveNothing)
     for (const char* const name : {"/no/such/file", "/dev/null", "/", "/proc/self/status"})
     {
         const MappedFile file(name);
-        const ElfFile elf(file.bytes());
+        const formats::ElfFile elf(file.bytes());
         EXPECT_FALSE(elf.isValid()) << name;
         EXPECT_FALSE(elf.hasSection(".text"));
         EXPECT_EQ(elf.buildId(), "");
@@ -60,7 +62,7 @@ TEST(ElfFile, ShortenedFilesAreReadWithinTheirBounds)
     {
         const std::vector<std::uint8_t> head(file.bytes().begin(),
                                              file.bytes().begin() + static_cast<std::ptrdiff_t>(size));
-        const ElfFile elf(head);
+        const formats::ElfFile elf(head);
         EXPECT_FALSE(elf.hasSection(".symtab"));
         EXPECT_TRUE(elf.functionAt(0x1000, begin).empty());
         elf.findUnwindIndex(begin, address);

@@ -1,11 +1,11 @@
-#include "base/platform/linux/error_code.h"
+#include "base/platform/linux/system/error_code.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <set>
 
-#include "base/platform/error_text.h"
+#include "base/platform/system/error_text.h"
 
 namespace Oxa_1_1::platform
 {

@@ -1,6 +1,6 @@
 // Windows spellings and the paths on disk that they stand for.
 
-#include "base/platform/linux/native_path.h"
+#include "base/platform/linux/files/native_path.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <random>
 #include <set>
 
-#include "base/platform/utf8.h"
+#include "base/text/utf8.h"
 
 namespace Oxa_1_1::platform
 {
@@ -123,9 +123,9 @@ TEST_F(Drives, Roots)
     };
     for (const Case& each : cases)
     {
-        EXPECT_EQ(nativePathOf(each.spelling), each.native) << encodeUtf8(each.spelling);
-        EXPECT_EQ(nativeRootOf(each.spelling), each.root) << encodeUtf8(each.spelling);
-        EXPECT_EQ(isOnShare(each.spelling), each.isOnShare) << encodeUtf8(each.spelling);
+        EXPECT_EQ(nativePathOf(each.spelling), each.native) << text::encodeUtf8(each.spelling);
+        EXPECT_EQ(nativeRootOf(each.spelling), each.root) << text::encodeUtf8(each.spelling);
+        EXPECT_EQ(isOnShare(each.spelling), each.isOnShare) << text::encodeUtf8(each.spelling);
     }
 }
 

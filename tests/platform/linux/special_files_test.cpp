@@ -15,11 +15,11 @@
 #include <stdexcept>
 #include <thread>
 
-#include "base/platform/files.h"
-#include "base/platform/last_error.h"
-#include "base/platform/linux/error_code.h"
-#include "base/platform/linux/native_path.h"
-#include "base/platform/utf8.h"
+#include "base/platform/files/files.h"
+#include "base/platform/linux/files/native_path.h"
+#include "base/platform/linux/system/error_code.h"
+#include "base/platform/system/last_error.h"
+#include "base/text/utf8.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace Oxa_1_1::platform
@@ -74,7 +74,8 @@ TEST_F(SpecialFiles, Links)
     std::vector<std::string> found;
     const auto reader = openFolder(folder / "");
     for (FolderEntry entry; reader->next(entry);)
-        found.push_back(encodeUtf8(entry.name) + (entry.isFolder ? " folder" : "") + (entry.isLink ? " link" : ""));
+        found.push_back(text::encodeUtf8(entry.name) + (entry.isFolder ? " folder" : "") +
+                        (entry.isLink ? " link" : ""));
     std::ranges::sort(found);
     EXPECT_EQ(found, (std::vector<std::string>{"file", "sub folder", "to_file link", "to_itself link",
                                                "to_nothing link", "to_sub folder link"}));
@@ -174,8 +175,8 @@ TEST_F(SpecialFiles, NothingHangsOnPipesAndSockets)
     close(listener);
     for (const Text& path : {folder / "pipe", folder / "socket", Text(u"\\dev\\null"), Text(u"\\dev\\zero")})
     {
-        EXPECT_EQ(errorOf(copyFile(path, folder / "new", false, {})), 50u) << encodeUtf8(path);
-        EXPECT_EQ(errorOf(copyFile(folder / "file", path, false, {})), 50u) << encodeUtf8(path);
+        EXPECT_EQ(errorOf(copyFile(path, folder / "new", false, {})), 50u) << text::encodeUtf8(path);
+        EXPECT_EQ(errorOf(copyFile(folder / "file", path, false, {})), 50u) << text::encodeUtf8(path);
         EXPECT_FALSE(folder.has("new"));
     }
     EXPECT_EQ(touchFile(folder / "pipe"), Touch::FAILED);
@@ -317,8 +318,8 @@ TEST_F(SpecialFiles, Drives)
     };
     for (const auto& [path, error] : cases)
     {
-        EXPECT_EQ(errorOf(readInformation(path).has_value()), error) << encodeUtf8(path);
-        EXPECT_FALSE(isLink(path)) << encodeUtf8(path);
+        EXPECT_EQ(errorOf(readInformation(path).has_value()), error) << text::encodeUtf8(path);
+        EXPECT_FALSE(isLink(path)) << text::encodeUtf8(path);
     }
     EXPECT_FALSE(removeFolder(u"Q:\\"));
     EXPECT_FALSE(deleteFile(u"Q:"));

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/platform/files.h"
-#include "base/platform/last_error.h"
+#include "base/platform/files/files.h"
+#include "base/platform/system/last_error.h"
 #include "base/platform/windows/windows_api.h"
 #include "tests/platform/temporary_folder.h"
 

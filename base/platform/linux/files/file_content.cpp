@@ -1,0 +1,116 @@
+#include "base/platform/linux/files/file_content.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+
+#include <algorithm>
+
+#include "base/platform/linux/files/reachable_path.h"
+
+// Shared blocks where the file system has them, else pieces that stay in the processor's cache on their way.
+namespace Oxa_1_1::platform
+{
+
+namespace
+{
+
+constexpr std::size_t PIECE = 256 * 1024;
+constexpr std::uint64_t PROGRESS_STEP = 1024 * 1024;
+
+}  // namespace
+
+void CopyReporter::advance(std::uint64_t done)
+{
+    if (!m_progress || done - m_reported < PROGRESS_STEP || done >= m_total) return;
+    m_reported = done;
+    m_progress(done, m_total);
+}
+
+void CopyReporter::finish(std::uint64_t done) const
+{
+    if (m_progress) m_progress(done, std::max(done, m_total));
+}
+
+bool FileContent::copy()
+{
+    const auto size = static_cast<std::uint64_t>(m_source.st_size);
+    if (size > PIECE && ioctl(m_to, FICLONE, m_from) == 0)
+    {
+        m_done = size;
+        return true;
+    }
+    m_piece = PieceBuffer(size > 0 && size < PIECE ? size + 1 : PIECE);
+    if (isSparse()) return copyParts();
+    if (!reserve() || !copyUntil(UINT64_MAX)) return false;
+    // The source may have become shorter than what was reserved.
+    return m_done >= size || ftruncate(m_to, static_cast<off_t>(m_done)) == 0 || failWith(errno);
+}
+
+/// With holes, and on a file system that tells where.
+bool FileContent::isSparse() const
+{
+    if (m_source.st_blocks * 512 >= m_source.st_size) return false;
+    return lseek(m_from, 0, SEEK_HOLE) >= 0 && lseek(m_from, 0, SEEK_SET) == 0;
+}
+
+/// The system lays a large file out best when it knows the size.
+bool FileContent::reserve() const
+{
+    if (m_source.st_size <= static_cast<off_t>(PIECE)) return true;
+    // Interrupted, it would begin again, and never end under a steady timer.
+    if (fallocate(m_to, 0, 0, m_source.st_size) == 0) return true;
+    return (errno != ENOSPC && errno != EDQUOT && errno != EFBIG) || failWith(errno);
+}
+
+/// Leaves holes where the source has them.
+bool FileContent::copyParts()
+{
+    off_t end = 0;
+    for (;;)
+    {
+        const off_t begin = lseek(m_from, end, SEEK_DATA);
+        if (begin < 0 && errno == ENXIO) break;
+        if (begin < 0) return failWith(errno);
+        end = lseek(m_from, begin, SEEK_HOLE);
+        if (end < 0 || lseek(m_from, begin, SEEK_SET) < 0 || lseek(m_to, begin, SEEK_SET) < 0) return failWith(errno);
+        m_done = static_cast<std::uint64_t>(begin);
+        if (!copyUntil(static_cast<std::uint64_t>(end))) return false;
+    }
+    m_done = static_cast<std::uint64_t>(m_source.st_size);
+    return uninterrupted([&] { return ftruncate(m_to, m_source.st_size); }) == 0 || failWith(errno);
+}
+
+/// To that place, or to the end of the file.
+bool FileContent::copyUntil(std::uint64_t end)
+{
+    while (m_done < end)
+    {
+        const std::size_t wanted = std::min<std::uint64_t>(m_piece.size(), end - m_done);
+        const ssize_t count = uninterrupted([&] { return read(m_from, m_piece.data(), wanted); });
+        if (count < 0) return failWith(errno);
+        if (count == 0) return true;
+        if (!writeAll(static_cast<std::size_t>(count))) return false;
+        m_reporter.advance(m_done);
+        // A short piece ends the file: asking once more would take as long as reading a small one.
+        if (static_cast<std::size_t>(count) < wanted && m_done == static_cast<std::uint64_t>(m_source.st_size))
+            return true;
+    }
+    return true;
+}
+
+bool FileContent::writeAll(std::size_t size)
+{
+    const std::byte* bytes = m_piece.data();
+    while (size > 0)
+    {
+        const ssize_t count = uninterrupted([&] { return write(m_to, bytes, size); });
+        if (count < 0) return failWith(errno);
+        bytes += count;
+        size -= static_cast<std::size_t>(count);
+        m_done += static_cast<std::uint64_t>(count);
+    }
+    return true;
+}
+
+}  // namespace Oxa_1_1::platform

@@ -1,0 +1,204 @@
+// Copies of files: what may be copied onto what, and what is left of it when that fails.
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <climits>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "base/platform/files/detail/native_files.h"
+#include "base/platform/linux/files/file_content.h"
+#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/system/last_error.h"
+
+namespace Oxa_1_1::platform::native
+{
+
+namespace
+{
+
+constexpr DWORD SHARING_VIOLATION = 32;
+constexpr DWORD NOT_SUPPORTED = 50;
+constexpr DWORD FILE_EXISTS = 80;
+
+bool failWithCode(DWORD code)
+{
+    setLastError(code);
+    return false;
+}
+
+/// Pipes, devices and sockets would keep the copy waiting for ever, or do what nobody asked for.
+bool isCopyable(const struct stat& status)
+{
+    if (S_ISDIR(status.st_mode)) return failWith(EISDIR);
+    return S_ISREG(status.st_mode) || failWithCode(NOT_SUPPORTED);
+}
+
+FileDescriptor openSource(const ReachablePath& path, struct stat& status)
+{
+    // It is looked at before it is opened, since opening a device may do something already.
+    if (!path.readStatus(status) || !isCopyable(status)) return FileDescriptor();
+    FileDescriptor file(path.open(O_RDONLY));
+    if (!file.isOpen())
+        path.fail();
+    else if (fstat(file.get(), &status) != 0 || !isCopyable(status))
+        file.close();
+    return file;
+}
+
+/// The file to write. Unless it is kept, it is removed at the end.
+class Target
+{
+   public:
+    explicit Target(const ReachablePath& path) : m_path(path) {}
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+    ~Target()
+    {
+        if (m_file.isOpen() && !m_isKept) remove(m_file);
+    }
+
+    bool create(mode_t mode)
+    {
+        m_file = FileDescriptor(m_path.open(O_WRONLY | O_CREAT | O_EXCL, mode));
+        return m_file.isOpen();
+    }
+
+    bool openExisting(const struct stat& source)
+    {
+        struct stat status;
+        if (!m_path.readStatus(status) || !isReplaceable(status, source)) return false;
+        FileDescriptor file(m_path.open(O_WRONLY));
+        if (!file.isOpen()) return m_path.fail();
+        if (fstat(file.get(), &status) != 0 || !isReplaceable(status, source)) return false;
+        if (uninterrupted([&] { return ftruncate(file.get(), 0); }) != 0) return m_path.fail();
+        m_file = std::move(file);
+        return true;
+    }
+
+    int get() const { return m_file.get(); }
+
+    bool keep()
+    {
+        m_isKept = true;
+        if (m_file.close()) return true;
+        // Some file systems write only now.
+        failWith(errno);
+        if (FileDescriptor file(m_path.open(O_WRONLY)); file.isOpen()) remove(file);
+        return false;
+    }
+
+   private:
+    static bool isReplaceable(const struct stat& target, const struct stat& source)
+    {
+        if (!isCopyable(target)) return false;
+        if (isSameFile(target, source)) return failWithCode(SHARING_VIOLATION);
+        return !isReadOnly(target) || failWith(EACCES);
+    }
+
+    void remove(const FileDescriptor& file) const
+    {
+        const DWORD reason = lastError();
+        // What cannot be removed is at least empty.
+        (void)!ftruncate(file.get(), 0);
+        struct stat status;
+        if (fstat(file.get(), &status) == 0) unlinkSame(status);
+        setLastError(reason);
+    }
+
+    /// Removes the file, not a link that leads to it.
+    void unlinkSame(const struct stat& status) const
+    {
+        struct stat found;
+        const bool isThere = fstatat(m_path.folder(), m_path.itself(), &found, AT_SYMLINK_NOFOLLOW) == 0;
+        if (isThere && isSameFile(found, status))
+        {
+            unlinkat(m_path.folder(), m_path.itself(), 0);
+            return;
+        }
+        const std::unique_ptr<char, decltype(&std::free)> real(realpath(m_path.path(), nullptr), &std::free);
+        if (real != nullptr && lstat(real.get(), &found) == 0 && isSameFile(found, status)) unlink(real.get());
+    }
+
+    const ReachablePath& m_path;
+    FileDescriptor m_file;
+    bool m_isKept = false;
+};
+
+/// Who may write a file need not own it; then it keeps what it has.
+void copyModeAndTimes(const struct stat& source, int to)
+{
+    const struct timespec times[]
+    {
+        {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, source.st_mtim
+    };
+    (void)!fchmod(to, source.st_mode & 0777);
+    futimens(to, times);
+}
+
+/// Empty when it cannot be read.
+std::string readLink(const ReachablePath& path)
+{
+    std::string text(PATH_MAX, '\0');
+    const ssize_t length = readlinkat(path.folder(), path.itself(), text.data(), text.size());
+    text.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+    return text;
+}
+
+}  // namespace
+
+bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+{
+    const ReachablePath sourcePath(from);
+    const ReachablePath targetPath(to);
+    struct stat status;
+    const FileDescriptor source = openSource(sourcePath, status);
+    if (!source.isOpen()) return false;
+
+    Target target(targetPath);
+    // Whoever finds an incomplete copy, after a crash, can replace it.
+    if (!target.create((status.st_mode & 0777) | S_IWUSR))
+    {
+        if (errno != EEXIST) return targetPath.fail();
+        if (failIfExists) return failWithCode(FILE_EXISTS);
+        if (!target.openExisting(status)) return false;
+    }
+    CopyReporter reporter(progress, static_cast<std::uint64_t>(status.st_size));
+    FileContent content(source.get(), target.get(), status, reporter);
+    if (!content.copy()) return false;
+    copyModeAndTimes(status, target.get());
+    if (!target.keep()) return false;
+    reporter.finish(content.done());
+    return true;
+}
+
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    const ReachablePath source(from);
+    const ReachablePath target(to);
+    struct stat status;
+    if (!source.readOwnStatus(status)) return false;
+    const std::string text = readLink(source);
+    if (text.empty()) return source.fail();
+    const auto make = [&] { return symlinkat(text.c_str(), target.folder(), target.itself()) == 0; };
+    if (!make())
+    {
+        if (errno != EEXIST) return target.fail();
+        if (failIfExists) return failWithCode(FILE_EXISTS);
+        struct stat existing;
+        if (!target.readOwnStatus(existing)) return false;
+        if (isSameFile(existing, status)) return failWithCode(SHARING_VIOLATION);
+        if (unlinkat(target.folder(), target.itself(), 0) != 0 || !make()) return target.fail();
+    }
+    const struct timespec times[]
+    {
+        {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, status.st_mtim
+    };
+    utimensat(target.folder(), target.itself(), times, AT_SYMLINK_NOFOLLOW);
+    return true;
+}
+
+}  // namespace Oxa_1_1::platform::native

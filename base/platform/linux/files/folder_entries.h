@@ -1,0 +1,36 @@
+#pragma once
+
+#include <dirent.h>
+
+#include <cstddef>
+#include <memory>
+
+#include "base/platform/linux/files/file_descriptor.h"
+#include "base/platform/platform_types.h"
+
+namespace Oxa_1_1::platform
+{
+
+/// The last error behind the last entry of a folder.
+inline constexpr DWORD NO_MORE_FILES = 18;
+
+/// The entries of an open folder, read in large pieces as the system has them.
+class FolderEntries
+{
+   public:
+    explicit FolderEntries(FileDescriptor folder);
+
+    int folder() const noexcept { return m_folder.get(); }
+    /// Without "." and ".."; valid until the next call. Null at the end, or when reading fails: the last error tells.
+    const struct dirent64* next();
+
+   private:
+    bool fill();
+
+    FileDescriptor m_folder;
+    std::unique_ptr<std::byte[]> m_buffer;
+    std::size_t m_position = 0;
+    std::size_t m_end = 0;
+};
+
+}  // namespace Oxa_1_1::platform

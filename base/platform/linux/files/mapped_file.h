@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace Oxa_1_1::platform
+{
+
+/// The bytes of a file; none when it cannot be read.
+class MappedFile
+{
+   public:
+    explicit MappedFile(const std::string& file);
+    ~MappedFile();
+    MappedFile(MappedFile&& other) noexcept;
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+    MappedFile& operator=(MappedFile&&) = delete;
+
+    std::span<const std::uint8_t> bytes() const { return m_bytes; }
+
+   private:
+    std::span<const std::uint8_t> m_bytes;
+};
+
+}  // namespace Oxa_1_1::platform

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "base/platform/system/system_info.h"
+
+namespace Oxa_1_1::platform
+{
+
+/// The folder of the user's settings, after the XDG convention.
+std::string configurationFolder();
+
+}  // namespace Oxa_1_1::platform

@@ -1,0 +1,61 @@
+#include "base/platform/stack/call_stack.h"
+
+#include "base/platform/windows/windows_api.h"
+
+namespace Oxa_1_1::platform
+{
+
+bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std::uint32_t size, std::uint32_t& read)
+{
+    SIZE_T count = 0;
+    const HANDLE handle = process == nullptr ? GetCurrentProcess() : process;
+    const BOOL isRead = ReadProcessMemory(handle, reinterpret_cast<const void*>(address), buffer, size, &count);
+    read = static_cast<std::uint32_t>(count);
+    return isRead != 0;
+}
+
+std::size_t captureStack(std::span<void*> addresses, const void* innermost) noexcept
+{
+    const auto bound = reinterpret_cast<std::uintptr_t>(innermost == nullptr ? OXA_CURRENT_FRAME : innermost);
+    CONTEXT context;
+    RtlCaptureContext(&context);
+    UNWIND_HISTORY_TABLE history{};
+    std::size_t count = 0;
+    while (context.Rip != 0 && count < addresses.size())
+    {
+        if (context.Rsp > bound) addresses[count++] = reinterpret_cast<void*>(context.Rip);
+        DWORD64 base = 0;
+        const auto function = RtlLookupFunctionEntry(context.Rip, &base, &history);
+        // Only functions that call nothing lack an entry, and this one was called by all.
+        if (function == nullptr) break;
+        const DWORD64 stack = context.Rsp;
+        void* handlerData = nullptr;
+        DWORD64 frame = 0;
+        RtlVirtualUnwind(UNW_FLAG_NHANDLER, base, context.Rip, function, &context, &handlerData, &frame, nullptr);
+        if (context.Rsp <= stack) break;
+    }
+    return count;
+}
+
+HANDLE openCurrentThread() noexcept
+{
+    HANDLE handle = nullptr;
+    const HANDLE process = GetCurrentProcess();
+    const BOOL isOpen = DuplicateHandle(process, GetCurrentThread(), process, &handle, 0, FALSE, DUPLICATE_SAME_ACCESS);
+    return isOpen != 0 ? handle : nullptr;
+}
+
+void closeThread(HANDLE thread) noexcept
+{
+    if (thread != nullptr) CloseHandle(thread);
+}
+
+CONTEXT contextOfFault(const void* fault) noexcept
+{
+    const auto* const pointers = static_cast<const EXCEPTION_POINTERS*>(fault);
+    return pointers == nullptr || pointers->ContextRecord == nullptr ? CONTEXT{} : *pointers->ContextRecord;
+}
+
+HANDLE currentProcess() noexcept { return GetCurrentProcess(); }
+
+}  // namespace Oxa_1_1::platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace Oxa_1_1::text
+{
+
+/// Gives `text` the size and lets fill(pointer) write all of it, without zeros written first where the standard library
+/// can do so.
+template <class C, class Fill>
+void resizeAndFill(std::basic_string<C>& text, std::size_t size, const Fill& fill)
+{
+#ifdef __cpp_lib_string_resize_and_overwrite
+    // The size that the callback is told may be rounded up, so it keeps its own.
+    text.resize_and_overwrite(size,
+                              [&fill, size](C* data, std::size_t)
+                              {
+                                  fill(data);
+                                  return size;
+                              });
+#else
+    text.resize(size);
+    fill(text.data());
+#endif
+}
+
+}  // namespace Oxa_1_1::text

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include "base/char.h"
+
+/// The inner loops of text, once for each kind of processor.
+namespace Oxa_1_1::text
+{
+
+/// How far a conversion came: units or bytes read and written.
+struct Progress
+{
+    std::size_t read;
+    std::size_t written;
+};
+
+struct TextKernels
+{
+    const char* name;
+
+    // As text_scan.h describes them.
+    std::size_t (*findUnit)(const Char* text, std::size_t length, Char c);
+    std::size_t (*findText)(const Char* text, std::size_t length, const Char* pattern, std::size_t patternLength);
+    int (*compareUnits)(const Char* a, const Char* b, std::size_t length);
+    int (*compareUnitsIgnoreCase)(const Char* a, const Char* b, std::size_t length);
+
+    // A number of ASCII characters at the front: all there are, or fewer by less than a step of the loop.
+    std::size_t (*countAsciiBytes)(const char* bytes, std::size_t length);
+    std::size_t (*countAsciiUnits)(const Char* units, std::size_t length);
+    // ASCII text to the other width.
+    void (*widenAscii)(const char* bytes, std::size_t length, Char* units);
+    void (*narrowAscii)(const Char* units, std::size_t length, char* bytes);
+
+    // The units that well-formed UTF-8 becomes, and the bytes of UTF-8 that any units become.
+    std::size_t (*countUnits)(const char* bytes, std::size_t length);
+    std::size_t (*countBytes)(const Char* units, std::size_t length);
+    // Convert the front part that lies well within both buffers and is plain enough, which may be none of it.
+    Progress (*decodeUtf8)(const char* bytes, std::size_t length, Char* units, std::size_t capacity);
+    Progress (*encodeUtf8)(const Char* units, std::size_t length, char* bytes, std::size_t capacity);
+
+    // As text_escape.h describes them.
+    std::size_t (*escapedLength)(const Char* text, std::size_t length, bool unicode);
+    void (*escape)(const Char* text, std::size_t length, bool unicode, Char* out);
+};
+
+/// Those for this processor.
+const TextKernels& textKernels() noexcept;
+
+/// All that this processor can run, the plainest first.
+std::span<const TextKernels* const> availableTextKernels() noexcept;
+
+extern const TextKernels SCALAR_KERNELS;
+#if defined(__x86_64__) || defined(_M_X64)
+extern const TextKernels SSE2_KERNELS;
+extern const TextKernels AVX2_KERNELS;
+#endif
+
+}  // namespace Oxa_1_1::text
