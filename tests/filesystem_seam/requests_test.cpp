@@ -91,6 +91,51 @@ TEST(Requests, AreSpelledForPathsOfAnyLengthOrNot)
     EXPECT_EQ(recorder.targets["renameFile"], longFile);
 }
 
+/// Writes a file just before another one gets its name.
+class Intruder final : public platform::FileObserver
+{
+   public:
+    explicit Intruder(const TempFolder& temp) : m_temp(temp), m_former(platform::setFileObserver(this)) {}
+    ~Intruder() override { platform::setFileObserver(m_former); }
+
+    std::optional<DWORD> called(std::string_view operation, TextView /*path*/, TextView /*target*/) override
+    {
+        if (operation == "renameFile") m_temp.write("place", "theirs");
+        return std::nullopt;
+    }
+
+   private:
+    const TempFolder& m_temp;
+    platform::FileObserver* m_former;
+};
+
+TEST(Requests, MoveNothingOverWhatCameMeanwhile)
+{
+    const TempFolder temp;
+    temp.write("file", "mine");
+    Messages messages;
+    const Intruder intruder(temp);
+    EXPECT_FALSE(temp.file("file")->move(*temp.file("place"), false));
+    EXPECT_EQ(temp.read("file"), "mine");
+    EXPECT_EQ(temp.read("place"), "theirs");
+    EXPECT_EQ(messages.take(), Texts{});
+}
+
+TEST(Requests, ThatTellNothingAreNoSignOfRemovedFiles)
+{
+    const TempFolder temp;
+    temp.write("file");
+    Messages messages;
+    Recorder recorder;
+    for (const auto& [code, isMissing] : {std::pair<DWORD, bool>{5, false}, {1117, false}, {2, true}, {53, true}})
+    {
+        recorder.fail("readAttributes", code);
+        EXPECT_EQ(temp.file("file")->remove(), isMissing) << code;
+        EXPECT_EQ(messages.take().empty(), isMissing) << code;
+    }
+    EXPECT_TRUE(temp.has("file"));
+}
+
 TEST(Requests, FailWithTheCodesOfCopies)
 {
     const TempFolder temp;

@@ -155,7 +155,10 @@ bool OxaWindowsFileSystemFile::move(const File& target, bool overwrite) const
     const bool isThere = attributes || platform::isLink(to);
     if (isThere && !overwrite) return false;
     if (isThere && !clearPlace(from, to, attributes.value_or(0))) return reportFailedMove(from, to);
-    return platform::renameFile(from, to) || reportFailedMove(from, to);
+    if (platform::renameFile(from, to, !overwrite)) return true;
+    // What came a moment ago is as much in the way as what was there before.
+    if (!overwrite && platform::lastError() == ERROR_OF_EXISTING_TARGET) return false;
+    return reportFailedMove(from, to);
 }
 
 }  // namespace Oxa_1_1

@@ -117,9 +117,9 @@ bool deleteFile(TextView path)
     return observed("deleteFile", path, [&] { return native::deleteFile(path); });
 }
 
-bool renameFile(TextView from, TextView to)
+bool renameFile(TextView from, TextView to, bool failIfExists)
 {
-    return observed("renameFile", from, to, [&] { return native::renameFile(from, to); });
+    return observed("renameFile", from, to, [&] { return native::renameFile(from, to, failIfExists); });
 }
 
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)

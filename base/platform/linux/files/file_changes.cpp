@@ -16,6 +16,8 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
+constexpr DWORD FILE_NOT_FOUND = 2;
+constexpr DWORD NOT_SUPPORTED = 50;
 constexpr DWORD NOT_A_FOLDER = 267;
 
 constexpr struct timespec NOW_WRITTEN[]
@@ -85,13 +87,54 @@ bool replaceByRenaming(const ReachablePath& from, const ReachablePath& to)
     return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || to.fail();
 }
 
+/// Where renaming itself always replaces: by calls that never do.
+bool renameToFreeName(const ReachablePath& from, const ReachablePath& to)
+{
+    struct stat source;
+    if (!from.readOwnStatus(source)) return false;
+    if (S_ISDIR(source.st_mode))
+    {
+        // Of folders, only an empty one gives way, and it is this one.
+        if (mkdirat(to.folder(), to.itself(), 0700) != 0) return to.fail();
+        if (renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0) return true;
+        const int number = errno;
+        unlinkat(to.folder(), to.itself(), AT_REMOVEDIR);
+        return from.fail(number);
+    }
+    if (linkat(from.folder(), from.itself(), to.folder(), to.itself(), 0) == 0)
+    {
+        if (unlinkat(from.folder(), from.itself(), 0) == 0) return true;
+        const int number = errno;
+        unlinkat(to.folder(), to.itself(), 0);
+        return from.fail(number);
+    }
+    if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) return to.fail();
+    setLastError(NOT_SUPPORTED);
+    return false;
+}
+
+/// A link that leads nowhere is in the way of a new file, and never goes by itself.
+bool isLostLink(const ReachablePath& path)
+{
+    struct stat status;
+    return path.readOwnStatus(status) && S_ISLNK(status.st_mode) && !path.readStatus(status);
+}
+
 }  // namespace
 
 Touch touchFile(TextView path)
 {
+    // Who removes the file between two looks at it, again and again, is not after this one.
+    constexpr int ROUNDS = 1000;
     const ReachablePath reachable(path);
-    if (FileDescriptor(reachable.open(O_WRONLY | O_CREAT | O_EXCL, 0666)).isOpen()) return Touch::CREATED;
-    if (errno == EEXIST) return touchExisting(reachable);
+    for (int round = 1;; ++round)
+    {
+        if (FileDescriptor(reachable.open(O_WRONLY | O_CREAT | O_EXCL, 0666)).isOpen()) return Touch::CREATED;
+        if (errno != EEXIST) break;
+        const Touch result = touchExisting(reachable);
+        const bool isGone = result == Touch::FAILED && lastError() == FILE_NOT_FOUND;
+        if (!isGone || round == ROUNDS || isLostLink(reachable)) return result;
+    }
     reachable.fail();
     return Touch::FAILED;
 }
@@ -121,7 +164,7 @@ bool deleteFile(TextView path)
     return unlinkat(reachable.folder(), reachable.path(), 0) == 0 || reachable.fail();
 }
 
-bool renameFile(TextView from, TextView to)
+bool renameFile(TextView from, TextView to, bool failIfExists)
 {
     const ReachablePath source(from);
     const ReachablePath target(to);
@@ -129,7 +172,9 @@ bool renameFile(TextView from, TextView to)
         return true;
     const int number = errno;
     // Not every file system knows how to leave an existing target alone.
-    if (number == EEXIST || number == EINVAL || number == ENOSYS) return replaceByRenaming(source, target);
+    const bool isUnknown = number == EINVAL || number == ENOSYS;
+    if (!failIfExists && (isUnknown || number == EEXIST)) return replaceByRenaming(source, target);
+    if (isUnknown) return renameToFreeName(source, target);
     struct stat status;
     if (number == ENOENT && source.readOwnStatus(status)) return target.fail(number);
     return source.fail(number);
