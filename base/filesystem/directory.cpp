@@ -7,6 +7,7 @@
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
 #include "base/platform/files/system_path.h"
+#include "base/platform/never_destroyed.h"
 #include "base/text/utf8.h"
 
 namespace Oxa_1_1
@@ -24,8 +25,8 @@ class Directory::ClassCreator final : public CreateableUZClass<Directory>, publi
 
 const uZClass* Directory::Class()
 {
-    static const ClassCreator record;
-    return &record;
+    static const platform::NeverDestroyed<ClassCreator> record;
+    return &record.get();
 }
 
 const uZClass* Directory::getClassType() const { return Class(); }

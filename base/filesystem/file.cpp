@@ -7,6 +7,7 @@
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
 #include "base/platform/files/system_path.h"
+#include "base/platform/never_destroyed.h"
 #include "base/platform/system/shell.h"
 #include "base/platform/system/wide_values.h"
 
@@ -23,8 +24,8 @@ class File::ClassCreator final : public CreateableUZClass<File>, public Createab
 
 const uZClass* File::Class()
 {
-    static const ClassCreator record;
-    return &record;
+    static const platform::NeverDestroyed<ClassCreator> record;
+    return &record.get();
 }
 
 const uZClass* File::getClassType() const { return Class(); }

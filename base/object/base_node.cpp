@@ -5,6 +5,7 @@
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
+#include "base/platform/never_destroyed.h"
 
 namespace Oxa_1_1
 {
@@ -47,8 +48,8 @@ const uZClass* BaseNode::Class()
         BaseClass() : CreateableUZClass(OXA_TEXT("BaseNode"), getThisModule(), ClassVersion()) {}
         SmartPtr<BaseNode> create() const override { return makeNode<BaseNode>(); }
     };
-    static const BaseClass record;
-    return &record;
+    static const platform::NeverDestroyed<BaseClass> record;
+    return &record.get();
 }
 
 void BaseNode::unrefContended(unsigned int count) const noexcept

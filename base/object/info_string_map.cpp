@@ -4,6 +4,7 @@
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
+#include "base/platform/never_destroyed.h"
 
 namespace Oxa_1_1
 {
@@ -26,8 +27,8 @@ const uZClass* InfoStringMap::getClassType() const { return Class(); }
 
 const uZClass* InfoStringMap::Class()
 {
-    static const ClassCreator record;
-    return &record;
+    static const platform::NeverDestroyed<ClassCreator> record;
+    return &record.get();
 }
 
 template <>

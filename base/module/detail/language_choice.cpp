@@ -7,6 +7,7 @@
 
 #include "base/module/detail/module_file.h"
 #include "base/platform/modules/module_loader.h"
+#include "base/platform/never_destroyed.h"
 #include "base/platform/system/locales.h"
 #include "base/platform/system/process.h"
 #include "base/platform/system/user_settings.h"
@@ -33,7 +34,8 @@ bool isSameIgnoringCase(TextView a, TextView b) { return String(a).compareIgnore
 /// The option of the process. It cannot change, so it is kept once it was found.
 const Text& commandLineLanguage()
 {
-    static Text abbreviation;
+    static platform::NeverDestroyed<Text> kept;
+    Text& abbreviation = kept.get();
     if (abbreviation.empty()) abbreviation = detail::languageOption(platform::commandLineArguments());
     return abbreviation;
 }
