@@ -76,8 +76,9 @@ bool touchFolder(TextView path);
 
 /// Removes a file, or the link to one or to nothing itself. Read-only files stay, with error 5.
 bool deleteFile(TextView path);
-/// Renames a file or folder; an existing target file is replaced, unless it is read-only.
-bool renameFile(TextView from, TextView to);
+/// Renames a file or folder; an existing target file is replaced, unless it is read-only. With `failIfExists` nothing is
+/// ever replaced, not even what came a moment ago: it fails with 183, or with 50 where the file system cannot promise it.
+bool renameFile(TextView from, TextView to, bool failIfExists = false);
 
 /// Called with the bytes copied and the size of the file, at least every MiB and once at the end.
 using CopyProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;

@@ -18,7 +18,7 @@ Touch touchFile(TextView path);
 void flushFile(TextView path);
 bool touchFolder(TextView path);
 bool deleteFile(TextView path);
-bool renameFile(TextView from, TextView to);
+bool renameFile(TextView from, TextView to, bool failIfExists);
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress);
 bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);

@@ -11,7 +11,7 @@
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/linux/files/file_content.h"
-#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/linux/files/places.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -119,7 +119,8 @@ class Target
             unlinkat(m_path.folder(), m_path.itself(), 0);
             return;
         }
-        const std::unique_ptr<char, decltype(&std::free)> real(realpath(m_path.path(), nullptr), &std::free);
+        const std::unique_ptr<char, decltype(&std::free)> real(realpath(m_path.fromAnywhere().c_str(), nullptr),
+                                                               &std::free);
         if (real != nullptr && lstat(real.get(), &found) == 0 && isSameFile(found, status)) unlink(real.get());
     }
 
@@ -150,10 +151,9 @@ std::string readLink(const ReachablePath& path)
 
 }  // namespace
 
-bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+bool copyFile(const ReachablePath& sourcePath, const ReachablePath& targetPath, bool failIfExists,
+              const CopyProgress& progress)
 {
-    const ReachablePath sourcePath(from);
-    const ReachablePath targetPath(to);
     struct stat status;
     const FileDescriptor source = openSource(sourcePath, status);
     if (!source.isOpen()) return false;
@@ -175,10 +175,8 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
     return true;
 }
 
-bool copyLink(TextView from, TextView to, bool failIfExists)
+bool copyLink(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
 {
-    const ReachablePath source(from);
-    const ReachablePath target(to);
     struct stat status;
     if (!source.readOwnStatus(status)) return false;
     const std::string text = readLink(source);
@@ -199,6 +197,16 @@ bool copyLink(TextView from, TextView to, bool failIfExists)
     };
     utimensat(target.folder(), target.itself(), times, AT_SYMLINK_NOFOLLOW);
     return true;
+}
+
+bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+{
+    return copyFile(ReachablePath(from), ReachablePath(to), failIfExists, progress);
+}
+
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    return copyLink(ReachablePath(from), ReachablePath(to), failIfExists);
 }
 
 }  // namespace Oxa_1_1::platform::native

@@ -70,9 +70,10 @@ bool deleteFile(TextView path)
     return false;
 }
 
-bool renameFile(TextView from, TextView to)
+bool renameFile(TextView from, TextView to, bool failIfExists)
 {
-    return MoveFileExW(withoutSeparator(from).c_str(), withoutSeparator(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+    const DWORD flags = failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING;
+    return MoveFileExW(withoutSeparator(from).c_str(), withoutSeparator(to).c_str(), flags) != 0;
 }
 
 bool createFolder(TextView path) { return CreateDirectoryW(Text(path).c_str(), nullptr) != 0; }
