@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "base/platform/files/detail/native_files.h"
-#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/linux/files/places.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -154,9 +154,8 @@ bool touchFolder(TextView path)
            reachable.fail();
 }
 
-bool deleteFile(TextView path)
+bool deleteFile(const ReachablePath& reachable)
 {
-    const ReachablePath reachable(path);
     struct stat status;
     if (!reachable.readOwnStatus(status)) return false;
     if (S_ISDIR(status.st_mode)) return failWith(EISDIR);
@@ -164,10 +163,8 @@ bool deleteFile(TextView path)
     return unlinkat(reachable.folder(), reachable.path(), 0) == 0 || reachable.fail();
 }
 
-bool renameFile(TextView from, TextView to, bool failIfExists)
+bool renameFile(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
 {
-    const ReachablePath source(from);
-    const ReachablePath target(to);
     if (renameat2(source.folder(), source.itself(), target.folder(), target.itself(), RENAME_NOREPLACE) == 0)
         return true;
     const int number = errno;
@@ -186,9 +183,8 @@ bool createFolder(TextView path)
     return mkdirat(reachable.folder(), reachable.path(), 0777) == 0 || reachable.fail();
 }
 
-bool removeFolder(TextView path)
+bool removeFolder(const ReachablePath& reachable)
 {
-    const ReachablePath reachable(path);
     if (unlinkat(reachable.folder(), reachable.itself(), AT_REMOVEDIR) == 0) return true;
     if (errno != ENOTDIR) return reachable.fail();
     // A link is no folder, but one that may have led to a folder is removed like it.
@@ -202,5 +198,14 @@ bool removeFolder(TextView path)
     setLastError(NOT_A_FOLDER);
     return false;
 }
+
+bool deleteFile(TextView path) { return deleteFile(ReachablePath(path)); }
+
+bool renameFile(TextView from, TextView to, bool failIfExists)
+{
+    return renameFile(ReachablePath(from), ReachablePath(to), failIfExists);
+}
+
+bool removeFolder(TextView path) { return removeFolder(ReachablePath(path)); }
 
 }  // namespace Oxa_1_1::platform::native

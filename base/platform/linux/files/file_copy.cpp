@@ -9,7 +9,7 @@
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/linux/files/file_content.h"
-#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/linux/files/places.h"
 #include "base/platform/linux/files/replacement.h"
 #include "base/platform/system/last_error.h"
 
@@ -186,10 +186,9 @@ std::string readLink(const ReachablePath& path)
 
 }  // namespace
 
-bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+bool copyFile(const ReachablePath& sourcePath, const ReachablePath& targetPath, bool failIfExists,
+              const CopyProgress& progress)
 {
-    const ReachablePath sourcePath(from);
-    const ReachablePath targetPath(to);
     struct stat status;
     const FileDescriptor source = openSource(sourcePath, status);
     if (!source.isOpen()) return false;
@@ -211,10 +210,8 @@ bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress&
     return true;
 }
 
-bool copyLink(TextView from, TextView to, bool failIfExists)
+bool copyLink(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
 {
-    const ReachablePath source(from);
-    const ReachablePath target(to);
     struct stat status;
     if (!source.readOwnStatus(status)) return false;
     const std::string text = readLink(source);
@@ -235,6 +232,16 @@ bool copyLink(TextView from, TextView to, bool failIfExists)
     };
     utimensat(target.folder(), target.itself(), times, AT_SYMLINK_NOFOLLOW);
     return true;
+}
+
+bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+{
+    return copyFile(ReachablePath(from), ReachablePath(to), failIfExists, progress);
+}
+
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    return copyLink(ReachablePath(from), ReachablePath(to), failIfExists);
 }
 
 }  // namespace Oxa_1_1::platform::native

@@ -19,6 +19,8 @@ class ReachablePath
 {
    public:
     explicit ReachablePath(TextView spelling);
+    /// The entry of an open folder.
+    ReachablePath(int folder, TextView name);
 
     /// For the calls that begin with a folder. When none could be reached, they fail.
     int folder() const noexcept { return m_folder; }
