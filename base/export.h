@@ -1,7 +1,14 @@
 #pragma once
 
 /// @file
-/// Marks of names that are seen outside, and of constants.
+/// Marks of names that are seen outside, and of constants; and what a compilation must be like to use the library.
+
+#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
+#error "OxaBase needs C++20 or later: -std=c++20, /std:c++20, or CMake's target_compile_features(... cxx_std_20)"
+#endif
+#ifdef _GLIBCXX_DEBUG
+#error "OxaBase cannot be used with _GLIBCXX_DEBUG, which changes the layout of standard types (_GLIBCXX_ASSERTIONS does not)"
+#endif
 
 /// Marks what the shared library offers. Everything else stays hidden.
 /// OXA_BUILDING is defined while the library itself is compiled.

@@ -6,6 +6,8 @@
 #include <functional>
 #include <utility>
 
+#include "base/export.h"
+
 namespace Oxa_1_1
 {
 
