@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <type_traits>
+#include <utility>
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
@@ -10,15 +11,19 @@
 namespace Oxa_1_1
 {
 
-// The last owner must not touch the node once its reference is dropped: a watcher may revive the node in between, drop
-// it again and so destroy it. Hence a reference that seems to be the last is dropped under the mutex of the handle,
-// in one step with giving up the node. Until then the owner's own reference keeps node and handle alive.
+// Who drops the last reference still needs the node, to give it up and to destroy it. Were a watcher to revive it
+// meanwhile, and to drop it again, the node would be gone too early. Hence nobody revives a node that has been owned: its
+// last owner destroys it, whatever comes between. A counter of 0 is no end for a node that nobody has owned yet.
 
 SmartPtr<BaseNode> WeakHandle::lock()
 {
     const std::lock_guard guard(m_mutex);
     if (m_node == nullptr) return {};
-    m_node->ref();
+    if (m_node->m_counter++ == 0 && m_isOwned.exchange(true, std::memory_order_relaxed))
+    {
+        --m_node->m_counter;
+        return {};
+    }
     return SmartPtr<BaseNode>::adopt(m_node);
 }
 
@@ -34,7 +39,11 @@ bool WeakHandle::tryDestroy()
 
 BaseNode::BaseNode() : m_handle(std::make_shared<WeakHandle>(this)) {}
 
-BaseNode::~BaseNode() = default;
+BaseNode::~BaseNode()
+{
+    // One that its last owner destroys has been given up already.
+    if (m_counter != DEAD) m_handle->giveUp();
+}
 
 void BaseNode::validityCheck(unsigned int) const noexcept {}
 
@@ -52,37 +61,20 @@ const uZClass* BaseNode::Class()
     return &record.get();
 }
 
-void BaseNode::unrefContended(unsigned int count) const noexcept
+void BaseNode::destroy() const noexcept
 {
-    for (;;)
-    {
-        if (count != 1)
-        {
-            if (m_counter.compareExchange(count, count - 1)) return;
-            continue;
-        }
-        switch (m_handle->dropLast(m_counter))
-        {
-            case WeakHandle::Drop::LAST:
-                m_counter = DEAD;
-                delete this;
-                return;
-            case WeakHandle::Drop::ORPHANED:
-                return;
-            case WeakHandle::Drop::REFUSED:
-                count = m_counter;
-        }
-    }
+    if (!m_handle->giveUp()) return;
+    // Nobody else reaches it any more, so that a plain copy will do.
+    m_counter = InterlockedCounter(DEAD);
+    delete this;
 }
 
-WeakHandle::Drop WeakHandle::dropLast(InterlockedCounter& counter)
+bool WeakHandle::giveUp() noexcept
 {
+    // Without watchers nobody else can come by.
+    if (!m_isWatched.load(std::memory_order_relaxed)) return std::exchange(m_node, nullptr) != nullptr;
     const std::lock_guard guard(m_mutex);
-    unsigned int count = 1;
-    if (!counter.compareExchange(count, 0)) return Drop::REFUSED;
-    if (m_node == nullptr) return Drop::ORPHANED;
-    m_node = nullptr;
-    return Drop::LAST;
+    return std::exchange(m_node, nullptr) != nullptr;
 }
 
 /// Modules that were built separately rely on these places.

@@ -1,6 +1,7 @@
 #include "base/object/info_string_map.h"
 
 #include <memory>
+#include <utility>
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
@@ -23,6 +24,18 @@ class InfoStringMap::ClassCreator final : public CreateableUZClass<InfoStringMap
 
 InfoStringMap::~InfoStringMap() = default;
 
+InfoStringMap::InfoStringMap(InfoStringMap&& other) noexcept
+    : ObserverInfo(other), m_infos(std::exchange(other.m_infos, {}))
+{
+}
+
+InfoStringMap& InfoStringMap::operator=(InfoStringMap&& other) noexcept
+{
+    ObserverInfo::operator=(other);
+    if (this != &other) m_infos = std::exchange(other.m_infos, {});
+    return *this;
+}
+
 const uZClass* InfoStringMap::getClassType() const { return Class(); }
 
 const uZClass* InfoStringMap::Class()
@@ -42,6 +55,10 @@ const String& InfoStringMap::getInfoByKey(const String& key) const
     const auto found = m_infos.find(key);
     return found != m_infos.end() ? found->second : String::EMPTY;
 }
+
+bool InfoStringMap::contains(const String& key) const { return m_infos.find(key) != m_infos.end(); }
+
+bool InfoStringMap::remove(const String& key) { return m_infos.erase(key) != 0; }
 
 void InfoStringMap::setInfos(const Map& infos)
 {
