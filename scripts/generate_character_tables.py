@@ -69,7 +69,7 @@ def main():
     write_array(lines, "std::uint8_t", "LOWER_INDEX", lower_index)
     write_array(lines, "std::uint8_t", "LOWER_BLOCKS", lower_blocks)
     write_array(lines, "std::uint16_t", "LOWER_OFFSETS", distinct)
-    target = pathlib.Path(__file__).parent.parent / "base" / "platform" / "character_tables.inc"
+    target = pathlib.Path(__file__).parent.parent / "base" / "text" / "character_tables.inc"
     target.write_text("\n".join(lines) + "\n")
 
 

@@ -77,7 +77,7 @@ class ItemMaker
     OxaWindowsFileSystemDirectory m_impl;
 };
 
-bool isLinkItself(const ParsedDirectory& path)
+bool isLinkAt(const ParsedDirectory& path)
 {
     return path.link == LinkState::UNKNOWN ? platform::isLink(longName(path)) : path.link == LinkState::LINK;
 }
@@ -99,13 +99,13 @@ void listFolder(const Directory& directory, const String& pattern, Kinds kinds, 
 bool isLinkItself(const Directory& directory)
 {
     const auto* const impl = windowsImpl(directory);
-    return impl != nullptr && isLinkItself(*impl->path());
+    return impl != nullptr && isLinkAt(*impl->path());
 }
 
 bool leadsToAncestor(const OxaWindowsFileSystemDirectory& directory)
 {
     const ParsedDirectory& path = *directory.path();
-    if (!isLinkItself(path)) return false;
+    if (!isLinkAt(path)) return false;
     const auto identity = platform::readIdentity(longName(path));
     if (!identity) return false;
     auto ancestor = copyForChange(path);

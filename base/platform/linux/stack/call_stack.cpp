@@ -133,8 +133,6 @@ std::size_t walkCaller(const formats::Registers& registers, detail::FrameList li
 
 constexpr pid_t CALLING_THREAD = 0;
 
-pid_t currentThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
-
 pid_t threadOf(HANDLE handle)
 {
     const auto number = reinterpret_cast<std::intptr_t>(handle);
