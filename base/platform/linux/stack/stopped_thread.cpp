@@ -42,7 +42,7 @@ constinit std::mutex oneAtATime;
 constexpr std::chrono::seconds LONGEST_WAIT{2};
 constexpr long WAIT_SLICE_NANOSECONDS = 10'000'000;
 
-pid_t callingThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
+pid_t currentThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
 
 void waitWhile(const Word& word, std::uint32_t value, const timespec* timeout)
 {
@@ -59,7 +59,7 @@ void onStop(int, siginfo_t*, void* context)
 {
     const int savedErrno = errno;
     std::uint32_t request = stage.load();
-    if (request % STAGES == Requested && requestedThread.load() == callingThread() &&
+    if (request % STAGES == Requested && requestedThread.load() == currentThread() &&
         stage.compare_exchange_strong(request, request - Requested + Arriving))
     {
         const std::uint32_t stopped = request - Requested + Stopped;
