@@ -7,15 +7,18 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/diagnostics/detail/world.h"
 #include "base/platform/system/debug_output.h"
+#include "base/platform/system/system_info.h"
 #include "base/string/oxa_string.h"
 
 namespace
 {
 
 using Oxa_1_1::AssertionAnswer;
+using Oxa_1_1::Char;
 using Oxa_1_1::String;
 
 constexpr int ABORT_EXIT_CODE = 3;
@@ -53,12 +56,20 @@ PassOverList& passOverList()
     return list;
 }
 
+/// Narrow texts as `String` takes them. But what is UTF-8 on a system whose programs write it is shown as that.
+String decoded(const char* text)
+{
+    constexpr Char REPLACEMENT = 0xFFFD;
+    Oxa_1_1::Text narrow = Oxa_1_1::platform::decodeNarrow(text);
+    return narrow.find(REPLACEMENT) == Oxa_1_1::Text::npos ? String(std::move(narrow)) : String(text);
+}
+
 String reportOf(const char* expression, const char* message, const char* file, unsigned int line, const char* function)
 {
     String report;
-    report << String("Assertion ") << String(orUnknown(expression)) << String(" failed.\nIn file ") << String(file)
-           << String(":") << line << String(" in function ") << String(orUnknown(function)) << String(".");
-    if (message != nullptr) report << String("\n\"") << String(message) << String("\"");
+    report << String("Assertion ") << decoded(orUnknown(expression)) << String(" failed.\nIn file ") << decoded(file)
+           << String(":") << line << String(" in function ") << decoded(orUnknown(function)) << String(".");
+    if (message != nullptr) report << String("\n\"") << decoded(message) << String("\"");
     return report;
 }
 
@@ -69,8 +80,8 @@ void askAboutAssertion(const char* expression, const char* message, const char* 
     if (passedOver.contains(file, line)) return;
 
     const String report = reportOf(expression, message, file, line, function);
-    Oxa_1_1::detail::writeDebugText(report.stringPath());
-    switch (Oxa_1_1::detail::askUser(report.stringPath()))
+    const bool isWritten = Oxa_1_1::detail::writeParagraph(report.stringPath());
+    switch (Oxa_1_1::detail::askUser(report.stringPath(), isWritten))
     {
         case AssertionAnswer::Abort:
             std::_Exit(ABORT_EXIT_CODE);
