@@ -1,5 +1,6 @@
 // Searches for texts, characters and classes of characters.
 
+#include "base/string/detail/number_scan.h"
 #include "base/string/oxa_string.h"
 #include "base/text/character.h"
 #include "base/text/scan.h"
@@ -12,11 +13,7 @@ namespace
 
 int toIndex(std::size_t position) { return position == TextView::npos ? -1 : static_cast<int>(position); }
 
-bool isSignedDigit(Char c) { return text::isDigit(c) || c == '-'; }
-
-bool isNumberStart(Char c) { return text::isAlphaNumeric(c) || c == '-' || c == '.' || c == '+'; }
-
-bool isNumeric(Char c) { return isSignedDigit(c) || c == '.' || c == '+' || (c | 0x20) == 'e'; }
+bool isNumeric(Char c) { return detail::isSignedDigit(c) || c == '.' || c == '+' || (c | 0x20) == 'e'; }
 
 }  // namespace
 
@@ -70,11 +67,11 @@ int String::findNonAlpha(int start) const noexcept
     return findUnit(start, [](Char c) { return !text::isAlpha(c); });
 }
 
-int String::findAlphaNum(int start) const noexcept { return findUnit(start, isNumberStart); }
+int String::findAlphaNum(int start) const noexcept { return findUnit(start, detail::isNumberStart); }
 
 int String::findNonAlphaNum(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !isNumberStart(c); });
+    return findUnit(start, [](Char c) { return !detail::isNumberStart(c); });
 }
 
 int String::findDigit(int start, Char except) const noexcept
@@ -87,11 +84,11 @@ int String::findNonDigit(int start) const noexcept
     return findUnit(start, [](Char c) { return !text::isDigit(c); });
 }
 
-int String::findSignedDigit(int start) const noexcept { return findUnit(start, isSignedDigit); }
+int String::findSignedDigit(int start) const noexcept { return findUnit(start, detail::isSignedDigit); }
 
 int String::findNonSignedDigit(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !isSignedDigit(c); });
+    return findUnit(start, [](Char c) { return !detail::isSignedDigit(c); });
 }
 
 int String::findNumeric(int start) const noexcept { return findUnit(start, isNumeric); }
