@@ -46,7 +46,10 @@ TEST_F(TwoImplementations, HaveSpellingsOfTheirOwn)
     const auto file = memoryFile("a/../b/c.d");
     ASSERT_NE(file, nullptr);
     EXPECT_NE(FileSystemItem::fromExistingString("mem:/"), nullptr);
-    EXPECT_NE(FileSystemItem::fromExistingString(m_disk.directory()->getFullName()), nullptr);
+    for (const String& path : {m_disk.directory()->getFullName(), m_disk.directory()->getFullNameUnix()})
+    {
+        EXPECT_NE(FileSystemItem::fromExistingString(path), nullptr);
+    }
     EXPECT_EQ(messages.take(), Texts{});
     // Nobody takes it, as a file or as a folder.
     EXPECT_EQ(FileSystemItem::fromExistingString("a|b"), nullptr);

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "base/diagnostics/windows_error.h"
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/hand_over.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/result_codes.h"
@@ -21,6 +22,7 @@ constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 constexpr DWORD ERROR_OF_FULL_DISK = 112;
 constexpr DWORD ERROR_OF_EXISTING_TARGET = 183;
 constexpr DWORD ERROR_OF_ABORTED_REQUEST = 1235;
+constexpr DWORD ERROR_OF_ENDLESS_LINKS = 1921;
 
 int codeOfLastError()
 {
@@ -35,8 +37,13 @@ int codeOfLastError()
     }
 }
 
-/// Of a file that is there all the same.
-bool leadsNowhere(const String& link) { return platform::isLink(link) && !platform::readAttributes(link); }
+/// Of a file that is there all the same. What merely cannot be asked may be somewhere.
+bool leadsNowhere(const String& link)
+{
+    if (!platform::isLink(link) || platform::readAttributes(link)) return false;
+    const DWORD reason = platform::lastError();
+    return detail::saysMissing(reason) || reason == ERROR_OF_ENDLESS_LINKS;
+}
 
 int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSystemFile& target, bool overwrite,
                IProgress* progress)
