@@ -254,21 +254,26 @@ fuzz() {
   build fuzz linux-fuzz fuzz && step "fuzz: targets" run_fuzz_targets
 }
 
-jobs=()
-for job in "${@:-default}"; do
-  case $job in
-    default) jobs+=("${default_jobs[@]}") ;;
-    all) jobs+=("${all_jobs[@]}"); scope=all ;;
-    lint | linux | clang | asan | tsan | fuzz | windows | clang-windows) jobs+=("$job") ;;
-    *)
-      echo "test.sh: there is no job '$job'. Jobs: all, or any of ${all_jobs[*]} clang-windows; without one: ${default_jobs[*]}" >&2
-      finish 2
-      ;;
-  esac
-done
+# Read as a whole before anything runs, so that the script may be changed meanwhile.
+main() {
+  local job jobs=()
+  for job in "${@:-default}"; do
+    case $job in
+      default) jobs+=("${default_jobs[@]}") ;;
+      all) jobs+=("${all_jobs[@]}"); scope=all ;;
+      lint | linux | clang | asan | tsan | fuzz | windows | clang-windows) jobs+=("$job") ;;
+      *)
+        echo "test.sh: there is no job '$job'. Jobs: all, or any of ${all_jobs[*]} clang-windows; without one: ${default_jobs[*]}" >&2
+        finish 2
+        ;;
+    esac
+  done
 
-mkdir -p build || finish 1
-trap 'stop_wine; fail interrupted; finish 130' INT TERM HUP
-for job in "${jobs[@]}"; do "$job"; done
-echo "all steps: $(duration $SECONDS), $(duration "$(processor_seconds)") of processor time"
-finish $((failed > 0 || passed == 0))
+  mkdir -p build || finish 1
+  trap 'stop_wine; fail interrupted; finish 130' INT TERM HUP
+  for job in "${jobs[@]}"; do "$job"; done
+  echo "all steps: $(duration $SECONDS), $(duration "$(processor_seconds)") of processor time"
+  finish $((failed > 0 || passed == 0))
+}
+
+main "$@"; exit
