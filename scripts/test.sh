@@ -100,17 +100,20 @@ read_results() {
       if (isGood && !bad) passed += ok ? ok : 1
       else {
         passed += ok; failed += bad ? bad : 1
-        printf "---- %s\n", name
+        printf "---- %s, after %s s\n", name, time
         for (i = lines > 80 ? lines - 80 : 0; i < lines; i++) print said[i]
       }
       name = ""
     }
-    /^[0-9]+\/[0-9]+ Testing: / { finish(); name = $0; sub(/^[^:]*: /, "", name); ok = bad = isGood = lines = 0; next }
+    /^[0-9]+\/[0-9]+ Testing: / { finish(); name = $0; sub(/^[^:]*: /, "", name); ok = bad = isGood = isSaying = lines = 0; next }
     /^\[       OK \] / { ok++; next }
     /^\[ RUN      \] |^\[----------\] / { next }
     /^\[  FAILED  \] .*\([0-9]+ ms\)\r?$/ { bad++ }
     /^Test Passed\.$/ { isGood = 1 }
-    { said[lines++] = $0 }
+    /^Test time = / { time = $4 }
+    /^<end of output>$/ { isSaying = 0 }
+    isSaying && !/^-+$/ { said[lines++] = $0 }
+    /^Output:$/ { isSaying = 1 }
     END { finish(); print passed + 0, failed + 0 }' "$1"
 }
 
@@ -176,7 +179,7 @@ tsan() {
 
 # The nearest thing here to another maker's compiler on Windows.
 clang-windows() {
-  build clang-windows windows-clang "windows lint" OxaBase && succeed
+  build clang-windows windows-clang clang-windows OxaBase && succeed
 }
 
 check_format() {
@@ -254,21 +257,26 @@ fuzz() {
   build fuzz linux-fuzz fuzz && step "fuzz: targets" run_fuzz_targets
 }
 
-jobs=()
-for job in "${@:-default}"; do
-  case $job in
-    default) jobs+=("${default_jobs[@]}") ;;
-    all) jobs+=("${all_jobs[@]}"); scope=all ;;
-    lint | linux | clang | asan | tsan | fuzz | windows | clang-windows) jobs+=("$job") ;;
-    *)
-      echo "test.sh: there is no job '$job'. Jobs: all, or any of ${all_jobs[*]} clang-windows; without one: ${default_jobs[*]}" >&2
-      finish 2
-      ;;
-  esac
-done
+# Read as a whole before anything runs, so that the script may be changed meanwhile.
+main() {
+  local job jobs=()
+  for job in "${@:-default}"; do
+    case $job in
+      default) jobs+=("${default_jobs[@]}") ;;
+      all) jobs+=("${all_jobs[@]}"); scope=all ;;
+      lint | linux | clang | asan | tsan | fuzz | windows | clang-windows) jobs+=("$job") ;;
+      *)
+        echo "test.sh: there is no job '$job'. Jobs: all, or any of ${all_jobs[*]} clang-windows; without one: ${default_jobs[*]}" >&2
+        finish 2
+        ;;
+    esac
+  done
 
-mkdir -p build || finish 1
-trap 'stop_wine; fail interrupted; finish 130' INT TERM HUP
-for job in "${jobs[@]}"; do "$job"; done
-echo "all steps: $(duration $SECONDS), $(duration "$(processor_seconds)") of processor time"
-finish $((failed > 0 || passed == 0))
+  mkdir -p build || finish 1
+  trap 'stop_wine; fail interrupted; finish 130' INT TERM HUP
+  for job in "${jobs[@]}"; do "$job"; done
+  echo "all steps: $(duration $SECONDS), $(duration "$(processor_seconds)") of processor time"
+  finish $((failed > 0 || passed == 0))
+}
+
+main "$@"; exit
