@@ -7,7 +7,7 @@
 #error "OxaBase needs C++20 or later: -std=c++20, /std:c++20, or CMake's target_compile_features(... cxx_std_20)"
 #endif
 #ifdef _GLIBCXX_DEBUG
-#error "OxaBase cannot be used with _GLIBCXX_DEBUG, which changes the layout of standard types (_GLIBCXX_ASSERTIONS does not)"
+#error "OxaBase cannot be used with _GLIBCXX_DEBUG, which changes the layout of standard types"
 #endif
 
 /// Marks what the shared library offers. Everything else stays hidden.
