@@ -30,6 +30,13 @@
 #define OXA_HIDDEN __attribute__((visibility("hidden")))
 #endif
 
+/// Marks the one static object of a source file that is made before those of other files, and so outlives them.
+#ifdef _MSC_VER
+#define OXA_MADE_FIRST __pragma(init_seg(lib))
+#else
+#define OXA_MADE_FIRST __attribute__((init_priority(101)))
+#endif
+
 /// For constants of text: constant-initialised. Clang before 17 cannot evaluate GCC's std::basic_string at compile
 /// time; there they are the first to be initialised.
 #if defined(__clang__) && __clang_major__ < 17

@@ -30,8 +30,8 @@ struct Makers : Makes<T, T>,
 
 }  // namespace detail
 
-/// The record of the class T, derived from that of `Base`; of a root without. It makes instances, as a T, as a Base and,
-/// of a node, as a BaseNode, if T has a constructor that is open and takes nothing:
+/// The record of the class T, derived from that of `Base`; of a root without. It makes instances, as a T, as a Base
+/// and, of a node, as a BaseNode, if T has a constructor that is open and takes nothing:
 ///
 ///     const uZClass* Scan::Class()
 ///     {

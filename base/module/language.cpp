@@ -149,9 +149,9 @@ HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
     const LanguageAttempt* const found = search.found();
     if (found == nullptr) return module;
 
-    if (langId == ANY_LANGUAGE) langId = found->langId;
-    if (langId < ANY_LANGUAGE && module == platform::programModule()) platform::setControlsLanguage(langId);
-    recordLanguage(module, langId);
+    // The one that was found, which is not always the one that was asked for.
+    if (module == platform::programModule()) platform::setControlsLanguage(found->langId);
+    recordLanguage(module, found->langId);
     return platform::loadDataFile(found->path);
 }
 

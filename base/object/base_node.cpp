@@ -12,8 +12,8 @@ namespace Oxa_1_1
 {
 
 // Who drops the last reference still needs the node, to give it up and to destroy it. Were a watcher to revive it
-// meanwhile, and to drop it again, the node would be gone too early. Hence nobody revives a node that has been owned: its
-// last owner destroys it, whatever comes between. A counter of 0 is no end for a node that nobody has owned yet.
+// meanwhile, and to drop it again, the node would be gone too early. Hence nobody revives a node that has been owned:
+// its last owner destroys it, whatever comes between. A counter of 0 is no end for a node that nobody has owned yet.
 
 SmartPtr<BaseNode> WeakHandle::lock()
 {
@@ -65,7 +65,7 @@ void BaseNode::destroy() const noexcept
 {
     if (!m_handle->giveUp()) return;
     // Nobody else reaches it any more, so that a plain copy will do.
-    m_counter = InterlockedCounter(DEAD);
+    m_counter = InterlockedCounter(static_cast<int>(DEAD));
     delete this;
 }
 

@@ -56,7 +56,12 @@ TEST_F(Resources, AreFoundByNameAndNumberWithoutRegardToCase)
     EXPECT_EQ(module.loadStringResource(OXA_TEXT("named"), RAW_DATA), named);
     EXPECT_EQ(bytesOf(module.getResource(IDB_ENGLISH_ONLY, RAW_DATA)), "english only");
     EXPECT_EQ(bytesOf(module.getResource(0x10000 + IDB_ENGLISH_ONLY, RAW_DATA)), "english only");
-    EXPECT_EQ(bytesOf(module.getResource(OXA_TEXT("#8"), OXA_TEXT("#10"))), "english only");
+    for (const Char* const name : {OXA_TEXT("#8"), OXA_TEXT("# 8"), OXA_TEXT("#+8x"), OXA_TEXT("#4294967304")})
+        EXPECT_EQ(bytesOf(module.getResource(String(name), OXA_TEXT("#10"))), "english only") << String(name);
+    for (const Char* const name : {OXA_TEXT("#65544"), OXA_TEXT("#-8"), OXA_TEXT("#x8"), OXA_TEXT("#")})
+        EXPECT_EQ(module.findResource(String(name), OXA_TEXT("#10")), nullptr) << String(name);
+    EXPECT_EQ(module.resourceBytes(IDB_ENGLISH_ONLY, RAW_DATA).size(), 12U);
+    EXPECT_TRUE(module.resourceBytes(OXA_TEXT("unknown"), RAW_DATA).empty());
     EXPECT_EQ(bytesOf(module.getResource(OXA_TEXT("Resource.H"), OXA_TEXT("metadata"))).substr(0, 23),
               "//{{NO_DEPENDENCIES}}\n/");
 
@@ -160,7 +165,10 @@ TEST_F(Resources, IncludeTextsByNumber)
     EXPECT_EQ(String::loadFromResource(IDS_FIRST_OF_BLOCK, module), OXA_TEXT("zero"));
     for (const unsigned int missing :
          {static_cast<unsigned int>(IDS_EMPTY), 104U, 0U, 65535U, 65536U + IDS_GREETING, 0xFFFFFFFFU})
+    {
         EXPECT_EQ(String::loadFromResource(missing, module), OXA_TEXT("Error loading string resource!"));
+        EXPECT_FALSE(module.loadText(missing));
+    }
 }
 
 TEST(ResourceFile, ListsWhatAFileHolds)

@@ -158,7 +158,8 @@ TEST(uZClass, IsFoundByItsNameAndKnowsAncestorsOfAnyDepth)
     std::vector<std::unique_ptr<const uZClass>> line;
     for (int i = 0; i < 20; ++i)
         line.push_back(std::make_unique<uZClass>(i == 19 ? OXA_TEXT("deepest") : OXA_TEXT("deep"),
-                                                 i == 0 ? nullptr : line.back().get(), getThisModule(), ClassVersion()));
+                                                 i == 0 ? nullptr : line.back().get(), getThisModule(),
+                                                 ClassVersion()));
     for (std::size_t i = 0; i < line.size(); ++i)
         for (std::size_t j = 0; j < line.size(); ++j) EXPECT_EQ(line[i]->isDerivedFrom(line[j].get()), i >= j);
     EXPECT_EQ(uZClass::find(OXA_TEXT("deepest")), line.back().get());

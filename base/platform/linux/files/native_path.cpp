@@ -177,8 +177,10 @@ Parsed parse(TextView text)
 /// The folder of links that stand for drives and shares.
 std::string drivesFolder()
 {
-    const std::string folder = environmentVariable("OXA_DRIVES");
-    return folder.empty() ? configurationFolder() + "/OxaBase/drives" : folder;
+    if (std::string folder = environmentVariable("OXA_DRIVES"); !folder.empty()) return folder;
+    const std::string settings = configurationFolder();
+    // Without a home there are no drives: nobody can make this folder.
+    return settings.empty() ? "/proc/none" : settings + "/OxaBase/drives";
 }
 
 /// Where the drive, or the server and the share, end.
