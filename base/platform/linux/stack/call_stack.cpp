@@ -233,6 +233,13 @@ CONTEXT contextOfFault(const void* fault) noexcept
     return fault == nullptr ? CONTEXT{} : contextOf(registersOfSignal(fault));
 }
 
+bool isCurrentProcess(std::uint32_t processId, HANDLE process) noexcept
+{
+    const auto number = reinterpret_cast<std::intptr_t>(process);
+    if (number != 0) return number < 0 || number == ::getpid();
+    return processId == 0 || processId == static_cast<std::uint32_t>(::getpid());
+}
+
 // Means the caller's own, which a child that is forked later is, too.
 HANDLE currentProcess() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1)); }
 
