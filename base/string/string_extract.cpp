@@ -1,5 +1,6 @@
 // Destructive extraction: the text is its own cursor.
 
+#include <climits>
 #include <cstdint>
 #include <limits>
 
@@ -15,6 +16,7 @@ namespace
 
 using Int32 = std::numeric_limits<std::int32_t>;
 using Int64 = std::numeric_limits<std::int64_t>;
+using Long = std::numeric_limits<long>;
 
 /// The closing quote of a quoted token: not preceded by a backslash, but for two of them.
 std::size_t closingQuote(TextView text)
@@ -85,7 +87,7 @@ String& String::operator>>(unsigned short& out) { return extractSigned<Int32>(ou
 
 String& String::operator>>(int& out) { return extractSigned<Int32>(out); }
 
-String& String::operator>>(long& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(long& out) { return extractSigned<Long>(out); }
 
 String& String::operator>>(long long& out) { return extractSigned<Int64>(out); }
 
@@ -96,7 +98,7 @@ String& String::operator>>(unsigned int& out)
 
 String& String::operator>>(unsigned long& out)
 {
-    return extractScanned(out, [](TextView text) { return detail::scanUnsigned(text, UINT32_MAX); });
+    return extractScanned(out, [](TextView text) { return detail::scanUnsigned(text, ULONG_MAX); });
 }
 
 String& String::operator>>(unsigned long long& out)
@@ -150,6 +152,12 @@ String& String::operator>>(ForeignChar& out)
     Char unit = 0;
     *this >> unit;
     out = static_cast<ForeignChar>(unit);
+    const bool isPair = (unit & 0xFC00) == 0xD800 && !m_text.empty() && (m_text.front() & 0xFC00) == 0xDC00;
+    if (sizeof(ForeignChar) > sizeof(Char) && isPair)
+    {
+        out = static_cast<ForeignChar>(0x10000 + ((unit & 0x3FF) << 10) + (m_text.front() & 0x3FF));
+        dropFront(1);
+    }
     return *this;
 }
 
