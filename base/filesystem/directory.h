@@ -36,6 +36,12 @@ class OXA_API Directory : public FileSystemItem
     /// @{
     static std::shared_ptr<Directory> fromUTF8(const char* path);
     static std::shared_ptr<Directory> fromUTF8(const std::string& path);
+    template <std::same_as<std::string_view> T>
+    static std::shared_ptr<Directory> fromUTF8(T path)
+    {
+        return fromString(String::fromUTF8(path));
+    }
+    static std::shared_ptr<Directory> fromUTF8(std::u8string_view path) { return fromString(String(path)); }
     /// @}
     /// From the system's own spelling.
     static std::shared_ptr<Directory> fromPath(const std::filesystem::path& path);

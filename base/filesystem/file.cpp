@@ -47,6 +47,12 @@ std::shared_ptr<File> File::fromString(const Directory& directory, const String&
                                     [&](const ImplCreator& creator) { return creator.create(directory, name); });
 }
 
+std::shared_ptr<File> File::fromUTF8(std::string_view path) { return fromString(String::fromUTF8(path)); }
+
+std::shared_ptr<File> File::fromUTF8(std::u8string_view path) { return fromString(String(path)); }
+
+std::shared_ptr<File> File::fromUTF8(const char* path) { return fromString(String::fromUTF8(path)); }
+
 std::shared_ptr<File> File::fromPath(const std::filesystem::path& path)
 {
     return fromString(platform::spellingOfSystemPath(path));

@@ -116,6 +116,8 @@ std::shared_ptr<const FileSystemItem> FileSystemItem::makeRelative(const Directo
 
 std::filesystem::path FileSystemItem::toPath() const { return platform::systemPath(getFullName()); }
 
+Utf8Bytes utf8(const FileSystemItem& item) { return utf8(item.getFullName()); }
+
 std::ostream& operator<<(std::ostream& stream, const FileSystemItem& item) { return stream << item.getFullName(); }
 
 }  // namespace Oxa_1_1

@@ -20,9 +20,8 @@ bool isNumeric(Char c) { return detail::isSignedDigit(c) || c == '.' || c == '+'
 template <class Predicate>
 int String::findUnit(int start, Predicate matches) const noexcept
 {
-    if (start < 0) return -1;
-    for (auto i = static_cast<std::size_t>(start); i < m_text.size(); ++i)
-        if (matches(m_text[i])) return static_cast<int>(i);
+    for (int i = start < 0 ? length() : start; i < length(); ++i)
+        if (matches(m_text[static_cast<std::size_t>(i)])) return i;
     return -1;
 }
 
@@ -30,7 +29,7 @@ int String::find(const Char* text, int start) const noexcept
 {
     if (text == nullptr || *text == 0 || start < 0 || start >= length()) return -1;
     const TextView pattern = text;
-    const TextView searched = view().substr(static_cast<std::size_t>(start));
+    const TextView searched = countable().substr(static_cast<std::size_t>(start));
     const std::size_t hit = text::findText(searched.data(), searched.size(), pattern.data(), pattern.size());
     return hit == text::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
@@ -38,7 +37,7 @@ int String::find(const Char* text, int start) const noexcept
 int String::find(Char c, int start) const noexcept
 {
     if (start < 0 || start >= length()) return -1;
-    const TextView searched = view().substr(static_cast<std::size_t>(start));
+    const TextView searched = countable().substr(static_cast<std::size_t>(start));
     const std::size_t hit = text::findUnit(searched.data(), searched.size(), c);
     return hit == text::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
@@ -46,14 +45,27 @@ int String::find(Char c, int start) const noexcept
 int String::findLastOf(const Char* text) const noexcept
 {
     if (text == nullptr || *text == 0) return -1;
-    const TextView searched = view().substr(0, text::findUnit(m_text.data(), m_text.size(), 0));
-    return toIndex(searched.rfind(text));
+    const TextView searched = countable();
+    return toIndex(searched.substr(0, text::findUnit(searched.data(), searched.size(), 0)).rfind(text));
 }
 
 int String::findLastOf(Char c, int start) const noexcept
 {
     if (start < 0 || start >= length()) return -1;
-    const int hit = toIndex(m_text.rfind(c));
+    const int hit = toIndex(countable().rfind(c));
+    return hit >= start ? hit : -1;
+}
+
+int String::findUnits(TextView units, int start) const noexcept
+{
+    if (start < 0 || start >= length()) return -1;
+    return toIndex(countable().find(units, static_cast<std::size_t>(start)));
+}
+
+int String::findLastUnits(TextView units, int start) const noexcept
+{
+    if (start < 0 || start >= length()) return -1;
+    const int hit = toIndex(countable().rfind(units));
     return hit >= start ? hit : -1;
 }
 

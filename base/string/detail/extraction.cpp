@@ -97,7 +97,11 @@ Taken take(TextView text, ForeignChar& out) noexcept
     Char unit = 0;
     const Taken taken = take(text, unit);
     out = static_cast<ForeignChar>(unit);
-    return taken;
+    const TextView rest = withoutFront(text, taken.length);
+    const bool isPair = (unit & 0xFC00) == 0xD800 && !rest.empty() && (rest.front() & 0xFC00) == 0xDC00;
+    if (sizeof(ForeignChar) == sizeof(Char) || !isPair) return taken;
+    out = static_cast<ForeignChar>(0x10000 + ((unit & 0x3FF) << 10) + (rest.front() & 0x3FF));
+    return {taken.length + 1, true};
 }
 
 TakenText takeText(TextView text) noexcept

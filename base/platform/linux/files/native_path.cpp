@@ -233,6 +233,23 @@ Text spellingOf(std::string_view nativePath)
     }
 }
 
+Text decodeKeepingBytes(std::string_view bytes)
+{
+    Text text;
+    text.reserve(bytes.size());
+    while (!bytes.empty())
+    {
+        const Sequence sequence = readSequence(bytes);
+        const std::size_t length = std::max<std::size_t>(sequence.length, 1);
+        if (sequence.length == 0)
+            appendStray(text, bytes.substr(0, length));
+        else
+            appendCharacter(text, sequence.c);
+        bytes.remove_prefix(length);
+    }
+    return text;
+}
+
 void spellName(std::string_view name, Text& spelling)
 {
     // Nearly every name is plain, and its characters are widened without looking at them one by one.

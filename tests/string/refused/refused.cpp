@@ -1,0 +1,15 @@
+// A program with one expression, which the command line names.
+
+#include "base/filesystem/directory.h"
+#include "base/filesystem/file.h"
+#include "base/string/command_line.h"
+
+using namespace Oxa_1_1;
+
+int main()
+{
+    int number = 1;
+    String text;
+    static_cast<void>(EXPRESSION);
+    return number;
+}
