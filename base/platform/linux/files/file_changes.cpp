@@ -3,13 +3,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <string_view>
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/linux/files/reachable_path.h"
-#include "base/platform/linux/system/error_code.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -17,6 +15,8 @@ namespace Oxa_1_1::platform::native
 
 namespace
 {
+
+constexpr DWORD NOT_A_FOLDER = 267;
 
 constexpr struct timespec NOW_WRITTEN[]
 {
@@ -154,7 +154,7 @@ bool removeFolder(TextView path)
         fstatat(reachable.folder(), reachable.itself(), &behind, 0) == 0 && !S_ISDIR(behind.st_mode);
     if (S_ISLNK(own.st_mode) && !leadsToFile)
         return unlinkat(reachable.folder(), reachable.itself(), 0) == 0 || reachable.fail();
-    setLastError(errorCodeOfErrno(ENOTDIR));
+    setLastError(NOT_A_FOLDER);
     return false;
 }
 
