@@ -18,6 +18,8 @@ endif()
 # The version of the interface stands in names of files and in the namespace; the third number does not.
 set(OXA_INTERFACE_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 
+# Sources that do not go together in one compilation are not made to, whatever a parent project wishes for its own.
+set(CMAKE_UNITY_BUILD OFF)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)

@@ -73,8 +73,9 @@ function(oxa_stated_output result number)
 endfunction()
 
 # One test for each command of a console session, in this order and in the folder, by what it prints. "..." stands for
-# any text in a line, and in a line of its own for any number of lines. A command that prints nothing must end with 0.
-function(oxa_add_console_tests name folder former session)
+# any text in a line, and in a line of its own for any number of lines. A command that prints nothing must end with 0. The
+# first runs behind the test `former`, which becomes the last one.
+function(oxa_add_console_tests name folder session)
   set(session "\n${session}")
   set(number 0)
   _oxa_cut(nothing session "\n$ ")
@@ -98,4 +99,5 @@ function(oxa_add_console_tests name folder former session)
     endif()
     set(former ${name}_${number})
   endwhile()
+  set(former ${former} PARENT_SCOPE)
 endfunction()

@@ -72,10 +72,11 @@ if(NOT failed OR NOT said MATCHES "OxaBase has no components; asked for: [^\n]*g
 endif()
 
 # The same project with the sources in its own build. It installs its own files and nothing of ours, and builds no more
-# than it links. The objects of the library are those of our own build, so a compiler cache has them, wherever they are
-# built.
+# than it links. Its own wish to compile many sources at a time is none of ours. The objects of the library are those of
+# our own build, so a compiler cache has them, wherever they are built.
 set(ENV{CCACHE_NOHASHDIR} 1)
-build_project(${CMAKE_CURRENT_LIST_DIR}/../consumer ${work}/fetched ${LIBRARY_OPTIONS} -DOXABASE_SOURCES=${SOURCES})
+build_project(${CMAKE_CURRENT_LIST_DIR}/../consumer ${work}/fetched ${LIBRARY_OPTIONS} -DOXABASE_SOURCES=${SOURCES}
+  -DCMAKE_UNITY_BUILD=ON)
 file(GLOB_RECURSE surplus ${work}/fetched/*oxa_memory_file_system.a)
 if(surplus)
   message(FATAL_ERROR "Built though nothing links it: ${surplus}")
