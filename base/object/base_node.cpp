@@ -1,6 +1,8 @@
 #include "base/object/base_node.h"
 
+#include <chrono>
 #include <cstddef>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -15,9 +17,40 @@ namespace Oxa_1_1
 // meanwhile, and to drop it again, the node would be gone too early. Hence nobody revives a node that has been owned:
 // its last owner destroys it, whatever comes between. A counter of 0 is no end for a node that nobody has owned yet.
 
+/// Has the handle for itself. Mostly nobody else wants it, and then to release it is a plain store, which a mutex
+/// cannot do. Of those who wait all but one sleep in the mutex.
+class WeakHandle::Guard
+{
+   public:
+    explicit Guard(WeakHandle& handle) : m_handle(handle)
+    {
+        if (!take()) wait();
+    }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+    ~Guard() { m_handle.m_isBusy.store(false, std::memory_order_release); }
+
+   private:
+    bool take() { return !m_handle.m_isBusy.exchange(true, std::memory_order_acquire); }
+
+    void wait()
+    {
+        const std::lock_guard queue(m_handle.m_mutex);
+        // Whoever has the handle needs a few instructions more, unless it was put to sleep among them.
+        constexpr int PATIENCE = 64;
+        for (int i = 0; !take(); ++i)
+            if (i < PATIENCE)
+                std::this_thread::yield();
+            else
+                std::this_thread::sleep_for(std::chrono::microseconds(50));
+    }
+
+    WeakHandle& m_handle;
+};
+
 SmartPtr<BaseNode> WeakHandle::lock()
 {
-    const std::lock_guard guard(m_mutex);
+    const Guard guard(*this);
     if (m_node == nullptr) return {};
     if (m_node->m_counter++ == 0 && m_isOwned.exchange(true, std::memory_order_relaxed))
     {
@@ -29,7 +62,7 @@ SmartPtr<BaseNode> WeakHandle::lock()
 
 bool WeakHandle::tryDestroy()
 {
-    const std::lock_guard guard(m_mutex);
+    const Guard guard(*this);
     if (m_node == nullptr) return false;
     const unsigned int count = m_node->m_counter;
     if (count != 0 && count != BaseNode::DEAD) return false;
@@ -73,7 +106,7 @@ bool WeakHandle::giveUp() noexcept
 {
     // Without watchers nobody else can come by.
     if (!m_isWatched.load(std::memory_order_relaxed)) return std::exchange(m_node, nullptr) != nullptr;
-    const std::lock_guard guard(m_mutex);
+    const Guard guard(*this);
     return std::exchange(m_node, nullptr) != nullptr;
 }
 

@@ -35,12 +35,15 @@ class OXA_API WeakHandle
 
    private:
     friend class BaseNode;
+    class OXA_HIDDEN Guard;
 
     /// Gives the node up, whatever its counter says; false when it had been given up before.
     OXA_HIDDEN bool giveUp() noexcept;
 
     BaseNode* m_node;
+    // Those who find the handle busy line up here.
     std::mutex m_mutex;
+    std::atomic<bool> m_isBusy = false;
     /// Whether the node has had an owner, and whether anybody has asked for this handle. Each is set while the node is
     /// held, so that who drops the last reference sees it.
     /// @{
