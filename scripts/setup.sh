@@ -11,7 +11,7 @@ for job in "${@:-all}"; do
     lint | all) packages+=(clang clang-format clang-tidy doxygen) ;;&
     fuzz | all) packages+=(clang libclang-rt-14-dev) ;;&
     windows | all) packages+=(g++-mingw-w64-x86-64-posix wine64 wine xvfb xdotool) ;;&
-    bench) packages+=(libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev pkg-config) ;;&
+    bench) packages+=(libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev libunwind-dev pkg-config) ;;&
     build | package | lint | fuzz | windows | bench | all) ;;
     *) echo "setup.sh: unknown job '$job'" >&2; exit 2 ;;
   esac
