@@ -48,8 +48,9 @@ TEST(SymbolFile, FindsFunctionsAndWhatIsInlinedInEachForm)
         EXPECT_TRUE(file.hasDebugInformation()) << c.name;
         EXPECT_EQ(file.hasCoffSymbols(), c.hasCoffSymbols) << c.name;
         std::set<std::string> places;
-        for (std::uint64_t offset = c.outer; offset < c.outer + 8; ++offset) places.insert(described(file, offset));
-        EXPECT_EQ(places, (std::set<std::string>{"outer s.c:2; ", "twice s.c:1; outer s.c:2; "})) << c.name;
+        for (std::uint64_t offset = c.outer; offset < c.outer + 16; ++offset) places.insert(described(file, offset));
+        EXPECT_TRUE(places.contains("outer s.c:2; ")) << c.name;
+        EXPECT_TRUE(places.contains("twice s.c:1; outer s.c:2; ")) << c.name;
         EXPECT_EQ(described(file, c.outer + 0x100000), "");
     }
 }
