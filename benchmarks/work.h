@@ -46,6 +46,7 @@ inline const std::string TEXT_IN_LANGUAGE = "R2 a text of 5000 in 10 languages";
 inline const std::string PARSE_HEADER = "R3 1 kB of a resource header";
 inline const std::string LOOK_UP_SYMBOL = "R4 look up among 10,000 symbols";
 inline const std::string CAPTURE = "D1 capture 32 frames";
+inline const std::string RESOLVE = "D1 name 32 captured frames, warm";
 inline const std::string CAPTURE_NAMED = "D1 walk with names and lines, warm";
 inline const std::string COUNT_DEPTH = "D1 count all frames";
 inline const std::string PASS_OVER = "D2 an assertion that is passed over";

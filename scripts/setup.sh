@@ -12,7 +12,7 @@ for job in "${@:-all}"; do
     fuzz | all) packages+=(clang libclang-rt-14-dev) ;;&
     windows | all) packages+=(g++-mingw-w64-x86-64-posix wine64 wine xvfb xdotool) ;;&
     clang-windows) packages+=(clang g++-mingw-w64-x86-64-posix) ;;&
-    bench) packages+=(python3 libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev pkg-config) ;;&
+    bench) packages+=(python3 libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev libunwind-dev pkg-config) ;;&
     build | package | lint | fuzz | windows | clang-windows | bench | all) ;;
     *) echo "setup.sh: unknown job '$job'" >&2; exit 2 ;;
   esac

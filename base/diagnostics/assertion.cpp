@@ -1,15 +1,20 @@
 #include "base/diagnostics/assertion.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <map>
 #include <mutex>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/diagnostics/detail/world.h"
+#include "base/diagnostics/resolved_stack.h"
+#include "base/diagnostics/stack_walker.h"
 #include "base/platform/system/debug_output.h"
 #include "base/platform/system/system_info.h"
 #include "base/string/oxa_string.h"
@@ -73,6 +78,20 @@ String reportOf(const char* expression, const char* message, const char* file, u
     return report;
 }
 
+/// Where the assertion failed, without what reports it.
+std::string stackText()
+{
+    std::array<void*, 64> addresses;
+    const int count = Oxa_1_1::StackWalker::captureFrames(addresses.data(), static_cast<int>(addresses.size()));
+    const Oxa_1_1::ResolvedStack stack =
+        Oxa_1_1::resolveFrames(std::span(addresses).first(static_cast<std::size_t>(count)));
+    const auto reporter =
+        std::find_if(stack.begin(), stack.end(),
+                     [](const Oxa_1_1::ResolvedFrame& frame) { return frame.function == "__assert_fail_x"; });
+    const auto first = reporter == stack.end() ? stack.begin() : reporter + 1;
+    return "Call stack:\n" + stack.text(static_cast<std::size_t>(first - stack.begin()));
+}
+
 void askAboutAssertion(const char* expression, const char* message, const char* file, unsigned int line,
                        const char* function)
 {
@@ -81,9 +100,11 @@ void askAboutAssertion(const char* expression, const char* message, const char* 
 
     const String report = reportOf(expression, message, file, line, function);
     const bool isWritten = Oxa_1_1::detail::writeParagraph(report.stringPath());
+    Oxa_1_1::detail::writeDebugText(stackText().c_str());
     switch (Oxa_1_1::detail::askUser(report.stringPath(), isWritten))
     {
         case AssertionAnswer::Abort:
+            Oxa_1_1::platform::leaveCoreFile();
             std::_Exit(ABORT_EXIT_CODE);
         case AssertionAnswer::Retry:
             Oxa_1_1::detail::breakIntoDebugger();

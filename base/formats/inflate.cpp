@@ -11,7 +11,7 @@ namespace Oxa_1_1::formats
 namespace
 {
 
-constexpr std::size_t LONGEST_CODE = 15;
+constexpr unsigned LONGEST_CODE = 15;
 constexpr std::size_t LITERAL_CODES = 288;
 constexpr std::size_t DISTANCE_CODES = 30;
 
@@ -24,25 +24,31 @@ class BitReader
 
     unsigned bits(unsigned count)
     {
-        while (m_count < count)
-        {
-            if (m_at == m_bytes.size())
-            {
-                m_ok = false;
-                return 0;
-            }
-            m_held |= std::to_integer<std::uint32_t>(m_bytes[m_at++]) << m_count;
-            m_count += 8;
-        }
-        const std::uint32_t value = m_held & ((1U << count) - 1);
-        m_held >>= count;
-        m_count -= count;
+        const unsigned value = peek(count);
+        drop(count);
         return value;
+    }
+
+    /// The next bits, which stay; zeros behind the end.
+    unsigned peek(unsigned count)
+    {
+        for (; m_count < count && m_at < m_bytes.size(); m_count += 8)
+            m_held |= std::to_integer<std::uint64_t>(m_bytes[m_at++]) << m_count;
+        return static_cast<unsigned>(m_held & ((std::uint64_t{1} << count) - 1));
+    }
+
+    void drop(unsigned count)
+    {
+        if (count > m_count) m_ok = false;
+        m_held >>= count;
+        m_count -= std::min(count, m_count);
     }
 
     /// The bytes of a stored block, which begin at a whole byte.
     Bytes stored()
     {
+        // Whole bytes that were read in advance are given back.
+        m_at -= m_count / 8;
         m_held = 0;
         m_count = 0;
         if (!holds(m_bytes, m_at, 4)) return fail();
@@ -63,7 +69,7 @@ class BitReader
 
     Bytes m_bytes;
     std::size_t m_at = 0;
-    std::uint32_t m_held = 0;
+    std::uint64_t m_held = 0;
     unsigned m_count = 0;
     bool m_ok = true;
 };
@@ -83,29 +89,51 @@ class PrefixCode
             begin[i + 1] = static_cast<std::uint16_t>(begin[i] + m_counts[i]);
         for (std::size_t symbol = 0; symbol < lengths.size(); ++symbol)
             if (lengths[symbol] != 0) m_symbols[begin[lengths[symbol]]++] = static_cast<std::uint16_t>(symbol);
+        for (unsigned bits = 0; bits < m_short.size(); ++bits) m_short[bits] = find(bits, SHORT_CODE);
     }
 
     /// The next symbol; NONE for bits that are no code.
     unsigned read(BitReader& reader) const
     {
+        const unsigned bits = reader.peek(LONGEST_CODE);
+        const Found& known = m_short[bits & (m_short.size() - 1)];
+        const Found found = known.length != 0 ? known : find(bits, LONGEST_CODE);
+        reader.drop(found.length);
+        return found.length == 0 ? NONE : found.symbol;
+    }
+
+   private:
+    struct Found
+    {
+        std::uint16_t symbol = 0;
+        /// 0 when the bits are no code.
+        std::uint8_t length = 0;
+    };
+
+    /// Most codes are short, and found at once.
+    static constexpr unsigned SHORT_CODE = 9;
+
+    Found find(unsigned bits, unsigned longest) const
+    {
         unsigned code = 0;
         unsigned first = 0;
         unsigned index = 0;
-        for (std::size_t length = 1; length <= LONGEST_CODE && reader.ok(); ++length)
+        for (unsigned length = 1; length <= longest; ++length, bits >>= 1)
         {
-            code |= reader.bits(1);
+            code |= bits & 1;
             const unsigned count = m_counts[length];
-            if (code < first + count) return code < first ? NONE : m_symbols[index + (code - first)];
+            if (code >= first && code < first + count)
+                return {m_symbols[index + (code - first)], static_cast<std::uint8_t>(length)};
             index += count;
             first = (first + count) << 1;
             code <<= 1;
         }
-        return NONE;
+        return {};
     }
 
-   private:
     std::array<std::uint16_t, LONGEST_CODE + 1> m_counts{};
     std::array<std::uint16_t, LITERAL_CODES> m_symbols{};
+    std::array<Found, std::size_t{1} << SHORT_CODE> m_short{};
 };
 
 struct Step

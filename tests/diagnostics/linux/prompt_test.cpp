@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -120,6 +122,33 @@ TEST(AssertionPrompt, ShowsTheReportOnceAndAsItIs)
         EXPECT_EQ(program.exitCode(), 0);
         EXPECT_EQ(program.count("Assertion round < 0 failed.\r\nIn file "), 1U) << program.output;
         EXPECT_EQ(program.count("\"größer als 0 ✓\"\r\n"), 1U) << program.output;
+    }
+}
+
+TEST(AssertionPrompt, AbortLeavesACoreFileWhereTheSystemIsSetToDoSo)
+{
+    std::string pattern;
+    std::ifstream("/proc/sys/kernel/core_pattern") >> pattern;
+    if (pattern.find_first_of("|/") != std::string::npos) GTEST_SKIP() << "cores go elsewhere: " << pattern;
+    const auto here = std::filesystem::current_path();
+    const auto folder = std::filesystem::path(testing::TempDir()) / ("core" + std::to_string(::getpid()));
+    rlimit former{};
+    ::getrlimit(RLIMIT_CORE, &former);
+    for (const rlim_t limit : {rlim_t{0}, former.rlim_max})
+    {
+        const rlimit own{limit, former.rlim_max};
+        std::filesystem::create_directory(folder);
+        std::filesystem::current_path(folder);
+        ::setrlimit(RLIMIT_CORE, &own);
+        TerminalProgram program("");
+        program.awaitQuestion();
+        program.type("a\n");
+        program.awaitQuestion();
+        EXPECT_EQ(program.exitCode(), 3);
+        EXPECT_EQ(std::filesystem::is_empty(folder), limit == 0);
+        ::setrlimit(RLIMIT_CORE, &former);
+        std::filesystem::current_path(here);
+        std::filesystem::remove_all(folder);
     }
 }
 

@@ -12,6 +12,12 @@ target_compile_options(diagnostics_bare PRIVATE -g0)
 target_link_options(diagnostics_bare PRIVATE -s)
 add_test(NAME diagnostics_bare COMMAND diagnostics_bare)
 
+add_library(diagnostics_plugin MODULE diagnostics/programs/plugin.cpp)
+target_compile_options(diagnostics_plugin PRIVATE -O1 -g -fno-optimize-sibling-calls)
+set_target_properties(diagnostics_plugin PROPERTIES PREFIX "" OUTPUT_NAME diagnostics SUFFIX .plugin CXX_VISIBILITY_PRESET default
+  LIBRARY_OUTPUT_DIRECTORY $<TARGET_FILE_DIR:diagnostics_test>)
+add_dependencies(diagnostics_test diagnostics_plugin)
+
 if(WIN32)
   find_program(xvfb Xvfb)
   find_program(xdotool xdotool)

@@ -1,6 +1,7 @@
 // Call stacks by the run-time libraries of the system and the compiler.
 
 #include <backtrace.h>
+#include <dlfcn.h>
 #include <execinfo.h>
 
 #include <atomic>
@@ -28,8 +29,26 @@ int read(void* seen, std::uintptr_t, const char* file, int line, const char* fun
 
 void ignore(void*, const char*, int) {}
 
+using Capture = int (*)(void** addresses, int capacity);
+
+/// Loaded for itself alone: a program that is linked with it gets its functions in place of the system's. Null when it
+/// is not installed.
+Capture cachedUnwinder()
+{
+    void* const library = ::dlopen("libunwind.so.8", RTLD_NOW | RTLD_LOCAL);
+    return library == nullptr ? nullptr : reinterpret_cast<Capture>(::dlsym(library, "unw_backtrace"));
+}
+
 [[maybe_unused]] const bool registered = []
 {
+    static const Capture unwind = cachedUnwinder();
+    if (unwind != nullptr)
+        addBelow<STACK_DEPTH>(work::CAPTURE, "libunwind",
+                              []
+                              {
+                                  void* addresses[STACK_DEPTH];
+                                  keep(unwind(addresses, STACK_DEPTH));
+                              });
     const auto capture = []
     {
         void* addresses[STACK_DEPTH];
@@ -43,6 +62,17 @@ void ignore(void*, const char*, int) {}
                               keep(::backtrace(addresses, 1024));
                           });
     static backtrace_state* const state = backtrace_create_state(nullptr, 1, ignore, nullptr);
+    addBelow<STACK_DEPTH>(work::RESOLVE, "libbacktrace",
+                          []
+                          {
+                              static void* addresses[STACK_DEPTH];
+                              static const int count = ::backtrace(addresses, STACK_DEPTH);
+                              std::size_t seen = 0;
+                              for (int i = 0; i < count; ++i)
+                                  backtrace_pcinfo(state, reinterpret_cast<std::uintptr_t>(addresses[i]) - 1, read,
+                                                   ignore, &seen);
+                              keep(seen);
+                          });
     addBelow<STACK_DEPTH>(work::CAPTURE_NAMED, "libbacktrace",
                           []
                           {
