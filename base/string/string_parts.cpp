@@ -28,7 +28,8 @@ bool String::contains(const String& text, bool ignoreCase) const noexcept
 {
     if (!ignoreCase) return view().find(text.view()) != TextView::npos;
     const auto isSame = [](Char a, Char b) { return text::toLower(a) == text::toLower(b); };
-    return !std::ranges::search(m_text, text.m_text, isSame).empty() || text.isEmpty();
+    const auto end = m_text.end();
+    return text.isEmpty() || std::search(m_text.begin(), end, text.m_text.begin(), text.m_text.end(), isSame) != end;
 }
 
 bool String::startsWith(const String& prefix, bool ignoreCase) const noexcept

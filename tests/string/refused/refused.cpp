@@ -1,8 +1,6 @@
 // A program with one expression, which the command line names.
 
-#include "base/filesystem/directory.h"
-#include "base/filesystem/file.h"
-#include "base/string/command_line.h"
+#include "base/string/oxa_string.h"
 
 using namespace Oxa_1_1;
 
