@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Measures the library beside its peers and prints a table of all rows; build/bench/results.json holds the same.
 # Arguments go to the program, for example --quick (small trees, few repetitions: whether everything runs) and
-# --benchmark_filter=S5 (rows, or "work/who", by regular expression).
+# --benchmark_filter=S5 (rows, or "work/who", by regular expression). simdutf is measured, too, where $SIMDUTF_DIR says
+# that it lies.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build bench
-cmake --preset linux-bench -DCMAKE_CXX_COMPILER_LAUNCHER=ccache >/dev/null
+cmake --preset linux-bench -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DOXA_SIMDUTF_DIR="${SIMDUTF_DIR-}" >/dev/null
 cmake --build --preset linux-bench --target benchmarks >/dev/null
 mkdir -p build/bench
 
