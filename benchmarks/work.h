@@ -10,6 +10,7 @@ namespace work
 {
 
 inline const std::string FROM_UTF8_SHORT = "S1 from UTF-8, 32 ASCII bytes";
+inline const std::string FROM_UTF8_TOLD = "S1 from UTF-8, 32 ASCII bytes, their number told";
 inline const std::string FROM_UTF8_ASCII = "S1 from UTF-8, 4 KiB ASCII";
 inline const std::string FROM_UTF8_MIXED = "S1 from UTF-8, 4 KiB mixed scripts";
 inline const std::string TO_UTF8_SHORT = "S2 to UTF-8, 32 ASCII units";
@@ -19,6 +20,11 @@ inline const std::string FROM_ANSI = "S3 from 4 KiB windows-1252";
 inline const std::string BUILD_LIST = "S4 a list item: text, int, double";
 inline const std::string WRITE_DOUBLE = "S5 a double as text";
 inline const std::string READ_INTS = "S6 an int from the front of 7 KB";
+inline const std::string EXTRACT_DOUBLES = "S6 a double from the front of 7 KB";
+inline const std::string READER_INTS = "S6 an int by a reader";
+inline const std::string READER_DOUBLES = "S6 a double by a reader";
+inline const std::string READER_INTS_LARGE = "S6 an int by a reader within 7 MB";
+inline const std::string READER_DOUBLES_LARGE = "S6 a double by a reader within 7 MB";
 inline const std::string FIND_UNIT = "S7 a unit at the end of 1 MiB";
 inline const std::string FIND_TEXT = "S7 a 12-unit text at the end of 1 MiB";
 inline const std::string COMPARE = "S8 compare 64 units ignoring case";

@@ -3,10 +3,11 @@
 # docs/performance.svg shows it.
 # Arguments go to the program, for example --quick (small trees, few repetitions: whether everything runs) and
 # --benchmark_filter=S5 (rows, or "work/who", by regular expression); the picture is then build/bench/performance.svg.
+# simdutf is measured, too, where $SIMDUTF_DIR says that it lies.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/setup.sh build bench
-cmake --preset linux-bench -DCMAKE_CXX_COMPILER_LAUNCHER=ccache >/dev/null
+cmake --preset linux-bench -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DOXA_SIMDUTF_DIR="${SIMDUTF_DIR-}" >/dev/null
 cmake --build --preset linux-bench --target benchmarks >/dev/null
 mkdir -p build/bench
 

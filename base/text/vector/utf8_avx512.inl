@@ -99,7 +99,8 @@ bool decodeBlock(__m512i block, std::uint64_t places, std::size_t count, Char* u
     return front.valid && back.valid;
 }
 
-inline Progress decodeUtf8Avx512(const char* bytes, std::size_t length, Char* units, std::size_t capacity)
+/// Texts of any kind.
+OXA_KEPT_APART Progress decodeBlocks(const char* bytes, std::size_t length, Char* units, std::size_t capacity)
 {
     std::size_t read = 0;
     std::size_t written = 0;
@@ -158,6 +159,21 @@ inline Progress decodeUtf8Avx512(const char* bytes, std::size_t length, Char* un
     }
     // At the front of a character.
     return {read + bitCount64(read < length ? carried : 0), written};
+}
+
+inline Progress decodeUtf8Avx512(const char* bytes, std::size_t length, Char* units, std::size_t capacity)
+{
+    // Short ASCII needs none of the constants that the blocks do.
+    if (length <= VECTOR_BYTES && length <= capacity)
+    {
+        const __m512i block = loadSome(bytes, length);
+        if (_mm512_movepi8_mask(block) == 0)
+        {
+            widenSome(block, length, units);
+            return {length, length};
+        }
+    }
+    return decodeBlocks(bytes, length, units, capacity);
 }
 
 inline std::size_t countUnitsAvx512(const char* bytes, std::size_t length)
@@ -273,7 +289,8 @@ inline __m512i spreadPairs(__m512i block, const UnitKinds& kinds)
     return _mm512_mask_mov_epi16(_mm512_mask_mov_epi16(block, kinds.high, high), kinds.low, low);
 }
 
-inline Progress encodeUtf8Avx512(const Char* units, std::size_t length, char* bytes, std::size_t capacity)
+/// Texts of any kind.
+OXA_KEPT_APART Progress encodeBlocks(const Char* units, std::size_t length, char* bytes, std::size_t capacity)
 {
     std::size_t read = 0;
     std::size_t written = 0;
@@ -340,4 +357,18 @@ inline Progress encodeUtf8Avx512(const Char* units, std::size_t length, char* by
         written += size;
     }
     return {read, written};
+}
+
+inline Progress encodeUtf8Avx512(const Char* units, std::size_t length, char* bytes, std::size_t capacity)
+{
+    if (length <= VECTOR_UNITS && length <= capacity)
+    {
+        const __m512i block = loadSome(units, length);
+        if (_mm512_test_epi16_mask(block, splat512(0xFF80)) == 0)
+        {
+            _mm256_mask_storeu_epi8(bytes, lowUnits(length), _mm512_cvtepi16_epi8(block));
+            return {length, length};
+        }
+    }
+    return encodeBlocks(units, length, bytes, capacity);
 }
