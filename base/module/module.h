@@ -208,7 +208,7 @@ class Module::const_iterator
 };
 
 /// The list as a range of the standard library, in the order of registration.
-class Module::Range : public std::ranges::view_interface<Range>
+class Module::Range
 {
    public:
     /// As const_iterator, but with the postfix forms and the distances that algorithms expect.
@@ -270,7 +270,7 @@ class Module::Range : public std::ranges::view_interface<Range>
 };
 
 /// The list as a range of the standard library, the newest first.
-class Module::ReverseRange : public std::ranges::view_interface<ReverseRange>
+class Module::ReverseRange
 {
    public:
     /// For range-for.
@@ -291,8 +291,12 @@ OXA_API const Module& getThisModule();
 
 }  // namespace Oxa_1_1
 
-/// Iterators of the list outlive the ranges that they come from.
+/// The ranges hold nothing: they are copied freely, and their iterators outlive them.
 /// @{
+template <>
+inline constexpr bool std::ranges::enable_view<Oxa_1_1::Module::Range> = true;
+template <>
+inline constexpr bool std::ranges::enable_view<Oxa_1_1::Module::ReverseRange> = true;
 template <>
 inline constexpr bool std::ranges::enable_borrowed_range<Oxa_1_1::Module::Range> = true;
 template <>

@@ -4,8 +4,8 @@
 namespace Oxa_1_1::platform
 {
 
-/// Whether the table of virtual functions of `object` leads to its type, so that dynamic_cast may ask for it. Modules can
-/// be built without.
+/// Whether the table of virtual functions of `object` leads to its type, so that dynamic_cast may ask for it. Modules
+/// can be built without.
 bool hasRunTimeType(const void* object) noexcept;
 
 }  // namespace Oxa_1_1::platform

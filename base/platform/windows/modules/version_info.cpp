@@ -1,20 +1,22 @@
 #include "base/platform/modules/version_info.h"
 
+#include "base/platform/modules/resources.h"
 #include "base/platform/windows/modules/data_files.h"
+#include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform
 {
 
-// The system's own functions trust every length in the file.
+// The system's own functions for versions trust every length in the file.
 std::vector<std::byte> readVersionInfo(TextView path)
 {
     const HINSTANCE file = openDataFile(path);
     if (file == nullptr) return {};
     std::vector<std::byte> version;
-    if (const formats::ResourceIndex* const resources = resourcesOfDataFile(file))
+    if (const HRSRC found = findResource(file, MAKEINTRESOURCEW(16), MAKEINTRESOURCEW(1)))
     {
-        const auto found = resources->find(formats::ResourceKey::number(16), formats::ResourceKey::number(1));
-        if (!found.empty()) version.assign(found.front().bytes.begin(), found.front().bytes.end());
+        const std::span<const std::byte> bytes = resourceBytes(file, found);
+        version.assign(bytes.begin(), bytes.end());
     }
     closeDataFile(file);
     return version;
