@@ -29,7 +29,7 @@ class Resolver
         if (m_session == nullptr) return nullptr;
         const std::uint64_t generation = m_session->moduleGeneration();
         if (m_generation.exchange(generation) != generation) m_session->loadModules(false);
-        return m_cache.find(*m_session, ALL_PARTS, addresses, found);
+        return m_cache.find(*m_session, generation, ALL_PARTS, addresses, found);
     }
 
    private:

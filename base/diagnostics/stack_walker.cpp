@@ -143,7 +143,8 @@ int StackWalker::ShowCallstack(HANDLE thread, const CONTEXT* context, ReadProces
 {
     const void* const innermost = OXA_CURRENT_FRAME;
     if (LoadModules() == 0) return 0;
-    if (m_symbols->generation != m_symbols->session->moduleGeneration()) reportNewModules();
+    const std::uint64_t generation = m_symbols->session->moduleGeneration();
+    if (m_symbols->generation != generation) reportNewModules();
 
     Frames buffer;
     const platform::WalkRequest walk{m_process, thread, context, readMemory, userData, innermost};
@@ -159,8 +160,8 @@ int StackWalker::ShowCallstack(HANDLE thread, const CONTEXT* context, ReadProces
                                       (m_options & FrameModules) != 0};
     std::array<std::uint64_t, FRAME_LIMIT> instructions;
     std::transform(frames.begin(), frames.end(), instructions.begin(), [](const auto& f) { return f.instruction(); });
-    const auto keeper =
-        m_symbols->cache.find(*m_symbols->session, parts, std::span(instructions).first(frames.size()), symbols);
+    const auto keeper = m_symbols->cache.find(*m_symbols->session, generation, parts,
+                                              std::span(instructions).first(frames.size()), symbols);
 
     for (std::size_t i = 0; i < frames.size(); ++i)
     {

@@ -13,13 +13,16 @@ constexpr std::size_t MOST_SYMBOLS = 16'384;
 
 }  // namespace
 
-SymbolCache::Keeper SymbolCache::find(const platform::SymbolSession& session, const platform::SymbolParts& parts,
-                                      std::span<const std::uint64_t> addresses,
+SymbolCache::Keeper SymbolCache::find(const platform::SymbolSession& session, std::uint64_t generation,
+                                      const platform::SymbolParts& parts, std::span<const std::uint64_t> addresses,
                                       std::span<const platform::SymbolInfo*> found)
 {
-    const std::uint64_t generation = session.moduleGeneration();
     const std::lock_guard lock(m_mutex);
-    if (m_page == nullptr || m_page->symbols.size() > MOST_SYMBOLS) m_page = std::make_shared<Page>();
+    if (m_page == nullptr || m_page->symbols.size() > MOST_SYMBOLS)
+    {
+        m_page = std::make_shared<Page>();
+        m_recent = {};
+    }
     if (m_generation != generation || m_stamps.empty())
     {
         m_stamps = session.moduleStamps();
@@ -32,13 +35,15 @@ SymbolCache::Keeper SymbolCache::find(const platform::SymbolSession& session, co
 const platform::SymbolInfo* SymbolCache::lookUp(const platform::SymbolSession& session,
                                                 const platform::SymbolParts& parts, std::uint64_t address)
 {
+    Recent& recent = m_recent[(address ^ address >> 9) % m_recent.size()];
+    if (recent.symbol != nullptr && recent.address == address && recent.generation == m_generation)
+        return recent.symbol;
     Entry& entry = m_page->entries[address];
-    if (entry.symbol != nullptr && entry.generation == m_generation) return entry.symbol;
     const std::uint64_t stamp = stampAt(address);
     if (entry.symbol == nullptr || entry.stamp != stamp)
         entry.symbol = &m_page->symbols.emplace_back(session.find(address, parts));
     entry.stamp = stamp;
-    entry.generation = m_generation;
+    recent = {address, m_generation, entry.symbol};
     return entry.symbol;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -20,8 +21,9 @@ class SymbolCache
     /// Keeps what was found in its place.
     using Keeper = std::shared_ptr<const void>;
 
-    /// Points `found` to what is known of each address, and returns what keeps it alive. Safe on several threads.
-    Keeper find(const platform::SymbolSession& session, const platform::SymbolParts& parts,
+    /// Points `found` to what is known of each address, and returns what keeps it alive. `generation` is the session's
+    /// at this moment. Safe on several threads.
+    Keeper find(const platform::SymbolSession& session, std::uint64_t generation, const platform::SymbolParts& parts,
                 std::span<const std::uint64_t> addresses, std::span<const platform::SymbolInfo*> found);
 
    private:
@@ -29,8 +31,6 @@ class SymbolCache
     {
         /// Of the module that the address lay in when it was looked for; 0 for none.
         std::uint64_t stamp = 0;
-        /// When that was last known to be so.
-        std::uint64_t generation = 0;
         const platform::SymbolInfo* symbol = nullptr;
     };
     struct Page
@@ -44,7 +44,16 @@ class SymbolCache
                                        std::uint64_t address);
     std::uint64_t stampAt(std::uint64_t address) const;
 
+    /// What was asked for last, found without a search.
+    struct Recent
+    {
+        std::uint64_t address = 0;
+        std::uint64_t generation = 0;
+        const platform::SymbolInfo* symbol = nullptr;
+    };
+
     std::mutex m_mutex;
+    std::array<Recent, 512> m_recent{};
     std::shared_ptr<Page> m_page;
     std::uint64_t m_generation = 0;
     std::vector<platform::ModuleStamp> m_stamps;

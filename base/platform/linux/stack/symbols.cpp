@@ -290,16 +290,19 @@ class OwnSession : public SymbolSession
     std::vector<ModuleStamp> moduleStamps() const override
     {
         std::vector<ModuleStamp> stamps;
-        for (const LoadedModule& module : listModules()) stamps.push_back(module.place);
+        const std::lock_guard lock(m_mutex);
+        refresh();
+        stamps.reserve(m_present.size());
+        for (const LoadedModule& module : m_present) stamps.push_back(module.place);
         return sorted(std::move(stamps));
     }
 
     std::vector<ModuleInfo> loadModules(bool withVersions) override
     {
-        const std::vector<LoadedModule> present = listModules();
         std::vector<ModuleInfo> added;
         const std::lock_guard lock(m_mutex);
-        for (const LoadedModule& loaded : present)
+        refresh();
+        for (const LoadedModule& loaded : m_present)
         {
             if (m_modules.contains(loaded.place.stamp)) continue;
             ModuleInfo module = plainInfo(loaded);
@@ -308,7 +311,7 @@ class OwnSession : public SymbolSession
             added.push_back(module);
             m_modules.emplace(loaded.place.stamp, std::move(module));
         }
-        if (m_modules.size() != present.size()) forgetOthers(present);
+        if (m_modules.size() != m_present.size()) forgetOthers();
         return added;
     }
 
@@ -346,11 +349,20 @@ class OwnSession : public SymbolSession
         return known == m_modules.end() ? plainInfo(module) : known->second;
     }
 
-    void forgetOthers(const std::vector<LoadedModule>& present)
+    /// Lists the modules when others have come or gone. Names are of the loader, and valid as long as their modules.
+    void refresh() const
+    {
+        const std::uint64_t generation = moduleGeneration();
+        if (!m_present.empty() && m_presentAt == generation) return;
+        m_present = listModules();
+        m_presentAt = generation;
+    }
+
+    void forgetOthers()
     {
         const auto isPresent = [&](std::uint64_t stamp)
         {
-            return std::any_of(present.begin(), present.end(),
+            return std::any_of(m_present.begin(), m_present.end(),
                                [stamp](const LoadedModule& module) { return module.place.stamp == stamp; });
         };
         std::erase_if(m_modules, [&](const auto& module) { return !isPresent(module.first); });
@@ -359,6 +371,8 @@ class OwnSession : public SymbolSession
 
     std::string m_searchPath;
     mutable std::mutex m_mutex;
+    mutable std::vector<LoadedModule> m_present;
+    mutable std::uint64_t m_presentAt = 0;
     /// By their stamps.
     std::map<std::uint64_t, ModuleInfo> m_modules;
 };

@@ -210,12 +210,12 @@ class Session : public SymbolSession
     /// little of it.
     void readFile(std::uint64_t address, const SymbolParts& parts, ModuleInfo& module, SymbolInfo& info) const
     {
-        const bool isKnown = module.symbolType == SymPdb || module.symbolType == SymDia || module.symbolType == SymCv ||
-                             module.symbolType == SymSym;
-        if (isKnown && !parts.inlined) return;
         detail::SymbolFiles::Found found = m_files.find(module.file, module.stamp, address - module.base);
-        if (!isKnown && (found.hasCoffSymbols || found.hasDebugInformation)) module.symbolType = SymCoff;
-        if (!isKnown || found.hasDebugInformation) takeFound(std::move(found), parts, info);
+        if (!found.hasDebugInformation && !found.hasCoffSymbols) return;
+        const bool isFromElsewhere = module.symbolType == SymPdb || module.symbolType == SymCv;
+        if (isFromElsewhere && !found.hasDebugInformation) return;
+        module.symbolType = SymCoff;
+        takeFound(std::move(found), parts, info);
     }
 
     std::string undecorated(const char* name, DWORD flags) const
