@@ -49,11 +49,12 @@ while IFS= read -r line; do
 done < <(grep -rnE '^ *# *include' base/text base/formats "${sources[@]}" |
   grep -vE 'include +(<[a-z_0-9]+>|<([a-z]*intrin|cxxabi)\.h>|"base/(char\.h|[a-z]+/.*)")' || true)
 
-# Each side of the seam is reached by its own sources only; all others ask the headers of the services.
+# Each side of the seam is reached by its own sources, and by those that both share; all others ask the headers of the
+# services.
 while IFS= read -r line; do
   report "reaches through the seam: $line"
 done < <(grep -rnE 'include +"base/platform/(linux|windows)/' base extras examples "${sources[@]}" |
-  grep -vE '^base/platform/(linux/.*"base/platform/linux/|windows/.*"base/platform/windows/|.*windows_api\.h")' || true)
+  grep -vE '^base/platform/(linux/.*"base/platform/linux/|windows/.*"base/platform/windows/|(files|modules|stack|system)/|[a-z_]+\.)' || true)
 
 while IFS= read -r line; do
   report "not written from the root: $line"
