@@ -72,7 +72,9 @@ Taken takeUnsigned(TextView text, T& out) noexcept
 
 using Limits32 = std::numeric_limits<std::int32_t>;
 using Limits64 = std::numeric_limits<std::int64_t>;
+using LimitsLong = std::numeric_limits<long>;
 using LimitsU32 = std::numeric_limits<std::uint32_t>;
+using LimitsULong = std::numeric_limits<unsigned long>;
 using LimitsU64 = std::numeric_limits<std::uint64_t>;
 
 inline Taken take(TextView text, signed char& out) noexcept { return takeSigned<Limits32>(text, out); }
@@ -80,10 +82,10 @@ inline Taken take(TextView text, unsigned char& out) noexcept { return takeSigne
 inline Taken take(TextView text, short& out) noexcept { return takeSigned<Limits32>(text, out); }
 inline Taken take(TextView text, unsigned short& out) noexcept { return takeSigned<Limits32>(text, out); }
 inline Taken take(TextView text, int& out) noexcept { return takeSigned<Limits32>(text, out); }
-inline Taken take(TextView text, long& out) noexcept { return takeSigned<Limits32>(text, out); }
+inline Taken take(TextView text, long& out) noexcept { return takeSigned<LimitsLong>(text, out); }
 inline Taken take(TextView text, long long& out) noexcept { return takeSigned<Limits64>(text, out); }
 inline Taken take(TextView text, unsigned int& out) noexcept { return takeUnsigned<LimitsU32>(text, out); }
-inline Taken take(TextView text, unsigned long& out) noexcept { return takeUnsigned<LimitsU32>(text, out); }
+inline Taken take(TextView text, unsigned long& out) noexcept { return takeUnsigned<LimitsULong>(text, out); }
 inline Taken take(TextView text, unsigned long long& out) noexcept { return takeUnsigned<LimitsU64>(text, out); }
 
 Taken take(TextView text, float& out);

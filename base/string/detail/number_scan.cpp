@@ -202,8 +202,9 @@ bool exceeds64Bits(TextView digits) noexcept
 std::size_t matchWord(TextView text, std::string_view word) noexcept
 {
     if (text.size() < word.size()) return 0;
+    // The case fold of the library would take other letters for those of ASCII.
     for (std::size_t i = 0; i < word.size(); ++i)
-        if (text::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
+        if (text[i] >= 0x80 || text::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
     return word.size();
 }
 
