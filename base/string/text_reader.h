@@ -21,7 +21,7 @@ class OXA_API TextReader
     /// @{
     explicit TextReader(TextView text) noexcept : m_text(text) {}
     template <std::same_as<String> S>
-    explicit TextReader(S&& text) = delete;
+    explicit TextReader(const S&& text) = delete;
     /// @}
 
     /// As `>>` of String does.

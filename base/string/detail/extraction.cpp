@@ -95,13 +95,16 @@ Taken take(TextView text, Char& out) noexcept
 Taken take(TextView text, ForeignChar& out) noexcept
 {
     Char unit = 0;
-    const Taken taken = take(text, unit);
+    Taken taken = take(text, unit);
     out = static_cast<ForeignChar>(unit);
-    const TextView rest = withoutFront(text, taken.length);
-    const bool isPair = (unit & 0xFC00) == 0xD800 && !rest.empty() && (rest.front() & 0xFC00) == 0xDC00;
-    if (sizeof(ForeignChar) == sizeof(Char) || !isPair) return taken;
-    out = static_cast<ForeignChar>(0x10000 + ((unit & 0x3FF) << 10) + (rest.front() & 0x3FF));
-    return {taken.length + 1, true};
+    const Char next = taken.length < text.size() ? text[taken.length] : Char(0);
+    const bool isPair = (unit & 0xFC00) == 0xD800 && (next & 0xFC00) == 0xDC00;
+    if (sizeof(ForeignChar) > sizeof(Char) && isPair)
+    {
+        out = static_cast<ForeignChar>(0x10000 + ((unit & 0x3FF) << 10) + (next & 0x3FF));
+        ++taken.length;
+    }
+    return taken;
 }
 
 TakenText takeText(TextView text) noexcept

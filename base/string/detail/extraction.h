@@ -72,7 +72,9 @@ Taken takeUnsigned(TextView text, T& out) noexcept
 
 using Limits32 = std::numeric_limits<std::int32_t>;
 using Limits64 = std::numeric_limits<std::int64_t>;
+using LimitsLong = std::numeric_limits<long>;
 using LimitsU32 = std::numeric_limits<std::uint32_t>;
+using LimitsULong = std::numeric_limits<unsigned long>;
 using LimitsU64 = std::numeric_limits<std::uint64_t>;
 using LimitsLong = std::numeric_limits<long>;
 using LimitsULong = std::numeric_limits<unsigned long>;

@@ -28,8 +28,11 @@ inline bool isSignedDigit(Char c) noexcept { return text::isDigit(c) || c == '-'
 inline constexpr auto NUMBER_STARTS = []
 {
     std::array<bool, 128> starts{};
-    for (Char c = 0; c < starts.size(); ++c)
-        starts[c] = text::detail::isAsciiLetter(c) || text::isDigit(c) || c == '-' || c == '.' || c == '+';
+    for (std::size_t i = 0; i < starts.size(); ++i)
+    {
+        const auto c = static_cast<Char>(i);
+        starts[i] = text::detail::isAsciiLetter(c) || text::isDigit(c) || c == '-' || c == '.' || c == '+';
+    }
     return starts;
 }();
 
