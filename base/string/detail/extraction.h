@@ -76,8 +76,6 @@ using LimitsLong = std::numeric_limits<long>;
 using LimitsU32 = std::numeric_limits<std::uint32_t>;
 using LimitsULong = std::numeric_limits<unsigned long>;
 using LimitsU64 = std::numeric_limits<std::uint64_t>;
-using LimitsLong = std::numeric_limits<long>;
-using LimitsULong = std::numeric_limits<unsigned long>;
 
 inline Taken take(TextView text, signed char& out) noexcept { return takeSigned<Limits32>(text, out); }
 inline Taken take(TextView text, unsigned char& out) noexcept { return takeSigned<Limits32>(text, out); }
