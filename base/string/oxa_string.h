@@ -669,13 +669,10 @@ class OXA_API String
     String& appendText(TextView text);
     String& appendSigned(long long value);
     String& appendUnsigned(unsigned long long value);
-    OXA_HIDDEN void becomeEmpty() noexcept;
     OXA_HIDDEN void dropFront(std::size_t count);
     template <class Predicate>
     OXA_HIDDEN int findUnit(int start, Predicate matches) const noexcept;
     OXA_HIDDEN String shortened(int maxLength, int headLength, TextView separators) const;
-    template <class Limits, class T>
-    OXA_HIDDEN String& extractSigned(T& out);
     template <class Scan, class T>
     OXA_HIDDEN String& extractScanned(T& out, Scan scan);
 

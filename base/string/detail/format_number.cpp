@@ -39,7 +39,8 @@ void restorePoint(std::string& digits)
     const std::size_t begin = digits.find_first_not_of(PLAIN);
     if (begin == NONE || digits[begin] == '.') return;
     const std::size_t end = std::min(digits.find_first_of(PLAIN, begin), digits.size());
-    digits.replace(begin, end - begin, ".");
+    digits.erase(begin, end - begin);
+    digits.insert(begin, 1, '.');
 }
 
 template <class T>

@@ -93,7 +93,8 @@ Answer askAbortRetryIgnore(const Char* text, const Char* caption, bool isWritten
     const bool isShown = isWritten && isOutputOnTerminal();
     const Terminal terminal;
     if (!terminal.isOpen()) return Answer::Abort;
-    std::string question = "\n" + text::encodeUtf8(caption) + "\n";
+    std::string question(1, '\n');
+    question.append(text::encodeUtf8(caption)).append("\n");
     if (!isShown) question.append(text::encodeUtf8(text)).append("\n");
     if (!terminal.write(question)) return Answer::Abort;
     terminal.dropInput();
