@@ -15,7 +15,6 @@ namespace Oxa_1_1::formats
 namespace
 {
 
-
 bool isBlank(Char c) { return c == ' ' || c == '\t'; }
 bool isLineBreak(Char c) { return c == '\r' || c == '\n'; }
 
