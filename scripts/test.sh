@@ -7,6 +7,8 @@ cd "$(dirname "$0")/.." || exit
 # Nobody is asked anything, and neither the texts on the console nor Wine's code page depend on the caller.
 exec </dev/null
 export LC_ALL=C.UTF-8 HOME=${HOME:-$PWD/build}
+# The compiler cache serves other checkouts of the same sources, too.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 
 default_jobs=(linux windows)
 all_jobs=(linux windows lint clang asan tsan fuzz)
