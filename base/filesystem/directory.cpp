@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/registry.h"
 #include "base/filesystem/file.h"
 #include "base/module/module.h"
@@ -131,31 +132,42 @@ bool Directory::isEmpty() const { return m_impl->isEmpty(); }
 
 bool Directory::openInExplorer() const { return m_impl->openInExplorer(); }
 
+bool Directory::isLastListWhole() noexcept { return detail::ListScope::wasWhole(); }
+
 std::shared_ptr<FileSystemIterator> Directory::findContents(const String& pattern) const
 {
+    const detail::ListScope scope;
     return m_impl->findContents(pattern);
 }
 
 std::shared_ptr<DirectoryIterator> Directory::findDirectories(const String& pattern) const
 {
+    const detail::ListScope scope;
     return m_impl->findDirectories(pattern);
 }
 
-std::shared_ptr<FileIterator> Directory::findFiles(const String& pattern) const { return m_impl->findFiles(pattern); }
+std::shared_ptr<FileIterator> Directory::findFiles(const String& pattern) const
+{
+    const detail::ListScope scope;
+    return m_impl->findFiles(pattern);
+}
 
 std::vector<std::shared_ptr<const FileSystemItem>> Directory::collectContents(const String& pattern,
                                                                               bool recursive) const
 {
+    const detail::ListScope scope;
     return m_impl->collectContents(pattern, recursive);
 }
 
 std::vector<std::shared_ptr<const Directory>> Directory::collectDirectories(const String& pattern, bool recursive) const
 {
+    const detail::ListScope scope;
     return m_impl->collectDirectories(pattern, recursive);
 }
 
 std::vector<std::shared_ptr<const File>> Directory::collectFiles(const String& pattern, bool recursive) const
 {
+    const detail::ListScope scope;
     return m_impl->collectFiles(pattern, recursive);
 }
 

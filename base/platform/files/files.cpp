@@ -121,12 +121,6 @@ bool removeFolder(TextView path)
     return observed("removeFolder", path, [&] { return native::removeFolder(path); });
 }
 
-void sweepFolder(TextView path, bool recursive)
-{
-    // An observer is to see each removal.
-    if (fileObserver() == nullptr) native::sweepFolder(path, recursive);
-}
-
 bool isEmptyFolder(TextView path)
 {
     return observed("isEmptyFolder", path, [&] { return native::isEmptyFolder(path); });

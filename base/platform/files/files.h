@@ -94,9 +94,6 @@ bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);
 /// Removes an empty folder, or the link to a folder itself, even if that is gone.
 bool removeFolder(TextView path);
-/// Removes what lies in the folder, as far as that goes without trouble: read-only files stay, and so may anything else
-/// that would have to be asked for singly. Without `recursive`, only files. Links go themselves.
-void sweepFolder(TextView path, bool recursive);
 /// Whether the folder is there and holds nothing.
 bool isEmptyFolder(TextView path);
 

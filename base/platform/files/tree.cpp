@@ -63,8 +63,7 @@ bool OpenFolder::makeFolder(TextView name) const
 
 bool OpenFolder::takePermissions(const OpenFolder& from, OwnerAccess access) const
 {
-    return observed("takePermissions", {},
-                    [&] { return native::takePermissions(*m_folder, *from.m_folder, access); });
+    return observed("takePermissions", {}, [&] { return native::takePermissions(*m_folder, *from.m_folder, access); });
 }
 
 bool OpenFolder::unlock()
@@ -88,12 +87,12 @@ bool OpenFolder::rename(TextView name, const OpenFolder& target, TextView target
                     [&] { return native::renameEntry(*m_folder, name, *target.m_folder, targetName, failIfExists); });
 }
 
-bool OpenFolder::copyFile(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists,
-                          const CopyProgress& progress) const
+bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName,
+                          bool failIfExists, const CopyProgress& progress) const
 {
     return observed(
         "copyFile", name, targetName,
-        [&] { return native::copyFile(*m_folder, name, *target.m_folder, targetName, failIfExists, progress); });
+        [&] { return native::copyFile(*m_folder, name, kind, *target.m_folder, targetName, failIfExists, progress); });
 }
 
 bool OpenFolder::copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const

@@ -76,7 +76,8 @@ class OpenFolder
     bool next(TreeEntry& entry);
     /// Asks the system once.
     std::optional<FileIdentity> identity() const;
-    /// The folder's own, then those of all folders above it, whatever way has led here. Fewer, when one cannot be asked.
+    /// The folder's own, then those of all folders above it, whatever way has led here. Empty when one cannot be
+    /// asked, where the system asks them singly.
     std::vector<FileIdentity> ancestry() const;
 
     OpenFolder open(TextView name, Links links) const;
@@ -101,7 +102,8 @@ class OpenFolder
     bool removeFolder(TextView name) const;
     /// Renames a file, folder or link; as renameFile().
     bool rename(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
-    bool copyFile(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists,
+    /// What was listed as a PLAIN_FILE must still be one.
+    bool copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName, bool failIfExists,
                   const CopyProgress& progress) const;
     bool copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
 

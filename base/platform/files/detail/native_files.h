@@ -24,7 +24,6 @@ bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);
 bool removeFolder(TextView path);
 bool isEmptyFolder(TextView path);
-void sweepFolder(TextView path, bool recursive);
 std::unique_ptr<FolderReader> openFolder(TextView path);
 Text currentFolder(int drive);
 

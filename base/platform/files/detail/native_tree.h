@@ -23,8 +23,8 @@ bool unlock(Folder& folder);
 bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly);
 bool removeFolder(const Folder& folder, TextView name);
 bool renameEntry(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
-bool copyFile(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists,
-              const CopyProgress& progress);
+bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
+              bool failIfExists, const CopyProgress& progress);
 bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
 
 }  // namespace Oxa_1_1::platform::native

@@ -38,9 +38,10 @@ bool isCopyable(const struct stat& status)
 
 FileDescriptor openSource(const ReachablePath& path, struct stat& status)
 {
-    // It is looked at before it is opened, since opening a device may do something already.
-    if (!path.readStatus(status) || !isCopyable(status)) return FileDescriptor();
-    FileDescriptor file(path.open(O_RDONLY));
+    const bool isPlain = path.expectsPlainFile();
+    // What may be a device is looked at before it is opened, since that may do something already.
+    if (!isPlain && (!path.readStatus(status) || !isCopyable(status))) return FileDescriptor();
+    FileDescriptor file(path.open(O_RDONLY | (isPlain ? O_NOFOLLOW : 0)));
     if (!file.isOpen())
         path.fail();
     else if (fstat(file.get(), &status) != 0 || !isCopyable(status))
@@ -137,7 +138,10 @@ void copyModeAndTimes(const struct stat& source, int to)
     {
         {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, source.st_mtim
     };
-    (void)!fchmod(to, source.st_mode & 0777);
+    // A new file may have all of it already, and to look is less than to set.
+    struct stat target;
+    const bool isSet = fstat(to, &target) == 0 && (target.st_mode & 0777) == (source.st_mode & 0777);
+    if (!isSet) (void)!fchmod(to, source.st_mode & 0777);
     futimens(to, times);
 }
 

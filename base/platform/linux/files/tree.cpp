@@ -145,12 +145,14 @@ std::vector<FileIdentity> readAncestry(const Folder& folder)
     while (fstat(place, &status) == 0)
     {
         // The root lies in itself.
-        if (!ancestry.empty() && ancestry.back() == identityOf(status)) break;
+        if (!ancestry.empty() && ancestry.back() == identityOf(status)) return ancestry;
         ancestry.push_back(identityOf(status));
         above = FileDescriptor(openat(place, "..", O_PATH | O_DIRECTORY | O_CLOEXEC));
         place = above.get();
+        if (place < 0) break;
     }
-    return ancestry;
+    failWith(errno);
+    return {};
 }
 
 std::optional<FileInformation> readInformation(const Folder& folder, TextView name)
@@ -210,10 +212,12 @@ bool renameEntry(const Folder& folder, TextView name, const Folder& target, Text
     return renameFile(folder.entry(name), target.entry(targetName), failIfExists);
 }
 
-bool copyFile(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists,
-              const CopyProgress& progress)
+bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
+              bool failIfExists, const CopyProgress& progress)
 {
-    return copyFile(folder.entry(name), target.entry(targetName), failIfExists, progress);
+    ReachablePath source = folder.entry(name);
+    if (kind == EntryKind::PLAIN_FILE) source.expectPlainFile();
+    return copyFile(source, target.entry(targetName), failIfExists, progress);
 }
 
 bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists)

@@ -80,9 +80,6 @@ bool createFolder(TextView path) { return CreateDirectoryW(Text(path).c_str(), n
 
 bool removeFolder(TextView path) { return RemoveDirectoryW(Text(path).c_str()) != 0; }
 
-/// The system removes by whole paths, so one at a time is as good.
-void sweepFolder(TextView, bool) {}
-
 bool isEmptyFolder(TextView path) { return PathIsDirectoryEmptyW(Text(path).c_str()) == TRUE; }
 
 }  // namespace Oxa_1_1::platform::native

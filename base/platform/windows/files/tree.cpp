@@ -2,8 +2,8 @@
 // the folder, nor one above it.
 
 // clang-format off: it stands on the other one
-#include "base/platform/windows/windows_api.h"
 #include <winternl.h>
+#include "base/platform/windows/windows_api.h"
 // clang-format on
 
 #include "base/platform/files/tree.h"
@@ -376,8 +376,8 @@ bool renameEntry(const Folder& folder, TextView name, const Folder& target, Text
 }
 
 /// The system copies by paths; those of folders that stay open do not change.
-bool copyFile(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists,
-              const CopyProgress& progress)
+bool copyFile(const Folder& folder, TextView name, EntryKind /*kind*/, const Folder& target, TextView targetName,
+              bool failIfExists, const CopyProgress& progress)
 {
     return copyFile(folder.pathOf(name), target.pathOf(targetName), failIfExists, progress);
 }

@@ -1,15 +1,17 @@
-#include "base/filesystem/detail/folder_list.h"
+#include "base/filesystem/windows/folder_list.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/wildcard.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
 #include "base/platform/files/files.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {
@@ -17,10 +19,8 @@ namespace Oxa_1_1::detail
 namespace
 {
 
-bool hasDots(const ParsedDirectory& path)
-{
-    return std::ranges::any_of(path.levels, [](const String& level) { return isDots(level); });
-}
+/// Behind the last entry of a folder.
+constexpr DWORD NO_MORE_FILES = 18;
 
 /// Makes items of the entries of one folder.
 class ItemMaker
@@ -32,8 +32,7 @@ class ItemMaker
         if (m_path != nullptr) m_impl = OxaWindowsFileSystemDirectory(m_path);
     }
 
-    /// The path to read. Nothing resolves dots in the spelling for paths of any length.
-    String readablePath() const { return m_path == nullptr || hasDots(*m_path) ? m_fullName : longName(*m_path); }
+    String pathToRead() const { return m_path == nullptr ? m_fullName : readablePath(*m_path); }
 
     /// What has to be read for items of these kinds. Only the library's own items are what their entries are.
     platform::EntryKinds kindsToRead(Kinds kinds) const noexcept
@@ -47,7 +46,7 @@ class ItemMaker
         if (m_path == nullptr || !isValidFileName(entry.name))
             askFor(m_fullName + entry.name.c_str(), receiver);
         else if (entry.isFolder)
-            receiver.take(makeFolder(entry));
+            receiver.take(makeFolder(entry), entry.isLink);
         else
             receiver.take(makeFile(OxaWindowsFileSystemFile::fromCheckedName(m_impl, entry.name)));
     }
@@ -60,14 +59,13 @@ class ItemMaker
         if (auto file = std::dynamic_pointer_cast<const File>(item))
             receiver.take(std::move(file));
         else if (auto directory = std::dynamic_pointer_cast<const Directory>(item))
-            receiver.take(std::move(directory));
+            receiver.take(std::move(directory), true);
     }
 
     std::shared_ptr<const Directory> makeFolder(const platform::FolderEntry& entry) const
     {
         auto path = copyForChange(*m_path, 1);
         path->levels.emplace_back(TextView(entry.name));
-        path->link = entry.isLink ? LinkState::LINK : LinkState::NO_LINK;
         return makeDirectory(std::move(path));
     }
 
@@ -77,50 +75,23 @@ class ItemMaker
     OxaWindowsFileSystemDirectory m_impl;
 };
 
-bool isLinkItself(const ParsedDirectory& path)
-{
-    return path.link == LinkState::UNKNOWN ? platform::isLink(longName(path)) : path.link == LinkState::LINK;
-}
-
 }  // namespace
 
 void listFolder(const Directory& directory, const String& pattern, Kinds kinds, ItemReceiver& receiver)
 {
     const ItemMaker maker(directory);
-    const auto reader = platform::openFolder(maker.readablePath());
-    if (reader == nullptr) return;
+    const auto reader = platform::openFolder(maker.pathToRead());
+    if (reader == nullptr)
+    {
+        if (!saysMissing(platform::lastError())) ListScope::setPartial();
+        return;
+    }
     const Wildcard wildcard(pattern);
     const platform::EntryKinds kindsToRead = maker.kindsToRead(kinds);
     platform::FolderEntry entry;
     while (reader->nextOf(entry, kindsToRead))
         if (wildcard.matches(entry.name)) maker.make(entry, receiver);
-}
-
-bool isLinkItself(const Directory& directory)
-{
-    const auto* const impl = windowsImpl(directory);
-    return impl != nullptr && isLinkItself(*impl->path());
-}
-
-bool leadsToAncestor(const OxaWindowsFileSystemDirectory& directory)
-{
-    const ParsedDirectory& path = *directory.path();
-    if (!isLinkItself(path)) return false;
-    const auto identity = platform::readIdentity(longName(path));
-    if (!identity) return false;
-    auto ancestor = copyForChange(path);
-    while (!ancestor->levels.empty())
-    {
-        ancestor->levels.pop_back();
-        if (platform::readIdentity(longName(*ancestor)) == identity) return true;
-    }
-    return false;
-}
-
-bool leadsToAncestor(const Directory& directory)
-{
-    const auto* const impl = windowsImpl(directory);
-    return impl != nullptr && leadsToAncestor(*impl);
+    if (platform::lastError() != NO_MORE_FILES) ListScope::setPartial();
 }
 
 }  // namespace Oxa_1_1::detail

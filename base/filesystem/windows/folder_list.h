@@ -4,12 +4,7 @@
 
 #include "base/filesystem/directory.h"
 
-namespace Oxa_1_1
-{
-class OxaWindowsFileSystemDirectory;
-}
-
-/// Reading a folder.
+/// Reading a folder, and making the library's own items of what is in it.
 namespace Oxa_1_1::detail
 {
 
@@ -29,19 +24,12 @@ class ItemReceiver
     ItemReceiver& operator=(const ItemReceiver&) = delete;
     virtual ~ItemReceiver() = default;
     virtual void take(std::shared_ptr<const File> file) = 0;
-    virtual void take(std::shared_ptr<const Directory> directory) = 0;
+    /// `mayBeLink` is false for what the list knows to be none.
+    virtual void take(std::shared_ptr<const Directory> directory, bool mayBeLink) = 0;
 };
 
 /// Finds what the folder holds and the search string matches, in the system's order. Items of other kinds than asked
-/// for may be among them. What was read until a failure counts.
+/// for may be among them. What was read until a failure counts, but the list is a partial one.
 void listFolder(const Directory& directory, const String& pattern, Kinds kinds, ItemReceiver& receiver);
-
-/// Whether it is a link (or junction) itself, as far as the list said that it was found in; else the system is asked.
-bool isLinkItself(const Directory& directory);
-
-/// Whether it is a link to a folder that it lies in, so that a walk through it would never end. Asks the system only
-/// for links.
-bool leadsToAncestor(const OxaWindowsFileSystemDirectory& directory);
-bool leadsToAncestor(const Directory& directory);
 
 }  // namespace Oxa_1_1::detail
