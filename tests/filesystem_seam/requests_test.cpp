@@ -164,10 +164,10 @@ TEST(Requests, LeaveNothingOfAFailedCopyOfAFolder)
     Recorder recorder;
     recorder.fail("copyFile", 112, 2);
     EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("target"), false, nullptr), nullptr);
+    EXPECT_EQ(platform::lastError(), 112U);
     EXPECT_EQ(recorder.counts["copyFile"], 2);
     EXPECT_EQ(temp.contents(), (Names{"target/", "tree/", "tree/a", "tree/b"}));
     EXPECT_TRUE(messages.take().empty());
-    EXPECT_EQ(platform::lastError(), 112U);
 }
 
 /// Sees to it that creators of others come before the library's own, so that all goes by virtual operations.

@@ -88,7 +88,11 @@ Text finalPath(HANDLE handle, DWORD form)
 class Folder
 {
    public:
-    explicit Folder(HANDLE handle) : m_handle(handle) {}
+    /// `way` is the path by which it was opened.
+    Folder(HANDLE handle, TextView way) : m_handle(handle), m_way(way)
+    {
+        if (!m_way.empty() && m_way.back() != L'\\') m_way += L'\\';
+    }
 
     HANDLE get() const noexcept { return m_handle.get(); }
 
@@ -116,10 +120,12 @@ class Folder
     {
         Text path = finalPath(get(), VOLUME_NAME_DOS);
         if (path.empty()) path = finalPath(get(), VOLUME_NAME_GUID);
+        // Not every system tells of long ones.
+        if (path.empty()) path = m_way;
         if (!path.empty() && path.back() != L'\\') path += L'\\';
         return path;
     }
-    Text pathOf(TextView name) const { return path().append(name); }
+    Text pathOf(TextView name) const { return Text(m_way).append(name); }
 
     const FILE_ID_BOTH_DIR_INFO* next()
     {
@@ -150,6 +156,7 @@ class Folder
     }
 
     FileHandle m_handle;
+    Text m_way;
     std::unique_ptr<Buffer> m_buffer;
     const std::byte* m_position = nullptr;
 };
@@ -159,7 +166,7 @@ namespace
 
 /// The folder, unless it is a link that is not to be followed, or a file.
 template <class Open>
-SharedFolder openChecked(Links links, const Open& open)
+SharedFolder openChecked(Links links, TextView way, const Open& open)
 {
     const ULONG options = links == Links::REFUSE ? FILE_OPEN_REPARSE_POINT : 0;
     HANDLE handle = open(LIST, PINNED, options);
@@ -168,7 +175,7 @@ SharedFolder openChecked(Links links, const Open& open)
     if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_SHARING_VIOLATION)
         handle = open(LIST, SHARE_ALL, options);
     if (handle == INVALID_HANDLE_VALUE) return nullptr;
-    auto folder = std::make_shared<Folder>(handle);
+    auto folder = std::make_shared<Folder>(handle, way);
     FILE_ATTRIBUTE_TAG_INFO info{};
     if (!hasAttributes(handle, info)) return nullptr;
     const bool isLink = links == Links::REFUSE && isLinkTag(info);
@@ -239,7 +246,7 @@ void makeWritable(const FileHandle& file)
 SharedFolder openTop(TextView path, Links links)
 {
     const Text text = links == Links::REFUSE ? withoutSeparator(path) : Text(path);
-    return openChecked(links,
+    return openChecked(links, path,
                        [&](ACCESS_MASK access, ULONG share, ULONG options)
                        {
                            const DWORD flags = options != 0 ? FILE_FLAG_OPEN_REPARSE_POINT : 0;
@@ -250,7 +257,8 @@ SharedFolder openTop(TextView path, Links links)
 
 SharedFolder open(const Folder& folder, TextView name, Links links)
 {
-    return openChecked(links, [&](ACCESS_MASK access, ULONG share, ULONG options)
+    return openChecked(links, folder.pathOf(name),
+                       [&](ACCESS_MASK access, ULONG share, ULONG options)
                        { return folder.openEntry(name, access, share, options | FILE_DIRECTORY_FILE); });
 }
 
@@ -371,7 +379,9 @@ bool renameEntry(const Folder& folder, TextView name, const Folder& target, Text
     information->length = static_cast<ULONG>(bytes);
     std::memcpy(information->name, targetName.data(), bytes);
     IO_STATUS_BLOCK block{};
-    const auto size = static_cast<ULONG>(offsetof(RenameInformation, name) + bytes);
+    // The shortest names leave room in the record, which is asked for whole.
+    const auto size =
+        static_cast<ULONG>(std::max(sizeof(RenameInformation), offsetof(RenameInformation, name) + bytes));
     return succeeded(NtSetInformationFile(file.get(), &block, information, size, RENAME_CLASS));
 }
 
