@@ -1,5 +1,5 @@
-// Every system call of an operation fails once: a result never says more than was done, nothing is lost, and nothing
-// changes outside.
+// Every system call of an operation fails once, or finds a folder exchanged for a link: a result never says more than
+// was done, nothing is lost, and nothing changes outside.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -73,6 +73,30 @@ constexpr std::array OPERATIONS{
                   return t.directory("source")->size(bytes) && bytes == 59;
               },
               true},
+    Operation{"copy a folder",
+              [](const TempFolder& t)
+              { return t.directory("source")->copy(*t.directory("target"), false, {}) != nullptr; },
+              false, "source"},
+    Operation{"copy contents",
+              [](const TempFolder& t)
+              { return t.directory("source")->copyContents(*t.directory("target"), true, false, {}); },
+              false, "source"},
+    Operation{"move a folder",
+              [](const TempFolder& t) { return t.directory("source")->move(*t.directory("new"), false); }},
+    Operation{"merge folders",
+              [](const TempFolder& t) { return t.directory("source")->move(*t.directory("target"), false); }},
+    Operation{"move over a folder",
+              [](const TempFolder& t) { return t.directory("source")->move(*t.directory("target"), true); }, false,
+              "outside", "target"},
+    Operation{"remove a folder",
+              [](const TempFolder& t)
+              {
+                  t.file("source/b/f")->unsetAsReadOnly();
+                  return t.directory("source")->remove(true);
+              },
+              false, "outside", "source"},
+    Operation{"empty a folder", [](const TempFolder& t) { return !t.directory("target")->removeContents(true); }, false,
+              "outside", "target"},
 };
 
 /// More with an environment variable.
@@ -145,6 +169,37 @@ TEST_P(FailingCalls, AreNotKeptSecret)
             {
                 EXPECT_TRUE(std::ranges::includes(contentsOf(after), expected));
             }
+            if (HasFailure()) return;
+        }
+}
+
+TEST_P(FailingCalls, FindNoWayOutsideThroughExchangedFolders)
+{
+    const std::string name = GetParam().name;
+    if (name.starts_with("copy") || name.find("folder") == std::string::npos) return;
+    makeWorld(temp);
+    const World before = below(worldIn(temp), "outside");
+    const int calls = run([](int) { return 0; }).second;
+    const std::string decoy = temp.path("decoy").string();
+    for (const char* const folder : {"source/b", "target/b", "source/b/d"})
+        for (int number = 1; number <= calls; ++number)
+        {
+            makeWorld(temp);
+            const std::string exchanged = temp.path(folder).string();
+            run(
+                [&](int call)
+                {
+                    // A link that leads to the same from everywhere.
+                    if (call == 1) fs::remove(decoy), fs::create_symlink(temp.path("outside"), decoy);
+                    if (call == number)
+                        renameat2(AT_FDCWD, exchanged.c_str(), AT_FDCWD, decoy.c_str(), RENAME_EXCHANGE);
+                    return 0;
+                });
+            World after = below(worldIn(temp), "outside");
+            // What is merged into a folder that is a link by then goes where that leads.
+            if (name.starts_with("merge"))
+                std::erase_if(after, [&](const auto& e) { return !before.contains(e.first); });
+            EXPECT_EQ(after, before) << folder << " before call " << number;
             if (HasFailure()) return;
         }
 }
