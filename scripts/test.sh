@@ -111,7 +111,7 @@ read_results() {
     /^\[       OK \] / { ok++; next }
     /^\[ RUN      \] |^\[----------\] / { next }
     /^\[  FAILED  \] .*\([0-9]+ ms\)\r?$/ { bad++ }
-    /^Test Passed\.$/ { isGood = 1 }
+    /^Test Passed\.$|^Required regular expression found\./ { isGood = 1 }
     /^Test time = / { time = $4 }
     /^<end of output>$/ { isSaying = 0 }
     isSaying && !/^-+$/ { said[lines++] = $0 }

@@ -25,16 +25,4 @@ void resizeAndFill(std::basic_string<C>& text, std::size_t size, const Fill& fil
 #endif
 }
 
-/// The same when only fill(pointer) knows the size: it returns it, at most `capacity`.
-template <class C, class Fill>
-void fillAtMost(std::basic_string<C>& text, std::size_t capacity, const Fill& fill)
-{
-#ifdef __cpp_lib_string_resize_and_overwrite
-    text.resize_and_overwrite(capacity, [&fill](C* data, std::size_t) { return fill(data); });
-#else
-    text.resize(capacity);
-    text.resize(fill(text.data()));
-#endif
-}
-
 }  // namespace Oxa_1_1::text

@@ -258,16 +258,10 @@ std::string encodeByKernels(TextView text)
 /// @{
 Text decodeShort(std::string_view bytes)
 {
-    Text text;
-    fillAtMost(text, bytes.size(),
-               [bytes](Char* units)
-               {
-                   const auto [read, written] =
-                       textKernels().decodeUtf8(bytes.data(), bytes.size(), units, bytes.size());
-                   if (read == bytes.size()) return written;
-                   return written + decodeInto(bytes.substr(read), units + written, bytes.size() - written).written;
-               });
-    return text;
+    Char units[SHORT];
+    const auto [read, written] = textKernels().decodeUtf8(bytes.data(), bytes.size(), units, bytes.size());
+    if (read == bytes.size()) return {units, written};
+    return {units, written + decodeInto(bytes.substr(read), units + written, bytes.size() - written).written};
 }
 
 std::string encodeShort(TextView text)
