@@ -134,7 +134,8 @@ bool Directory::removeContents(bool recursive) const
     if (!recursive) return true;
     auto directories = collectDirectories(OXA_TEXT("*"), false);
     // A link whose folder is gone would be one to nothing.
-    std::ranges::stable_partition(directories, [](const auto& directory) { return detail::isLinkItself(*directory); });
+    std::stable_partition(directories.begin(), directories.end(),
+                          [](const auto& directory) { return detail::isLinkItself(*directory); });
     for (const auto& directory : directories) directory->remove(true);
     return true;
 }
