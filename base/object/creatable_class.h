@@ -60,7 +60,7 @@ class Makes : public CreateableFromClass<Base>
 template <class T>
 CreatedPointer<T> createFromClass(const uZClass* record)
 {
-    if (record == nullptr || !record->hasRunTimeType()) return nullptr;
+    if (record == nullptr || !uZClass::hasRunTimeType(*record)) return nullptr;
     const auto* const creator = dynamic_cast<const CreateableFromClass<T>*>(record);
     return creator != nullptr ? creator->create() : nullptr;
 }

@@ -88,7 +88,7 @@ const uZClass* uZClass::find(TextView wanted) noexcept
     return nullptr;
 }
 
-bool uZClass::hasRunTimeType() const noexcept { return platform::hasRunTimeType(this); }
+bool uZClass::hasRunTimeType(const uZClass& record) noexcept { return platform::hasRunTimeType(&record); }
 
 void uZClass::initClassStatics() const {}
 

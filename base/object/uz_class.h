@@ -126,9 +126,9 @@ class OXA_API uZClass
     /// The class of that name, the first that a walk of all classes comes by; null when there is none.
     static const uZClass* find(TextView name) noexcept;
 
-    /// Whether an object of the class can be told at run time by the language's own means: false for a record of a
-    /// module that was built without (-fno-rtti), which cannot be cast.
-    bool hasRunTimeType() const noexcept;
+    /// Whether the language itself knows the type of a record at run time: false for one of a module that was built
+    /// without such types (-fno-rtti), which cannot be cast.
+    static bool hasRunTimeType(const uZClass& record) noexcept;
 
     // ---- Walks --------------------------------------------------------------------------------------------------
 

@@ -65,3 +65,7 @@ TEST(StackMemory, StaysTheSameOverLoadedAndUnloadedModules)
 }  // namespace
 
 }  // namespace Oxa_1_1
+
+/// The address sanitizer, in a build with it, keeps freed memory for a while; then it would count as in use.
+extern "C" __attribute__((visibility("default"))) const char* __asan_default_options();
+extern "C" const char* __asan_default_options() { return "quarantine_size_mb=0:thread_local_quarantine_size_kb=0"; }
