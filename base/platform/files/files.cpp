@@ -1,11 +1,9 @@
 #include "base/platform/files/files.h"
 
-#include <type_traits>
 #include <utility>
 
 #include "base/platform/files/detail/native_files.h"
-#include "base/platform/files/file_observer.h"
-#include "base/platform/system/last_error.h"
+#include "base/platform/files/detail/observed.h"
 
 // Every operation passes by the observer here, and goes to the system.
 namespace Oxa_1_1::platform
@@ -13,25 +11,6 @@ namespace Oxa_1_1::platform
 
 namespace
 {
-
-/// The empty result of every operation is its failure.
-template <class Perform>
-std::invoke_result_t<Perform> observed(std::string_view operation, TextView path, TextView target,
-                                       const Perform& perform)
-{
-    FileObserver* const observer = fileObserver();
-    if (observer == nullptr) return perform();
-    const std::optional<DWORD> failure = observer->called(operation, path, target);
-    if (!failure) return perform();
-    setLastError(*failure);
-    return std::invoke_result_t<Perform>();
-}
-
-template <class Perform>
-std::invoke_result_t<Perform> observed(std::string_view operation, TextView path, const Perform& perform)
-{
-    return observed(operation, path, {}, perform);
-}
 
 class ObservedFolderReader : public FolderReader
 {
