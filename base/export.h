@@ -1,7 +1,14 @@
 #pragma once
 
 /// @file
-/// Marks of names that are seen outside, and of constants.
+/// Marks of names that are seen outside, and of constants; and what a compilation must be like to use the library.
+
+#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
+#error "OxaBase needs C++20 or later: -std=c++20, /std:c++20, or CMake's target_compile_features(... cxx_std_20)"
+#endif
+#ifdef _GLIBCXX_DEBUG
+#error "OxaBase cannot be used with _GLIBCXX_DEBUG, which changes the layout of standard types"
+#endif
 
 /// Marks what the shared library offers. Everything else stays hidden.
 /// OXA_BUILDING is defined while the library itself is compiled.
@@ -21,6 +28,13 @@
 #define OXA_HIDDEN
 #else
 #define OXA_HIDDEN __attribute__((visibility("hidden")))
+#endif
+
+/// Marks the one static object of a source file that is made before those of other files, and so outlives them.
+#ifdef _MSC_VER
+#define OXA_MADE_FIRST __pragma(init_seg(lib))
+#else
+#define OXA_MADE_FIRST __attribute__((init_priority(101)))
 #endif
 
 /// For constants of text: constant-initialised. Clang before 17 cannot evaluate GCC's std::basic_string at compile

@@ -3,6 +3,7 @@
 #include "base/diagnostics/assertion.h"
 #include "base/diagnostics/debug_output.h"
 #include "base/diagnostics/hooks.h"
+#include "base/diagnostics/resolved_stack.h"
 #include "base/diagnostics/stack_walker.h"
 #include "benchmarks/contest.h"
 #include "benchmarks/deep_stack.h"
@@ -47,6 +48,13 @@ void passOver()
                           {
                               void* addresses[STACK_DEPTH];
                               keep(StackWalker::captureFrames(addresses, STACK_DEPTH));
+                          });
+    addBelow<STACK_DEPTH>(work::RESOLVE, OURS,
+                          []
+                          {
+                              static void* addresses[STACK_DEPTH];
+                              static const int count = StackWalker::captureFrames(addresses, STACK_DEPTH);
+                              keep(resolveFrames({addresses, static_cast<std::size_t>(count)}).size());
                           });
     static Reader reader;
     addBelow<STACK_DEPTH>(work::CAPTURE_NAMED, OURS,

@@ -38,8 +38,8 @@ class Scratch
     Scratch& operator=(const Scratch&) = delete;
     ~Scratch()
     {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
+        // The standard library's removal keeps every level open.
+        (void)!std::system(("rm -rf '" + m_path + "'").c_str());
     }
 
     fs::path operator/(const char* name) const { return fs::path(m_path) / name; }
@@ -124,6 +124,26 @@ const FileSample& smallFiles()
     return sample;
 }
 
+/// However deep it is.
+void removeAll(const fs::path& path) { check(std::system(("rm -rf '" + path.string() + "'").c_str()) == 0, "rm"); }
+
+/// It grows at its top, where paths are short.
+FileSample makeChain(const fs::path& path, int levels)
+{
+    const fs::path above = path.string() + "_above";
+    fs::create_directory(path);
+    for (int i = 0; i < levels; ++i)
+    {
+        fs::create_directory(above);
+        fs::rename(path, above / "d");
+        fs::rename(above, path);
+    }
+    return {path, static_cast<double>(levels)};
+}
+
+constexpr int LEVELS = 3000;
+constexpr int FILES_OF_WIDE_FOLDER = 200'000;
+
 CopySample freshCopy(const FileSample& source, const fs::path& target)
 {
     fs::remove_all(target);
@@ -155,6 +175,46 @@ CopySample largeCopy() { return freshCopy(largeFile(), disk() / "target"); }
 CopySample smallCopies() { return freshCopy(smallFiles(), memoryDisk() / "target"); }
 
 FileSample doomedTree() { return makeTree(memoryDisk() / "doomed", scaled(20'000), smallContent()); }
+
+const FileSample& deepTree()
+{
+    static const FileSample sample = makeChain(memoryDisk() / "deep", scaled(LEVELS));
+    return sample;
+}
+
+const FileSample& halfDeepTree()
+{
+    static const FileSample sample = makeChain(memoryDisk() / "half_deep", scaled(LEVELS) / 2);
+    return sample;
+}
+
+const FileSample& wideFolder()
+{
+    static const FileSample sample = makeFolder(memoryDisk() / "wide", scaled(FILES_OF_WIDE_FOLDER));
+    return sample;
+}
+
+const FileSample& halfWideFolder()
+{
+    static const FileSample sample = makeFolder(memoryDisk() / "half_wide", scaled(FILES_OF_WIDE_FOLDER) / 2);
+    return sample;
+}
+
+CopySample freshCopyOf(const FileSample& sample)
+{
+    removeAll(memoryDisk() / "target");
+    return {sample.path, memoryDisk() / "target", sample.items};
+}
+
+CopySample doomedCopyOf(const FileSample& sample)
+{
+    const fs::path doomed = memoryDisk() / "doomed_copy";
+    removeAll(doomed);
+    check(std::system(("cp -a '" + sample.path.string() + "' '" + doomed.string() + "'").c_str()) == 0, "cp");
+    CopySample fresh = freshCopyOf(sample);
+    fresh.source = doomed;
+    return fresh;
+}
 
 double usedMemory()
 {

@@ -34,6 +34,18 @@ CopySample smallCopies();
 /// 20,000 files of a kilobyte, a hundred in each folder, made anew there.
 FileSample doomedTree();
 
+/// A chain of 3,000 folders, and one folder of 200,000 empty files, both on the memory disk.
+const FileSample& deepTree();
+const FileSample& wideFolder();
+/// With half of it.
+const FileSample& halfDeepTree();
+const FileSample& halfWideFolder();
+/// To copy such a sample, and one that may be moved or removed.
+/// @{
+CopySample freshCopyOf(const FileSample& sample);
+CopySample doomedCopyOf(const FileSample& sample);
+/// @}
+
 /// Every file of the samples has a name of so many characters.
 inline constexpr double NAME_LENGTH = 14;
 

@@ -1,5 +1,8 @@
 // The library's own paths, lists, copies and removals.
 
+#include <chrono>
+#include <filesystem>
+
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/filesystem/progress.h"
@@ -50,6 +53,13 @@ void addLists()
              });
 }
 
+void copy(const CopySample& sample)
+{
+    const auto target = Directory::fromPath(sample.target);
+    const auto source = Directory::fromPath(sample.source);
+    check(target->create() && source->copyContents(*target, true, false, nullptr), "copyContents");
+}
+
 void addCopies()
 {
     addOnFresh(work::COPY_LARGE, OURS, largeCopy,
@@ -59,15 +69,69 @@ void addCopies()
                    const auto target = File::fromPath(sample.target);
                    check(source->copy(*target, false, std::make_shared<Counter>()) == 0, "copy");
                });
-    addOnFresh(work::COPY_SMALL, OURS, smallCopies,
-               [](const CopySample& sample)
-               {
-                   const auto source = Directory::fromPath(sample.source);
-                   const auto target = Directory::fromPath(sample.target);
-                   check(target->create() && source->copyContents(*target, true, false, nullptr), "copyContents");
-               });
+    addOnFresh(work::COPY_SMALL, OURS, smallCopies, [](const CopySample& sample) { copy(sample); });
     addOnFresh(work::REMOVE_SMALL, OURS, doomedTree,
                [](const FileSample& sample) { check(Directory::fromPath(sample.path)->remove(true), "remove"); });
+}
+
+void list(const std::filesystem::path& folder)
+{
+    keep(Directory::fromPath(folder)->collectContents(OXA_TEXT("*"), true));
+}
+
+void move(const CopySample& sample)
+{
+    check(Directory::fromPath(sample.source)->move(*Directory::fromPath(sample.target), false), "move");
+}
+
+void remove(const CopySample& sample) { check(Directory::fromPath(sample.source)->remove(true), "remove"); }
+
+/// The least of a few runs, in seconds.
+template <class Act>
+double timeOf(const FileSample& sample, Act act)
+{
+    constexpr int RUNS = 3;
+    double least = 0;
+    for (int i = 0; i < RUNS; ++i)
+    {
+        const CopySample doomed = doomedCopyOf(sample);
+        const auto start = std::chrono::steady_clock::now();
+        act(doomed);
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+        if (i == 0 || time.count() < least) least = time.count();
+    }
+    return least;
+}
+
+template <class Act>
+void addGrowth(const std::string& work, double limit, const FileSample& (*half)(), const FileSample& (*whole)(),
+               Act act)
+{
+    addValue(work, LIMIT, [limit] { return limit; });
+    addValue(work, OURS, [=] { return timeOf(whole(), act) / timeOf(half(), act); });
+}
+
+void addShapes()
+{
+    addOn(work::LIST_DEEP, OURS, deepTree, [](const FileSample& sample) { list(sample.path); });
+    addOnFresh(
+        work::COPY_DEEP, OURS, [] { return freshCopyOf(deepTree()); }, &copy);
+    addOnFresh(
+        work::COPY_WIDE, OURS, [] { return freshCopyOf(wideFolder()); }, &copy);
+    addOnFresh(
+        work::REMOVE_DEEP, OURS, [] { return doomedCopyOf(deepTree()); }, &remove);
+    addOnFresh(
+        work::REMOVE_WIDE, OURS, [] { return doomedCopyOf(wideFolder()); }, &remove);
+    addGrowth(work::DEEPER, 2.3, &halfDeepTree, &deepTree,
+              [](const CopySample& sample)
+              {
+                  list(sample.source);
+                  copy(sample);
+                  remove(sample);
+              });
+    addGrowth(work::COPY_WIDER, 2.2, &halfWideFolder, &wideFolder, &copy);
+    addGrowth(work::MOVE_WIDER, 2.2, &halfWideFolder, &wideFolder, &move);
+    addGrowth(work::REMOVE_WIDER, 2.2, &halfWideFolder, &wideFolder, &remove);
 }
 
 }  // namespace
@@ -77,6 +141,7 @@ void addFiles()
     addPaths();
     addLists();
     addCopies();
+    addShapes();
 }
 
 }  // namespace Oxa_1_1::bench

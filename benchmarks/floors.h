@@ -221,6 +221,52 @@ inline int readInt(std::u16string& text)
     return value;
 }
 
+inline bool isDigit(char16_t c) { return c >= '0' && c <= '9'; }
+
+/// The digits at `p`, behind which it goes, appended to those of `value`.
+template <class T>
+void scanDigits(const char16_t*& p, const char16_t* end, T& value)
+{
+    for (; p != end && isDigit(*p); ++p) value = value * 10 + static_cast<T>(*p - '0');
+}
+
+/// Whether a minus sign stands before the next number, at whose first digit or point `p` stands afterwards.
+inline bool skipToNumber(const char16_t*& p, const char16_t* end)
+{
+    while (p != end && !isDigit(*p) && *p != '-' && *p != '.') ++p;
+    const bool negative = p != end && *p == '-';
+    p += negative;
+    return negative;
+}
+
+/// Of numbers that fit.
+inline int scanInt(const char16_t*& p, const char16_t* end)
+{
+    const bool negative = skipToNumber(p, end);
+    int value = 0;
+    scanDigits(p, end, value);
+    return negative ? -value : value;
+}
+
+/// Of numbers without exponent whose digits a double holds.
+inline double scanDouble(const char16_t*& p, const char16_t* end)
+{
+    static constexpr std::array POWERS{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                       1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const bool negative = skipToNumber(p, end);
+    std::uint64_t digits = 0;
+    scanDigits(p, end, digits);
+    std::size_t places = 0;
+    if (p != end && *p == '.')
+    {
+        const char16_t* const fraction = ++p;
+        scanDigits(p, end, digits);
+        places = static_cast<std::size_t>(p - fraction);
+    }
+    const double value = static_cast<double>(digits) / POWERS[places];
+    return negative ? -value : value;
+}
+
 OXA_AVX2 inline std::size_t findUnit(std::u16string_view text, char16_t c)
 {
     const __m256i wanted = _mm256_set1_epi16(static_cast<short>(c));

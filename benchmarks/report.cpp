@@ -25,6 +25,7 @@ std::string rounded(double value, const char* unit)
 std::string shown(double value, Unit unit)
 {
     if (unit == Unit::BYTES) return rounded(value, "B");
+    if (unit == Unit::TIMES) return rounded(value, "x");
     if (value < 1e3) return rounded(value, "ns");
     return value < 1e6 ? rounded(value / 1e3, "us") : rounded(value / 1e6, "ms");
 }
@@ -91,15 +92,21 @@ std::string number(std::optional<double> value)
     return text;
 }
 
+const char* nameOf(Unit unit)
+{
+    if (unit == Unit::BYTES) return "bytes";
+    return unit == Unit::TIMES ? "times" : "ns";
+}
+
 void writeMember(std::ostream& out, const Standing& standing)
 {
     const Row& row = standing.row;
     out << "  {\"row\": " << quoted(row.name()) << ", \"work\": " << quoted(row.description())
-        << ", \"unit\": " << (row.unit == Unit::BYTES ? "\"bytes\"" : "\"ns\"")
-        << ", \"ours\": " << number(standing.of(OURS)) << ", \"floor\": " << number(standing.of(FLOOR))
-        << ", \"bestPeer\": " << quoted(standing.bestPeer()) << ", \"goalPeer\": " << quoted(row.goalPeer)
-        << ", \"goal\": " << number(row.goal) << ", \"ratio\": " << number(standing.ratio())
-        << ", \"verdict\": " << quoted(standing.verdict()) << ", \"all\": {";
+        << ", \"unit\": " << quoted(nameOf(row.unit)) << ", \"ours\": " << number(standing.of(OURS))
+        << ", \"floor\": " << number(standing.of(FLOOR)) << ", \"bestPeer\": " << quoted(standing.bestPeer())
+        << ", \"goalPeer\": " << quoted(row.goalPeer) << ", \"goal\": " << number(row.goal)
+        << ", \"ratio\": " << number(standing.ratio()) << ", \"verdict\": " << quoted(standing.verdict())
+        << ", \"all\": {";
     const char* separator = "";
     for (const auto& [who, value] : standing.values)
     {

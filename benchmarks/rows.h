@@ -10,7 +10,9 @@ namespace Oxa_1_1::bench
 enum class Unit
 {
     NANOSECONDS,
-    BYTES
+    BYTES,
+    /// The time beside that for half of the work.
+    TIMES
 };
 
 /// A row of the table: at most `goal` times what `goalPeer` takes.

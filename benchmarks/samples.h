@@ -51,11 +51,11 @@ inline std::string escapeSample()
     return repeated("name = \"C:\\scans\\hall\"\nheight over ground in metres = 12.5\n", FOUR_KIB);
 }
 
-inline std::string numbersSample()
+inline std::string numbersSample(int count = 1000)
 {
     std::mt19937 random(1);
     std::string text;
-    for (int i = 0; i < 1000; ++i) text += std::to_string(random() % 1000000) + " ";
+    for (int i = 0; i < count; ++i) text += std::to_string(random() % 1000000) + " ";
     return text;
 }
 
@@ -65,6 +65,17 @@ inline std::vector<double> doublesSample()
     std::vector<double> values(1000);
     for (double& value : values) value = static_cast<double>(random() % 2000000000) / 1e5 + 1.0 / 3;
     return values;
+}
+
+/// The number of doubles in a text of 7 KB, and that text.
+inline constexpr int DOUBLES = 400;
+inline std::string doublesText(int count = DOUBLES)
+{
+    const std::vector<double> values = doublesSample();
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += std::to_string(values[static_cast<std::size_t>(i) % values.size()]) + "123 ";
+    return text;
 }
 
 inline std::vector<std::string> namesSample()

@@ -28,6 +28,55 @@ void addUtf8(const std::string& who, FromUtf8 fromUtf8, ToUtf8 toUtf8)
     }
 }
 
+/// Numbers in a text, blanks between them.
+template <class T>
+struct NumbersSample
+{
+    T text;
+    double items;
+};
+
+/// S6 without cutting: `makeText(bytes)` makes the text, `start(text)` whatever walks over it, and `next(walk, value)`
+/// reads the next number.
+template <class MakeText, class Start, class Next>
+void addReaders(const std::string& who, MakeText makeText, Start start, Next next)
+{
+    constexpr int MANY = 1000000;
+    using T = decltype(makeText(std::string()));
+    const auto read = [start, next](auto number)
+    {
+        return [start, next, number](const NumbersSample<T>& sample)
+        {
+            auto walk = start(sample.text);
+            auto value = number;
+            for (double i = 0; i < sample.items; ++i)
+            {
+                next(walk, value);
+                keep(value);
+            }
+        };
+    };
+    const auto addInts = [&](const std::string& work, auto sample) { addOn(work, who, sample, read(int{})); };
+    const auto addDoubles = [&](const std::string& work, auto sample) { addOn(work, who, sample, read(double{})); };
+    addInts(work::READER_INTS,
+            [made = NumbersSample<T>{makeText(numbersSample()), 1000}]() -> const NumbersSample<T>& { return made; });
+    addDoubles(work::READER_DOUBLES,
+               [made = NumbersSample<T>{makeText(doublesText()), DOUBLES}]() -> const NumbersSample<T>&
+               { return made; });
+    addInts(work::READER_INTS_LARGE,
+            [makeText]() -> const NumbersSample<T>&
+            {
+                static const NumbersSample<T> made{makeText(numbersSample(MANY)), MANY};
+                return made;
+            });
+    addDoubles(work::READER_DOUBLES_LARGE,
+               [makeText]() -> const NumbersSample<T>&
+               {
+                   static const NumbersSample<T> made{makeText(doublesText(1000 * DOUBLES)), 1000 * DOUBLES};
+                   return made;
+               });
+}
+
 /// S10. `copy` makes a text that shares nothing with its source.
 template <class T, class Copy>
 void addCopyAndMove(const std::string& who, const T& text, Copy copy)

@@ -1,8 +1,7 @@
 #include <map>
 
-#include "benchmarks/contest.h"
 #include "benchmarks/floors.h"
-#include "benchmarks/samples.h"
+#include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
 {
@@ -29,6 +28,7 @@ void addConversions()
         add(from, FLOOR, [bytes = asciiSample(size)] { keep(floors::widen(bytes)); });
         add(to, FLOOR, [text = widened(asciiSample(size))] { keep(floors::narrow(text)); });
     }
+    add(work::FROM_UTF8_TOLD, FLOOR, [bytes = asciiSample(32)] { keep(floors::widen(bytes)); });
     add(work::FROM_ANSI, FLOOR, [bytes = ansiSample()] { keep(floors::fromAnsi(bytes)); });
 }
 
@@ -59,6 +59,25 @@ void addNumbers()
             for (int i = 0; i < 1000; ++i) keep(floors::readInt(rest));
         },
         1000);
+}
+
+struct Walk
+{
+    const char16_t* at;
+    const char16_t* end;
+
+    void next(int& value) { value = floors::scanInt(at, end); }
+    void next(double& value) { value = floors::scanDouble(at, end); }
+};
+
+void addReading()
+{
+    addReaders(
+        FLOOR, [](const std::string& bytes) { return widened(bytes); },
+        [](const std::u16string& text) {
+            return Walk{text.data(), text.data() + text.size()};
+        },
+        [](Walk& walk, auto& value) { walk.next(value); });
 }
 
 void addSearches()
@@ -109,6 +128,7 @@ void addFloors()
 {
     addConversions();
     addNumbers();
+    addReading();
     addSearches();
     addMaps();
 }

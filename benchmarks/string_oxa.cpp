@@ -1,6 +1,7 @@
 #include <map>
 
 #include "base/string/oxa_string.h"
+#include "base/string/text_reader.h"
 #include "benchmarks/shared_work.h"
 
 namespace Oxa_1_1::bench
@@ -11,8 +12,19 @@ namespace
 
 String fromUtf8(const std::string& bytes) { return String(UTF8Interface(bytes.c_str())); }
 
+/// The call that is told the length, where there is one.
+template <class T>
+T fromBytes(const std::string& bytes)
+{
+    if constexpr (requires { T::fromUTF8(std::string_view(bytes)); })
+        return T::fromUTF8(std::string_view(bytes));
+    else
+        return T(UTF8Interface(bytes.c_str()));
+}
+
 void addConversions()
 {
+    add(work::FROM_UTF8_TOLD, OURS, [bytes = asciiSample(32)] { keep(fromBytes<String>(bytes)); });
     addUtf8(OURS, fromUtf8, [](const String& text) { return text.stringUTF8(); });
     add(work::FROM_ANSI, OURS, [bytes = ansiSample()] { keep(String(bytes)); });
 }
@@ -54,6 +66,26 @@ void addNumbers()
             }
         },
         1000);
+}
+
+void addReading()
+{
+    add(
+        work::EXTRACT_DOUBLES, OURS,
+        [text = String(doublesText())]
+        {
+            String rest = text;
+            double value = 0;
+            for (int i = 0; i < DOUBLES; ++i)
+            {
+                rest >> value;
+                keep(value);
+            }
+        },
+        DOUBLES);
+    addReaders(
+        OURS, [](const std::string& bytes) { return String(bytes); },
+        [](const String& text) { return TextReader(text); }, [](TextReader& reader, auto& value) { reader >> value; });
 }
 
 void addSearches()
@@ -109,6 +141,7 @@ void addOxa()
 {
     addConversions();
     addNumbers();
+    addReading();
     addSearches();
     addMaps();
     addCopyAndMove(OURS, String(SEVEN), [](const String& text) { return String(text); });

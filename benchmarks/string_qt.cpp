@@ -47,6 +47,7 @@ void addMaps()
 
 [[maybe_unused]] const bool registered = []
 {
+    add(work::FROM_UTF8_TOLD, QT, [bytes = asciiSample(32)] { keep(text(bytes)); });
     addUtf8(QT, text, [](const QString& string) { return string.toUtf8(); });
     addMaps();
     add(

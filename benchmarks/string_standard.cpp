@@ -81,6 +81,29 @@ void addStandard()
         },
         1000);
 
+    add(
+        work::EXTRACT_DOUBLES, "wcstod",
+        [text = widened<std::wstring>(doublesText())]
+        {
+            const wchar_t* at = text.c_str();
+            for (int i = 0; i < DOUBLES; ++i)
+            {
+                wchar_t* end = nullptr;
+                keep(std::wcstod(at, &end));
+                at = end;
+            }
+        },
+        DOUBLES);
+    addReaders(
+        "from_chars 8 bit", [](const std::string& bytes) { return bytes; },
+        [](const std::string& bytes) { return std::string_view(bytes); },
+        [](std::string_view& rest, auto& value)
+        {
+            const char* const end = std::from_chars(rest.data(), rest.data() + rest.size(), value).ptr;
+            // With the blank behind it.
+            rest.remove_prefix(static_cast<std::size_t>(end + 1 - rest.data()));
+        });
+
     const std::u16string haystack = haystackSample();
     add(work::FIND_UNIT, STANDARD, [haystack] { keep(haystack.find(u'#')); });
     add(work::FIND_TEXT, STANDARD, [haystack] { keep(haystack.find(NEEDLE)); });

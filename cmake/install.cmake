@@ -4,7 +4,7 @@
 
 include(CMakePackageConfigHelpers)
 
-set(versioned_name OxaBase-${PROJECT_VERSION})
+set(versioned_name OxaBase-${OXA_INTERFACE_VERSION})
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/${versioned_name})
 set(headers_folder ${CMAKE_INSTALL_INCLUDEDIR}/${versioned_name})
 set(data_folder ${CMAKE_INSTALL_DATADIR}/${versioned_name})
@@ -17,15 +17,11 @@ install(DIRECTORY base DESTINATION ${headers_folder}
 install(FILES base/platform/platform_types.h DESTINATION ${headers_folder}/base/platform)
 install(EXPORT OxaBaseTargets NAMESPACE OxaBase:: DESTINATION ${package_folder})
 
-file(WRITE ${PROJECT_BINARY_DIR}/OxaBaseConfig.cmake "\
-include(\${CMAKE_CURRENT_LIST_DIR}/OxaBaseTargets.cmake)
-include(\${CMAKE_CURRENT_LIST_DIR}/OxaModule.cmake)
-")
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/OxaBaseConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/OxaBaseConfig.cmake ${PROJECT_BINARY_DIR}/OxaBaseConfigVersion.cmake
+install(FILES cmake/OxaBaseConfig.cmake ${PROJECT_BINARY_DIR}/OxaBaseConfigVersion.cmake
   DESTINATION ${package_folder})
 
-# For authors of modules: the function that makes them, and the sources that every module gets.
+# For authors of modules: the functions that make them, and the sources that every module gets.
 install(FILES cmake/OxaModule.cmake DESTINATION ${package_folder})
 install(FILES base/module/entry/attach.cpp DESTINATION ${package_folder}/base/module/entry)
 foreach(system linux windows)
@@ -53,21 +49,21 @@ if(NOT WIN32)
     endif()")
 endif()
 
-install(FILES README.md DESTINATION ${doc_folder})
+install(FILES README.md CHANGELOG.md DESTINATION ${doc_folder})
 install(DIRECTORY docs DESTINATION ${doc_folder} FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.png)
 if(EXISTS ${PROJECT_SOURCE_DIR}/examples)
   install(DIRECTORY examples DESTINATION ${doc_folder})
 endif()
 
 # Programs do not start without the run-time libraries of the compiler, which no Windows has.
-if(MINGW AND OXA_INSTALL_COMPILER_RUNTIME)
-  foreach(library libstdc++-6 libgcc_s_seh-1 libwinpthread-1)
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}.dll
-      OUTPUT_VARIABLE file OUTPUT_STRIP_TRAILING_WHITESPACE)
+if(OXA_INSTALL_COMPILER_RUNTIME)
+  _oxa_compiler_runtime(runtime)
+  foreach(file IN LISTS runtime)
+    cmake_path(GET file FILENAME name)
     install(PROGRAMS ${file} DESTINATION ${CMAKE_INSTALL_BINDIR})
     install(CODE "
       if(CMAKE_INSTALL_DO_STRIP)
-        execute_process(COMMAND ${CMAKE_STRIP} \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${library}.dll)
+        execute_process(COMMAND ${CMAKE_STRIP} \$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${name})
       endif()")
   endforeach()
 endif()

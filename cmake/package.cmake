@@ -16,7 +16,7 @@ else()
 endif()
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_NAME oxabase-${PROJECT_VERSION})
+set(CPACK_DEBIAN_PACKAGE_NAME oxabase-${OXA_INTERFACE_VERSION})
 set(CPACK_DEBIAN_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "Text with a NIL state, reference-counted objects with class records, modules
 with resources and translations, files by Windows spellings, assertions and
@@ -25,7 +25,7 @@ the pkg-config file, views for gdb and the documentation.")
 # What authors of modules use; windres compiles their resources.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "g++, cmake, pkg-config, binutils-mingw-w64-x86-64, gdb")
 # By which packages of programs find that they depend on this one.
-file(WRITE ${PROJECT_BINARY_DIR}/shlibs "libOxaBase ${PROJECT_VERSION} oxabase-${PROJECT_VERSION}\n")
+file(WRITE ${PROJECT_BINARY_DIR}/shlibs "libOxaBase ${OXA_INTERFACE_VERSION} oxabase-${OXA_INTERFACE_VERSION} (>= ${PROJECT_VERSION})\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/shlibs)
 find_program(OXA_SHLIBDEPS dpkg-shlibdeps)
 find_program(OXA_FILE file)

@@ -1,5 +1,6 @@
-// Extraction: whatever is read, the text only loses its front.
+// Extraction: whatever is read, the text only loses its front, and a reader reads the same off a text that stays.
 
+#include "base/string/text_reader.h"
 #include "fuzz/fuzz_input.h"
 
 using namespace Oxa_1_1;
@@ -8,13 +9,26 @@ namespace
 {
 
 template <class T>
+bool isSame(const T& a, const T& b)
+{
+    return a == b || (a != a && b != b);
+}
+
+bool isSame(const String& a, const String& b) { return a.view() == b.view(); }
+
+template <class T>
 void readAll(String text)
 {
+    const String whole = text;
+    TextReader reader(whole);
     for (int length = text.length();; length = text.length())
     {
         const String before = text;
         T value{};
         text >> value;
+        T read{};
+        reader >> read;
+        fuzz::require(isSame(read, value) && reader.rest() == text.view());
         fuzz::require(!text.isNil());
         fuzz::require(before.endsWith(text) || text.isEmpty());
         if (text.length() == length) return;

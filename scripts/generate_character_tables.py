@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes base/text/character_tables.inc: classes and lower-case mapping of the 65536 UTF-16 units.
+"""Writes base/text/character_tables.inc and upper_case_table.inc: classes and case of the 65536 UTF-16 units.
 
 Run by hand when Python's Unicode data is newer: scripts/generate_character_tables.py
 """
@@ -37,6 +37,12 @@ def lower_offset(unit):
     return (target - unit) % 0x10000 if target < 0x10000 else 0
 
 
+def upper_offset(unit):
+    """The same for the simple upper-case mapping: the full one where it has one character, else that of titles."""
+    upper = next((full for full in (chr(unit).upper(), chr(unit).title()) if len(full) == 1), chr(unit))
+    return (ord(upper) - unit) % 0x10000 if ord(upper) < 0x10000 else 0
+
+
 def two_stage(values):
     blocks, index, seen = [], [], {}
     for start in range(0, 0x10000, BLOCK):
@@ -55,22 +61,33 @@ def write_array(lines, kind, name, values):
     lines.append("};")
 
 
-def main():
-    class_index, class_blocks = two_stage([classes(unit) for unit in range(0x10000)])
-    offsets = [lower_offset(unit) for unit in range(0x10000)]
+def write_case(lines, name, offsets):
     # There are few different offsets, so units hold their numbers.
     distinct = [0, *sorted(set(offsets) - {0})]
-    lower_index, lower_blocks = two_stage([distinct.index(offset) for offset in offsets])
+    index, blocks = two_stage([distinct.index(offset) for offset in offsets])
+    write_array(lines, "std::uint8_t", f"{name}_INDEX", index)
+    write_array(lines, "std::uint8_t", f"{name}_BLOCKS", blocks)
+    write_array(lines, "std::uint16_t", f"{name}_OFFSETS", distinct)
 
-    lines = [f"// Made by scripts/generate_character_tables.py from Unicode {unicodedata.unidata_version}.",
-             "// clang-format off", ""]
+
+def write_file(name, lines):
+    head = [f"// Made by scripts/generate_character_tables.py from Unicode {unicodedata.unidata_version}.",
+            "// clang-format off", ""]
+    target = pathlib.Path(__file__).parent.parent / "base" / "text" / name
+    target.write_text("\n".join(head + lines) + "\n")
+
+
+def main():
+    lines = []
+    class_index, class_blocks = two_stage([classes(unit) for unit in range(0x10000)])
     write_array(lines, "std::uint8_t", "CLASS_INDEX", class_index)
     write_array(lines, "std::uint8_t", "CLASS_BLOCKS", class_blocks)
-    write_array(lines, "std::uint8_t", "LOWER_INDEX", lower_index)
-    write_array(lines, "std::uint8_t", "LOWER_BLOCKS", lower_blocks)
-    write_array(lines, "std::uint16_t", "LOWER_OFFSETS", distinct)
-    target = pathlib.Path(__file__).parent.parent / "base" / "platform" / "character_tables.inc"
-    target.write_text("\n".join(lines) + "\n")
+    write_case(lines, "LOWER", [lower_offset(unit) for unit in range(0x10000)])
+    write_file("character_tables.inc", lines)
+
+    lines = []
+    write_case(lines, "UPPER", [upper_offset(unit) for unit in range(0x10000)])
+    write_file("upper_case_table.inc", lines)
 
 
 main()

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs from the distribution what is missing for the named jobs: build, package, lint, fuzz, windows, bench (default: all
-# that the tests need). Asks the package manager only when something is missing.
+# Installs from the distribution what is missing for the named jobs: build, package, lint, fuzz, windows, clang-windows,
+# bench (default: all that the tests need). Asks the package manager only when something is missing.
 set -euo pipefail
 
 packages=()
@@ -11,8 +11,9 @@ for job in "${@:-all}"; do
     lint | all) packages+=(clang clang-format clang-tidy doxygen) ;;&
     fuzz | all) packages+=(clang libclang-rt-14-dev) ;;&
     windows | all) packages+=(g++-mingw-w64-x86-64-posix wine64 wine xvfb xdotool) ;;&
-    bench) packages+=(libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev pkg-config) ;;&
-    build | package | lint | fuzz | windows | bench | all) ;;
+    clang-windows) packages+=(clang g++-mingw-w64-x86-64-posix) ;;&
+    bench) packages+=(python3 libbenchmark-dev qt6-base-dev libicu-dev libwxgtk3.2-dev libfmt-dev libboost-dev libunwind-dev pkg-config) ;;&
+    build | package | lint | fuzz | windows | clang-windows | bench | all) ;;
     *) echo "setup.sh: unknown job '$job'" >&2; exit 2 ;;
   esac
 done

@@ -1,13 +1,20 @@
 #!/usr/bin/env bash
-# Builds and tests everything, or the named jobs: lint, linux, clang, asan, tsan, fuzz, windows.
-# Ends with the line "N passed, N failed".
+# Builds and tests: without arguments both targets (linux, windows), with "all" everything that a change must pass, else
+# the named jobs: lint, linux, clang, asan, tsan, fuzz, windows, clang-windows. Says when each step begins and what it
+# took; the last line is "N passed, N failed".
 set -uo pipefail
-cd "$(dirname "$0")/.."
-# Text on the console, and Wine's ANSI code page, do not depend on the caller.
-export LC_ALL=C.UTF-8
+cd "$(dirname "$0")/.." || exit
+# Nobody is asked anything, and neither the texts on the console nor Wine's code page depend on the caller.
+exec </dev/null
+export LC_ALL=C.UTF-8 HOME=${HOME:-$PWD/build}
+# The compiler cache serves other checkouts of the same sources, too.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 
-jobs=("$@")
-[ ${#jobs[@]} -gt 0 ] || jobs=(lint linux clang asan tsan fuzz windows)
+default_jobs=(linux windows)
+all_jobs=(linux windows lint clang asan tsan fuzz)
+cores=$(nproc)
+# How much lint and fuzz do: of what was changed, or of everything.
+scope=changed
 passed=0
 failed=0
 
@@ -17,109 +24,261 @@ fail() {
   echo "FAILED: $1"
 }
 
-# Runs one check that is counted as one test.
-check() {
-  local name=$1
-  shift
-  if "$@"; then succeed; else fail "$name"; fi
+finish() {
+  echo "$passed passed, $failed failed"
+  exit "$1"
 }
 
-build() {
+duration() {
+  if [ "$1" -lt 60 ]; then echo "$1 s"; else printf '%d min %02d s\n' $(($1 / 60)) $(($1 % 60)); fi
+}
+
+# The seconds that the processors have worked for this script.
+processor_seconds() {
+  local stat
+  read -ra stat <"/proc/$$/stat"
+  echo $(((stat[15] + stat[16]) / $(getconf CLK_TCK)))
+}
+
+# Runs one step of a job: what, and the command.
+step() {
+  local name=$1 status=0 begin=$SECONDS worked
+  worked=$(processor_seconds)
+  shift
+  echo "$name ..."
+  "$@" || status=1
+  worked=$(($(processor_seconds) - worked))
+  echo "$name: $([ $status = 0 ] || echo 'failed after ')$(duration $((SECONDS - begin))), $(duration $worked) of processor time"
+  return $status
+}
+
+# A step that is counted as one test.
+check() {
+  if step "$@"; then succeed; else fail "$1"; fi
+}
+
+# Runs a command that shows its own progress on a terminal. Elsewhere only a failure is shown.
+with_progress() {
+  local log=$1
+  shift
+  if [ -t 1 ]; then
+    "$@"
+  else
+    "$@" >"$log" 2>&1 || { tail -n 60 "$log"; return 1; }
+  fi
+}
+
+quietly() {
+  local log=$1
+  shift
+  "$@" >"$log" 2>&1 || { tail -n 60 "$log"; return 1; }
+}
+
+configure() {
   local preset=$1
   shift
-  scripts/setup.sh build "$@" || return 1
-  cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache >build/"$preset".log 2>&1 &&
-    cmake --build --preset "$preset" >>build/"$preset".log 2>&1 && return 0
-  tail -n 60 build/"$preset".log
+  quietly "build/$preset.configure.log" cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache "$@"
+}
+
+# Makes the named targets of a preset, or all. JOB PRESET PACKAGES TARGET...
+build() {
+  local job=$1 preset=$2 packages=$3
+  shift 3
+  local targets=()
+  [ $# = 0 ] || targets=(--target "$@")
+  # shellcheck disable=SC2086
+  step "$job: install" scripts/setup.sh build $packages && step "$job: configure" configure "$preset" &&
+    step "$job: build" with_progress "build/$preset.build.log" cmake --build "build/$preset" "${targets[@]}" && return 0
+  fail "build of $job"
   return 1
 }
 
-# Counts the single tests of GoogleTest's programs and every other entry as one.
-count_tests() {
-  local log=$1 single
-  single=$(grep -cE '^[0-9]+: \[       OK \]' "$log")
-  succeed "$single"
-  single=$(grep -cE '^[0-9]+: \[  FAILED  \] .*\([0-9]+ ms\)' "$log")
-  [ "$single" = 0 ] || fail "$log: $single tests" "$single"
-  succeed "$(grep -E '^ *[0-9]+/[0-9]+ Test ' "$log" | grep -c ' Passed ')"
-  single=$(grep -E '^ *[0-9]+/[0-9]+ Test ' "$log" | grep -vc ' Passed ')
-  [ "$single" = 0 ] || fail "$log: $single programs" "$single"
+# Counts in the log of ctest the single tests of GoogleTest's programs, and every other test as one. Prints what failed
+# tests said, and then both numbers.
+read_results() {
+  awk '
+    function finish() {
+      if (name == "") return
+      if (isGood && !bad) passed += ok ? ok : 1
+      else {
+        passed += ok; failed += bad ? bad : 1
+        printf "---- %s, after %s s\n", name, time
+        for (i = lines > 80 ? lines - 80 : 0; i < lines; i++) print said[i]
+      }
+      name = ""
+    }
+    /^[0-9]+\/[0-9]+ Testing: / { finish(); name = $0; sub(/^[^:]*: /, "", name); ok = bad = isGood = isSaying = lines = 0; next }
+    /^\[       OK \] / { ok++; next }
+    /^\[ RUN      \] |^\[----------\] / { next }
+    /^\[  FAILED  \] .*\([0-9]+ ms\)\r?$/ { bad++ }
+    /^Test Passed\.$|^Required regular expression found\./ { isGood = 1 }
+    /^Test time = / { time = $4 }
+    /^<end of output>$/ { isSaying = 0 }
+    isSaying && !/^-+$/ { said[lines++] = $0 }
+    /^Output:$/ { isSaying = 1 }
+    END { finish(); print passed + 0, failed + 0 }' "$1"
 }
 
-run_tests() {
-  local preset=$1
+# Runs the tests of a build, or of those what ctest is told.
+run_ctest() {
+  local folder=$1 status=0 results good bad
   shift
-  echo "== $preset"
-  if ! build "$preset" "$@"; then
-    fail "build of $preset"
-    return
+  local options=(--test-dir "$folder" -j "$cores" --no-label-summary "$@")
+  if [ -t 1 ]; then
+    ctest "${options[@]}" --progress || status=1
+  else
+    ctest "${options[@]}" >"$folder.tests.log" 2>&1 || status=1
   fi
-  local log=build/$preset.tests.log
-  ctest --test-dir build/"$preset" -V -j 2 >"$log" 2>&1
-  grep -qE '^[0-9]+% tests passed' "$log" || { fail "ctest of $preset"; tail -n 40 "$log"; }
-  grep -E '\[  FAILED  \]|Failure|ERROR: |WARNING: ThreadSanitizer|runtime error' "$log" | head -n 40
-  count_tests "$log"
+  results=$(read_results "$folder/Testing/Temporary/LastTest.log")
+  read -r good bad <<<"${results##*$'\n'}"
+  [ "$results" = "$good $bad" ] || echo "${results%$'\n'*}"
+  succeed "$good"
+  [ "$bad" = 0 ] || fail "$bad tests in $folder" "$bad"
+  if [ "$bad" = 0 ] && { [ $status != 0 ] || [ "$good" = 0 ]; }; then
+    tail -n 20 "$folder.tests.log" 2>/dev/null
+    fail "ctest in $folder"
+    status=1
+  fi
+  return $status
+}
+
+linux() {
+  build linux linux-release package && step "linux: tests" run_ctest build/linux-release
+}
+
+# One server of Wine's for all tests, instead of a start of its system for each.
+wine_prefix=$PWD/build/wine
+run_wine_tests() {
+  scripts/run_under_wine.sh wineboot >build/wine.log 2>&1 || true
+  WINEPREFIX=$wine_prefix wineserver -p
+  run_ctest build/windows-debug
+}
+stop_wine() { [ ! -e "$wine_prefix" ] || WINEPREFIX=$wine_prefix wineserver -k 2>/dev/null; }
+
+windows() {
+  build windows windows-debug windows || return
+  step "windows: tests" run_wine_tests
+  stop_wine
+}
+
+# The other compiler: its warnings, its code. What users get is tried with the first.
+clang() {
+  build clang linux-clang lint && step "clang: tests" run_ctest build/linux-clang -E installed_package
+}
+
+asan() {
+  build asan linux-asan "" && step "asan: tests" run_ctest build/linux-asan
+}
+
+# The programs whose tests start threads.
+tsan() {
+  local folders
+  mapfile -t folders < <(cd tests && grep -rlE 'std::(j?thread|async)|pthread_create' --include='*.cpp' --include='*.h' -- */ |
+    cut -d/ -f1 | sort -u | grep -vxE 'docs|consumer|package')
+  build tsan linux-tsan "" "${folders[@]/%/_test}" || return
+  step "tsan: tests" run_ctest build/linux-tsan -R "^($(IFS='|'; echo "${folders[*]}"))\$"
+}
+
+# The nearest thing here to another maker's compiler on Windows.
+clang-windows() {
+  build clang-windows windows-clang clang-windows OxaBase && succeed
 }
 
 check_format() {
-  git ls-files -co --exclude-standard -- '*.h' '*.cpp' | xargs -r clang-format --dry-run -Werror
+  find base tests fuzz benchmarks examples extras \( -name '*.h' -o -name '*.cpp' \) -print0 |
+    xargs -0 -P "$cores" -n 40 clang-format --dry-run -Werror
 }
 
+# The sources of the library that were changed since the branch left main; on main itself, by the last commit. A changed
+# header is read with its source, or with one that includes it.
+changed_sources() {
+  local git=(git -c "safe.directory=*") begin file
+  begin=$("${git[@]}" merge-base HEAD origin/main 2>/dev/null || "${git[@]}" merge-base HEAD main 2>/dev/null) || return
+  [ "$begin" != "$("${git[@]}" rev-parse HEAD)" ] || begin=$("${git[@]}" rev-parse -q --verify HEAD~1) || return
+  {
+    "${git[@]}" diff --name-only --diff-filter=d "$begin" -- base
+    "${git[@]}" ls-files -o --exclude-standard -- base
+  } | while IFS= read -r file; do
+    case $file in
+      *.cpp) echo "$file" ;;
+      *.h) if [ -e "${file%.h}.cpp" ]; then echo "${file%.h}.cpp"; else grep -rlF --include='*.cpp' "\"$file\"" base | head -n 1; fi ;;
+    esac
+  done | grep -v /windows/ | sort -u
+  return 0
+}
+
+# Folders as one unit have their headers read once. The unit itself is none of ours.
 check_tidy() {
-  git ls-files -co --exclude-standard -- 'base/*.cpp' | grep -v /platform/windows/ | xargs -r -P 2 -n 4 clang-tidy --quiet -p build/linux-clang 2>build/tidy.log
+  local files=() options=() unity=OFF
+  if [ $scope = all ] || ! mapfile -t files < <(changed_sources || echo base); then unity=ON; fi
+  [ "${files[*]}" != base ] || unity=ON
+  configure linux-lint -DOXA_UNITY=$unity || return
+  if [ $unity = ON ]; then
+    options=(--checks=-bugprone-suspicious-include)
+    mapfile -t files < <(sed -nE 's/^ *"file": "(.*\/base\/.*)".*/\1/p' build/linux-lint/compile_commands.json | grep -v '_resources\.cpp$')
+  fi
+  [ ${#files[@]} -gt 0 ] || { echo "no source was changed"; return 0; }
+  printf '%s\0' "${files[@]}" | xargs -0 -P "$cores" -n 1 clang-tidy --quiet "${options[@]}" -p build/linux-lint 2>build/tidy.log
 }
 
 check_docs() {
-  cmake --build --preset linux-clang --target docs >build/docs.log 2>&1 || { tail -n 60 build/docs.log; return 1; }
+  configure linux-lint && quietly build/docs.log cmake --build build/linux-lint --target docs
 }
 
 lint() {
-  echo "== lint"
-  scripts/setup.sh build lint || fail "setup of lint"
-  check "layout" scripts/check_layout.sh
-  check "format" check_format
-  if build linux-clang; then
-    check "clang-tidy" check_tidy
-    check "documentation" check_docs
-  else
-    fail "build of linux-clang"
-  fi
+  step "lint: install" scripts/setup.sh build lint || { fail "install of lint"; return; }
+  check "lint: layout" scripts/check_layout.sh
+  check "lint: format" check_format
+  check "lint: clang-tidy" check_tidy
+  check "lint: documentation" check_docs
 }
 
-# A short run of each fuzz target, from its corpus.
-fuzz() {
-  echo "== fuzz"
-  if ! build linux-fuzz fuzz; then
-    fail "build of linux-fuzz"
-    return
-  fi
-  local target name seconds=${OXA_FUZZ_SECONDS:-10}
-  for target in build/linux-fuzz/bin/fuzz_*; do
-    name=$(basename "$target")
-    mkdir -p "build/corpus/$name"
-    if "$target" -max_total_time="$seconds" -max_len=4096 -timeout=10 -rss_limit_mb=2048 -artifact_prefix="build/corpus/$name-" \
-      "build/corpus/$name" "fuzz/corpus/$name" >"build/$name.log" 2>&1; then
-      succeed
-    else
-      fail "$name"
-      tail -n 30 "build/$name.log"
+# A short run of one fuzz target, from its corpus.
+fuzz_target() {
+  local name seconds
+  name=$(basename "$1")
+  seconds=${OXA_FUZZ_SECONDS:-$([ $scope = all ] && echo 4 || echo 10)}
+  mkdir -p "build/corpus/$name"
+  quietly "build/$name.log" "$1" -max_total_time="$seconds" -max_len=4096 -timeout=10 -rss_limit_mb=2048 \
+    -artifact_prefix="build/corpus/$name-" "build/corpus/$name" "fuzz/corpus/$name"
+}
+
+run_fuzz_targets() {
+  local targets=(build/linux-fuzz/bin/fuzz_*) running=() status=0 i
+  for ((i = 0; i < ${#targets[@]} + cores; i++)); do
+    if [ $i -ge "$cores" ]; then
+      local done=$((i - cores))
+      if wait "${running[$done]}"; then succeed; else fail "${targets[$done]}"; status=1; fi
     fi
+    [ $i -ge ${#targets[@]} ] || { fuzz_target "${targets[$i]}" & running[i]=$!; }
   done
+  return $status
 }
 
-mkdir -p build
-for job in "${jobs[@]}"; do
-  case $job in
-    lint) lint ;;
-    linux) run_tests linux-release package ;;
-    clang) run_tests linux-clang lint package ;;
-    asan) run_tests linux-asan ;;
-    tsan) run_tests linux-tsan ;;
-    fuzz) fuzz ;;
-    windows) run_tests windows-debug windows ;;
-    *) echo "test.sh: unknown job '$job'" >&2; exit 2 ;;
-  esac
-done
+fuzz() {
+  build fuzz linux-fuzz fuzz && step "fuzz: targets" run_fuzz_targets
+}
 
-echo "$passed passed, $failed failed"
-[ "$failed" = 0 ] && [ "$passed" -gt 0 ]
+# Read as a whole before anything runs, so that the script may be changed meanwhile.
+main() {
+  local job jobs=()
+  for job in "${@:-default}"; do
+    case $job in
+      default) jobs+=("${default_jobs[@]}") ;;
+      all) jobs+=("${all_jobs[@]}"); scope=all ;;
+      lint | linux | clang | asan | tsan | fuzz | windows | clang-windows) jobs+=("$job") ;;
+      *)
+        echo "test.sh: there is no job '$job'. Jobs: all, or any of ${all_jobs[*]} clang-windows; without one: ${default_jobs[*]}" >&2
+        finish 2
+        ;;
+    esac
+  done
+
+  mkdir -p build || finish 1
+  trap 'stop_wine; fail interrupted; finish 130' INT TERM HUP
+  for job in "${jobs[@]}"; do "$job"; done
+  echo "all steps: $(duration $SECONDS), $(duration "$(processor_seconds)") of processor time"
+  finish $((failed > 0 || passed == 0))
+}
+
+main "$@"; exit

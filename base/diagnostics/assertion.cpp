@@ -1,21 +1,29 @@
 #include "base/diagnostics/assertion.h"
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <map>
 #include <mutex>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/diagnostics/detail/world.h"
+#include "base/diagnostics/resolved_stack.h"
+#include "base/diagnostics/stack_walker.h"
 #include "base/platform/system/debug_output.h"
+#include "base/platform/system/system_info.h"
 #include "base/string/oxa_string.h"
 
 namespace
 {
 
 using Oxa_1_1::AssertionAnswer;
+using Oxa_1_1::Char;
 using Oxa_1_1::String;
 
 constexpr int ABORT_EXIT_CODE = 3;
@@ -53,13 +61,35 @@ PassOverList& passOverList()
     return list;
 }
 
+/// Narrow texts as `String` takes them. But what is UTF-8 on a system whose programs write it is shown as that.
+String decoded(const char* text)
+{
+    constexpr Char REPLACEMENT = 0xFFFD;
+    Oxa_1_1::Text narrow = Oxa_1_1::platform::decodeNarrow(text);
+    return narrow.find(REPLACEMENT) == Oxa_1_1::Text::npos ? String(std::move(narrow)) : String(text);
+}
+
 String reportOf(const char* expression, const char* message, const char* file, unsigned int line, const char* function)
 {
     String report;
-    report << String("Assertion ") << String(orUnknown(expression)) << String(" failed.\nIn file ") << String(file)
-           << String(":") << line << String(" in function ") << String(orUnknown(function)) << String(".");
-    if (message != nullptr) report << String("\n\"") << String(message) << String("\"");
+    report << String("Assertion ") << decoded(orUnknown(expression)) << String(" failed.\nIn file ") << decoded(file)
+           << String(":") << line << String(" in function ") << decoded(orUnknown(function)) << String(".");
+    if (message != nullptr) report << String("\n\"") << decoded(message) << String("\"");
     return report;
+}
+
+/// Where the assertion failed, without what reports it.
+std::string stackText()
+{
+    std::array<void*, 64> addresses;
+    const int count = Oxa_1_1::StackWalker::captureFrames(addresses.data(), static_cast<int>(addresses.size()));
+    const Oxa_1_1::ResolvedStack stack =
+        Oxa_1_1::resolveFrames(std::span(addresses).first(static_cast<std::size_t>(count)));
+    const auto reporter =
+        std::find_if(stack.begin(), stack.end(),
+                     [](const Oxa_1_1::ResolvedFrame& frame) { return frame.function == "__assert_fail_x"; });
+    const auto first = reporter == stack.end() ? stack.begin() : reporter + 1;
+    return "Call stack:\n" + stack.text(static_cast<std::size_t>(first - stack.begin()));
 }
 
 void askAboutAssertion(const char* expression, const char* message, const char* file, unsigned int line,
@@ -69,10 +99,12 @@ void askAboutAssertion(const char* expression, const char* message, const char* 
     if (passedOver.contains(file, line)) return;
 
     const String report = reportOf(expression, message, file, line, function);
-    Oxa_1_1::detail::writeDebugText(report.stringPath());
-    switch (Oxa_1_1::detail::askUser(report.stringPath()))
+    const bool isWritten = Oxa_1_1::detail::writeParagraph(report.stringPath());
+    Oxa_1_1::detail::writeDebugText(stackText().c_str());
+    switch (Oxa_1_1::detail::askUser(report.stringPath(), isWritten))
     {
         case AssertionAnswer::Abort:
+            Oxa_1_1::platform::leaveCoreFile();
             std::_Exit(ABORT_EXIT_CODE);
         case AssertionAnswer::Retry:
             Oxa_1_1::detail::breakIntoDebugger();

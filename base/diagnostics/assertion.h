@@ -18,8 +18,8 @@ OXA_API void __assert_fail_x(const char* expression, const char* message, const 
                              const char* function);
 
 /// The handler that gets failed assertions; null when they are silenced. At first it is the default handler, which
-/// writes a report to the debugger's output and asks the user whether to end the program (with exit code 3, without
-/// clean-up), to stop in the debugger, or to go on and pass over this line from now on.
+/// writes a report and the stack to the debugger's output and asks the user whether to end the program (with exit code
+/// 3, without clean-up), to stop in the debugger, or to go on and pass over this line from now on.
 OXA_API AssertionFailureHandler __get_assertion_failure_handler();
 
 /// Replaces the handler. Null silences assertions. A call of the former handler that is under way is finished.

@@ -63,12 +63,25 @@ void writeDebugText(const char* text)
     hook == nullptr ? platform::writeDebugOutput(text) : hook(platform::decodeNarrow(text).c_str());
 }
 
-AssertionAnswer askUser(const Char* text)
+bool writeParagraph(const Char* text)
+{
+    const auto hook = debugOutputHook.load();
+    if (hook != nullptr)
+    {
+        hook(text);
+        return false;
+    }
+    platform::writeDebugOutput(text);
+    platform::writeDebugOutput("\n");
+    return true;
+}
+
+AssertionAnswer askUser(const Char* text, bool isWritten)
 {
     const Text caption = programName();
     const auto hook = askHook.load();
     if (hook != nullptr) return hook(text, caption.c_str());
-    return answerOf(platform::askAbortRetryIgnore(text, caption.c_str()));
+    return answerOf(platform::askAbortRetryIgnore(text, caption.c_str(), isWritten));
 }
 
 void breakIntoDebugger()

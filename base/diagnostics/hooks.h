@@ -21,7 +21,8 @@ enum class AssertionAnswer
 /// and for programs that have a log or a question of their own. A null member leaves the work to the system.
 struct DiagnosticHooks
 {
-    /// Takes each text that would go to the debugger's output.
+    /// Takes each text that would go to the debugger's output: of a failed assertion the report, then its stack, which
+    /// begins with "Call stack:".
     void (*debugOutput)(const Char* text) = nullptr;
     /// Answers for the user who would be shown `text`.
     AssertionAnswer (*ask)(const Char* text, const Char* caption) = nullptr;

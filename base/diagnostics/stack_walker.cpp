@@ -88,6 +88,10 @@ StackWalker::StackWalker(int options, const char* symPath, DWORD processId, HAND
       m_processId(processId),
       m_process(process)
 {
+    if (!platform::isCurrentProcess(processId, process)) return;
+    // Its number would mean the parent in a child that is forked before the first walk.
+    m_processId = 0;
+    m_process = nullptr;
 }
 
 StackWalker::StackWalker(DWORD processId, HANDLE process) : StackWalker(DefaultOptions, nullptr, processId, process) {}
@@ -139,7 +143,8 @@ int StackWalker::ShowCallstack(HANDLE thread, const CONTEXT* context, ReadProces
 {
     const void* const innermost = OXA_CURRENT_FRAME;
     if (LoadModules() == 0) return 0;
-    if (m_symbols->generation != m_symbols->session->moduleGeneration()) reportNewModules();
+    const std::uint64_t generation = m_symbols->session->moduleGeneration();
+    if (m_symbols->generation != generation) reportNewModules();
 
     Frames buffer;
     const platform::WalkRequest walk{m_process, thread, context, readMemory, userData, innermost};
@@ -153,7 +158,10 @@ int StackWalker::ShowCallstack(HANDLE thread, const CONTEXT* context, ReadProces
     std::array<const platform::SymbolInfo*, FRAME_LIMIT> symbols;
     const platform::SymbolParts parts{(m_options & FunctionNames) != 0, (m_options & SourceLines) != 0,
                                       (m_options & FrameModules) != 0};
-    const auto page = m_symbols->cache.find(*m_symbols->session, parts, frames, symbols);
+    std::array<std::uint64_t, FRAME_LIMIT> instructions;
+    std::transform(frames.begin(), frames.end(), instructions.begin(), [](const auto& f) { return f.instruction(); });
+    const auto keeper = m_symbols->cache.find(*m_symbols->session, generation, parts,
+                                              std::span(instructions).first(frames.size()), symbols);
 
     for (std::size_t i = 0; i < frames.size(); ++i)
     {

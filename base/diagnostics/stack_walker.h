@@ -96,8 +96,9 @@ class OXA_API StackWalker
     };
 
     /// Walks threads of the process `processId`. `process` is its handle, with the right to read its memory; null and
-    /// the system's value for the calling process mean that one. `symPath` names folders for symbol files, separated by
-    /// semicolons; it may be null. Without options all of them are taken.
+    /// the system's value for the calling process mean that one; a child that is forked later walks itself then.
+    /// `symPath` names folders for symbol files, separated by semicolons; it may be null. Without options all of them
+    /// are taken.
     /// @{
     StackWalker(int options, const char* symPath, DWORD processId, HANDLE process);
     StackWalker(DWORD processId, HANDLE process);

@@ -1,36 +1,57 @@
 #include "base/diagnostics/detail/symbol_cache.h"
 
+#include <algorithm>
+
 namespace Oxa_1_1::detail
 {
 
 namespace
 {
 
-/// Programs have far fewer places that calls return to; beyond this it begins anew.
-constexpr std::size_t MOST_ENTRIES = 100'000;
+/// Programs walk over fewer places that calls return to; beyond this it begins anew.
+constexpr std::size_t MOST_SYMBOLS = 16'384;
 
 }  // namespace
 
-std::shared_ptr<const SymbolCache::Page> SymbolCache::find(const platform::SymbolSession& session,
-                                                           const platform::SymbolParts& parts,
-                                                           std::span<const platform::StackFrame> frames,
-                                                           std::span<const platform::SymbolInfo*> found)
+SymbolCache::Keeper SymbolCache::find(const platform::SymbolSession& session, std::uint64_t generation,
+                                      const platform::SymbolParts& parts, std::span<const std::uint64_t> addresses,
+                                      std::span<const platform::SymbolInfo*> found)
 {
-    const std::uint64_t generation = session.moduleGeneration();
     const std::lock_guard lock(m_mutex);
-    if (m_page == nullptr || m_generation != generation || m_page->size() > MOST_ENTRIES)
+    if (m_page == nullptr || m_page->symbols.size() > MOST_SYMBOLS)
     {
         m_page = std::make_shared<Page>();
+        m_recent = {};
+    }
+    if (m_generation != generation || m_stamps.empty())
+    {
+        m_stamps = session.moduleStamps();
         m_generation = generation;
     }
-    for (std::size_t i = 0; i < frames.size(); ++i)
-    {
-        const std::uint64_t address = frames[i].instruction();
-        auto entry = m_page->find(address);
-        if (entry == m_page->end()) entry = m_page->emplace(address, session.find(address, parts)).first;
-        found[i] = &entry->second;
-    }
+    for (std::size_t i = 0; i < addresses.size(); ++i) found[i] = lookUp(session, parts, addresses[i]);
     return m_page;
+}
+
+const platform::SymbolInfo* SymbolCache::lookUp(const platform::SymbolSession& session,
+                                                const platform::SymbolParts& parts, std::uint64_t address)
+{
+    Recent& recent = m_recent[(address ^ address >> 9) % m_recent.size()];
+    if (recent.symbol != nullptr && recent.address == address && recent.generation == m_generation)
+        return recent.symbol;
+    Entry& entry = m_page->entries[address];
+    const std::uint64_t stamp = stampAt(address);
+    if (entry.symbol == nullptr || entry.stamp != stamp)
+        entry.symbol = &m_page->symbols.emplace_back(session.find(address, parts));
+    entry.stamp = stamp;
+    recent = {address, m_generation, entry.symbol};
+    return entry.symbol;
+}
+
+std::uint64_t SymbolCache::stampAt(std::uint64_t address) const
+{
+    const auto behind = std::upper_bound(m_stamps.begin(), m_stamps.end(), address,
+                                         [](std::uint64_t a, const auto& module) { return a < module.begin; });
+    return behind == m_stamps.begin() || address >= (behind - 1)->end ? 0 : (behind - 1)->stamp;
 }
 
 }  // namespace Oxa_1_1::detail

@@ -2,11 +2,13 @@
 
 #include <utility>
 
+#include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/registry.h"
 #include "base/filesystem/file.h"
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
 #include "base/platform/files/system_path.h"
+#include "base/platform/never_destroyed.h"
 #include "base/text/utf8.h"
 
 namespace Oxa_1_1
@@ -24,8 +26,8 @@ class Directory::ClassCreator final : public CreateableUZClass<Directory>, publi
 
 const uZClass* Directory::Class()
 {
-    static const ClassCreator record;
-    return &record;
+    static const platform::NeverDestroyed<ClassCreator> record;
+    return &record.get();
 }
 
 const uZClass* Directory::getClassType() const { return Class(); }
@@ -130,31 +132,42 @@ bool Directory::isEmpty() const { return m_impl->isEmpty(); }
 
 bool Directory::openInExplorer() const { return m_impl->openInExplorer(); }
 
+bool Directory::isLastListWhole() noexcept { return detail::ListScope::wasWhole(); }
+
 std::shared_ptr<FileSystemIterator> Directory::findContents(const String& pattern) const
 {
+    const detail::ListScope scope;
     return m_impl->findContents(pattern);
 }
 
 std::shared_ptr<DirectoryIterator> Directory::findDirectories(const String& pattern) const
 {
+    const detail::ListScope scope;
     return m_impl->findDirectories(pattern);
 }
 
-std::shared_ptr<FileIterator> Directory::findFiles(const String& pattern) const { return m_impl->findFiles(pattern); }
+std::shared_ptr<FileIterator> Directory::findFiles(const String& pattern) const
+{
+    const detail::ListScope scope;
+    return m_impl->findFiles(pattern);
+}
 
 std::vector<std::shared_ptr<const FileSystemItem>> Directory::collectContents(const String& pattern,
                                                                               bool recursive) const
 {
+    const detail::ListScope scope;
     return m_impl->collectContents(pattern, recursive);
 }
 
 std::vector<std::shared_ptr<const Directory>> Directory::collectDirectories(const String& pattern, bool recursive) const
 {
+    const detail::ListScope scope;
     return m_impl->collectDirectories(pattern, recursive);
 }
 
 std::vector<std::shared_ptr<const File>> Directory::collectFiles(const String& pattern, bool recursive) const
 {
+    const detail::ListScope scope;
     return m_impl->collectFiles(pattern, recursive);
 }
 

@@ -30,12 +30,19 @@ class OXA_API Directory : public FileSystemItem
     /// The class record "Directory", derived from "FileSystemItem".
     static const uZClass* Class();
 
-    /// Of the first creator that accepts the text; empty when none does.
+    /// Of the first creator that accepts the text; empty when none does. **NIL and "" are the current folder**, and
+    /// what is removed there is what lies in it.
     static std::shared_ptr<Directory> fromString(const String& path);
     /// The same from UTF-8.
     /// @{
     static std::shared_ptr<Directory> fromUTF8(const char* path);
     static std::shared_ptr<Directory> fromUTF8(const std::string& path);
+    template <std::same_as<std::string_view> T>
+    static std::shared_ptr<Directory> fromUTF8(T path)
+    {
+        return fromString(String::fromUTF8(path));
+    }
+    static std::shared_ptr<Directory> fromUTF8(std::u8string_view path) { return fromString(String(path)); }
     /// @}
     /// From the system's own spelling.
     static std::shared_ptr<Directory> fromPath(const std::filesystem::path& path);
@@ -79,12 +86,14 @@ class OXA_API Directory : public FileSystemItem
     ComparisonResult equals(const FileSystemItem& other) const override;
     /// Copies everything in here into the folder that the text names, below this folder's name.
     int copy(const String& target, bool overwrite, std::shared_ptr<IProgress> progress) const override;
-    /// Copies this folder and everything in it into `target`. The new folder. On failure empty, and nothing of the
-    /// new folder remains, nor of what was in it before. A folder is not copied into itself.
+    /// Copies this folder and everything in it into `target`. The new folder. On failure empty, with the reason in the
+    /// last error (see getWindowsError()), and nothing of the new folder remains, nor of what was in it before, unless
+    /// something of this folder lies in it. A folder is not copied into itself.
     std::shared_ptr<const FileSystemItem> copy(const Directory& target, bool overwrite,
                                                std::shared_ptr<IProgress> progress) const override;
     /// Moves everything in here into `target`, which is emptied first when `overwrite`, and removes this folder. What
-    /// was moved before a failure stays moved. A folder is not moved into itself.
+    /// was moved before a failure stays moved. A folder is not moved into itself, nor anything to another disk. A link
+    /// is moved itself.
     /// @{
     bool move(const String& target, bool overwrite) const override;
     bool move(const Directory& target, bool overwrite) const;
@@ -95,7 +104,7 @@ class OXA_API Directory : public FileSystemItem
     bool getLastWriteTime(FILETIME* time) const override;
     std::shared_ptr<const Directory> getParent() const override;
     bool isAbsolute() const override;
-    /// On failure `bytes` holds the sum so far.
+    /// On failure `bytes` holds the sum so far. A folder that cannot be read to its end is one.
     bool size(unsigned long long& bytes) const override;
     /// The same as exists().
     virtual bool isDirectory() const;
@@ -135,6 +144,10 @@ class OXA_API Directory : public FileSystemItem
     /// Opens the folder in the desktop's file manager; false when it is missing or relative.
     bool openInExplorer() const;
 
+    /// Whether the last list that this thread asked for, by one of these, holds everything that was to be seen. Folders
+    /// that could not be read to their end give what was read until then. What other implementations cannot read may
+    /// not be told.
+    static bool isLastListWhole() noexcept;
     /// What matches in this folder, in the system's order. Empty for a search string that is none.
     /// @{
     std::shared_ptr<FileSystemIterator> findContents(const String& pattern) const;

@@ -1,17 +1,19 @@
-// Whole folders, copied, moved, emptied and measured by what every implementation offers.
+// Whole folders, copied, moved, emptied and measured. Those of the library itself are, from open folder to open folder;
+// others, and pairs of both, by what every implementation offers. The results are the same.
 
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-#include "base/filesystem/detail/folder_list.h"
+#include "base/filesystem/detail/disk_tree.h"
 #include "base/filesystem/detail/folder_tree.h"
 #include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/platform/files/files.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {
@@ -38,9 +40,13 @@ class ContentsCopy
             m_cameToItself = true;
             return false;
         }
-        for (const auto& folder : source.findDirectories(OXA_TEXT("*")))
+        const auto folders = source.findDirectories(OXA_TEXT("*"));
+        if (!detail::ListScope::wasWhole()) return false;
+        for (const auto& folder : folders)
             if (!copyFolder(*folder, target)) return false;
-        for (const auto& file : source.findFiles(OXA_TEXT("*")))
+        const auto files = source.findFiles(OXA_TEXT("*"));
+        if (!detail::ListScope::wasWhole()) return false;
+        for (const auto& file : files)
             if (file->copy(target, m_overwrites, m_progress) == nullptr) return false;
         return true;
     }
@@ -73,22 +79,10 @@ void removeCopy(const Directory& copy, bool wasThere)
     copy.remove(true);
 }
 
-/// Whether there is something that is no folder.
-bool isTakenByFile(const Directory& place)
-{
-    const auto parent = place.getParent();
-    const auto file = parent != nullptr ? File::fromString(*parent, place.getName()) : nullptr;
-    return file != nullptr && file->exists();
-}
-
-/// Moves the link itself, not what it leads to. A file in its place would be lost, so it stays.
+/// Moves the link itself, not what it leads to.
 bool moveLink(const Directory& link, const Directory& target, bool overwrite)
 {
-    if (detail::isSameFolder(link, target) || isTakenByFile(target)) return false;
-    if (target.exists() && (!overwrite || !target.remove(true))) return false;
-    const auto parent = target.getParent();
-    if (parent != nullptr && !parent->create()) return false;
-    return platform::renameFile(link.getFullNameUnicode(), target.getFullNameUnicode());
+    return detail::windowsImpl(target) != nullptr && detail::moveLinkOnDisk(link, target, overwrite);
 }
 
 /// False also for a file that is in the way: that is made, as far as making goes.
@@ -130,20 +124,29 @@ bool removeFolders(const Directory& folder, const detail::FolderTree& tree)
 // Each folder takes along what is below it, and each item is tried once, however deep it lies.
 bool Directory::removeContents(bool recursive) const
 {
+    if (detail::isOnDisk(*this))
+    {
+        detail::emptyOnDisk(*this, recursive);
+        return true;
+    }
     if (!exists() || detail::isLinkItself(*this)) return true;
-    // Most go at once. What is left is removed one by one, and says why it stays.
-    if (detail::windowsImpl(*this) != nullptr && detail::areOwnCreatorsFirst())
-        platform::sweepFolder(getFullNameUnicode(), recursive);
     for (const auto& file : collectFiles(OXA_TEXT("*"), false)) file->remove();
     if (!recursive) return true;
-    for (const auto& directory : collectDirectories(OXA_TEXT("*"), false)) directory->remove(true);
+    auto directories = collectDirectories(OXA_TEXT("*"), false);
+    // A link whose folder is gone would be one to nothing.
+    std::stable_partition(directories.begin(), directories.end(),
+                          [](const auto& directory) { return detail::isLinkItself(*directory); });
+    for (const auto& directory : directories) directory->remove(true);
     return true;
 }
 
 bool Directory::copyContents(const Directory& target, bool recursive, bool overwrite,
                              std::shared_ptr<IProgress> progress) const
 {
-    if (!exists() || !target.exists() || detail::isSameFolder(*this, target)) return false;
+    if (!exists() || !target.exists()) return false;
+    if (detail::isOnDisk(*this) && detail::isOnDisk(target))
+        return detail::copyContentsOnDisk(*this, target, recursive, overwrite, std::move(progress));
+    if (detail::isSameFolder(*this, target)) return false;
     if (recursive && detail::isSameOrInside(target, *this)) return false;
     return ContentsCopy(target, recursive, overwrite, std::move(progress)).run(*this, target);
 }
@@ -152,14 +155,20 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
                                                       std::shared_ptr<IProgress> progress) const
 {
     const auto copied = target.appendLevel(getName());
-    if (copied == nullptr || !exists() || detail::isSameOrInside(*copied, *this)) return nullptr;
+    if (copied == nullptr || !exists()) return nullptr;
+    if (detail::isOnDisk(*this) && detail::isOnDisk(*copied))
+        return detail::copyOnDisk(*this, *copied, overwrite, std::move(progress)) ? copied : nullptr;
+    if (detail::isSameOrInside(*copied, *this)) return nullptr;
     const bool wasThere = copied->exists();
     if (!copied->create() || !copied->exists()) return nullptr;
     ContentsCopy copy(*copied, true, overwrite, std::move(progress));
     if (copy.run(*this, *copied)) return copied;
-    // What was there before and is part of this folder is no half-made copy, nor is the target itself.
-    const bool isHalfMade = (!wasThere || !copy.cameToItself()) && !detail::isDots(getName());
-    if (isHalfMade) removeCopy(*copied, wasThere);
+    // Why it failed counts, not what became of the rest.
+    const DWORD reason = platform::lastError();
+    // What was there before and this folder is part of, or the reverse, is no half-made copy, nor is the target itself.
+    const bool isHalfMade = !wasThere || (!copy.cameToItself() && !detail::isSameOrInside(*this, *copied));
+    if (isHalfMade && !detail::isDots(getName())) removeCopy(*copied, wasThere);
+    platform::setLastError(reason);
     return nullptr;
 }
 
@@ -173,10 +182,11 @@ int Directory::copy(const String& target, bool overwrite, std::shared_ptr<IProgr
 bool Directory::move(const Directory& target, bool overwrite) const
 {
     if (!exists()) return false;
-    if (detail::isLinkItself(*this))
-        return detail::windowsImpl(target) != nullptr && moveLink(*this, target, overwrite);
+    if (detail::isLinkItself(*this)) return moveLink(*this, target, overwrite);
+    if (detail::isOnDisk(*this) && detail::isOnDisk(target))
+        return detail::moveContentsOnDisk(*this, target, overwrite) && remove(false);
     const detail::FolderTree tree = detail::readTree(*this);
-    if (!detail::canMoveTree(*this, tree, target, overwrite)) return false;
+    if (!tree.isWhole || !detail::canMoveTree(*this, tree, target, overwrite)) return false;
     if ((overwrite || !target.exists()) && !target.removeContents(true)) return false;
     if (!makeFolder(target)) return false;
     for (const auto& directory : tree.directories)
@@ -195,13 +205,16 @@ bool Directory::move(const String& target, bool overwrite) const
 bool Directory::size(unsigned long long& bytes) const
 {
     bytes = 0;
-    for (const auto& file : collectFiles(OXA_TEXT("*"), true))
+    if (detail::isOnDisk(*this)) return detail::sizeOnDisk(*this, bytes);
+    const auto files = collectFiles(OXA_TEXT("*"), true);
+    const bool isWhole = detail::ListScope::wasWhole();
+    for (const auto& file : files)
     {
         unsigned long long fileBytes = 0;
         if (!file->size(fileBytes)) return false;
         bytes += fileBytes;
     }
-    return true;
+    return isWhole;
 }
 
 }  // namespace Oxa_1_1

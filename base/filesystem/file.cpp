@@ -7,6 +7,7 @@
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
 #include "base/platform/files/system_path.h"
+#include "base/platform/never_destroyed.h"
 #include "base/platform/system/shell.h"
 #include "base/platform/system/wide_values.h"
 
@@ -23,8 +24,8 @@ class File::ClassCreator final : public CreateableUZClass<File>, public Createab
 
 const uZClass* File::Class()
 {
-    static const ClassCreator record;
-    return &record;
+    static const platform::NeverDestroyed<ClassCreator> record;
+    return &record.get();
 }
 
 const uZClass* File::getClassType() const { return Class(); }
@@ -45,6 +46,12 @@ std::shared_ptr<File> File::fromString(const Directory& directory, const String&
     return detail::createItem<File>(creators,
                                     [&](const ImplCreator& creator) { return creator.create(directory, name); });
 }
+
+std::shared_ptr<File> File::fromUTF8(std::string_view path) { return fromString(String::fromUTF8(path)); }
+
+std::shared_ptr<File> File::fromUTF8(std::u8string_view path) { return fromString(String(path)); }
+
+std::shared_ptr<File> File::fromUTF8(const char* path) { return fromString(String::fromUTF8(path)); }
 
 std::shared_ptr<File> File::fromPath(const std::filesystem::path& path)
 {

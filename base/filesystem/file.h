@@ -3,6 +3,7 @@
 #include <fstream>
 #include <list>
 #include <memory>
+#include <string_view>
 
 #include "base/filesystem/file_impl.h"
 #include "base/filesystem/file_system_item.h"
@@ -37,6 +38,12 @@ class OXA_API File : public FileSystemItem
     static std::shared_ptr<File> fromString(const String& path);
     /// The file of this name in the folder; empty for a name that is none.
     static std::shared_ptr<File> fromString(const Directory& directory, const String& name);
+    /// The same from UTF-8; empty for a null pointer.
+    /// @{
+    static std::shared_ptr<File> fromUTF8(std::string_view path);
+    static std::shared_ptr<File> fromUTF8(std::u8string_view path);
+    static std::shared_ptr<File> fromUTF8(const char* path);
+    /// @}
     /// From the system's own spelling.
     static std::shared_ptr<File> fromPath(const std::filesystem::path& path);
 

@@ -4,11 +4,13 @@
 #include <ostream>
 #include <utility>
 
+#include "base/filesystem/detail/held_reports.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
 #include "base/platform/files/system_path.h"
+#include "base/platform/never_destroyed.h"
 #include "base/text/character.h"
 
 namespace Oxa_1_1
@@ -27,8 +29,8 @@ struct SinkPlace
 
 SinkPlace& sinkPlace()
 {
-    static SinkPlace place;
-    return place;
+    static platform::NeverDestroyed<SinkPlace> place;
+    return place.get();
 }
 
 SharedSink currentSink()
@@ -42,6 +44,7 @@ SharedSink currentSink()
 
 void FileSystemItem::reportError(const String& message)
 {
+    if (detail::HeldReports::hold(message)) return;
     if (const SharedSink sink = currentSink(); sink != nullptr && *sink) (*sink)(message);
 }
 
@@ -64,8 +67,8 @@ const uZClass* FileSystemItem::Class()
         BaseClass() : CreateableUZClass(OXA_TEXT("FileSystemItem"), getThisModule(), ClassVersion()) {}
         std::shared_ptr<FileSystemItem> create() const override { return nullptr; }
     };
-    static const BaseClass record;
-    return &record;
+    static const platform::NeverDestroyed<BaseClass> record;
+    return &record.get();
 }
 
 FileSystemItem::~FileSystemItem() = default;
@@ -77,9 +80,17 @@ bool FileSystemItem::exists() const { return false; }
 std::shared_ptr<FileSystemItem> FileSystemItem::fromExistingString(const String& path)
 {
     if (path.isEmpty()) return nullptr;
-    if (auto file = File::fromString(path); file != nullptr && file->exists()) return file;
-    if (auto directory = Directory::fromString(path); directory != nullptr && directory->exists()) return directory;
-    return nullptr;
+    detail::HeldReports refusals;
+    auto file = File::fromString(path);
+    if (file != nullptr)
+    {
+        refusals.release();
+        if (file->exists()) return file;
+    }
+    auto directory = Directory::fromString(path);
+    if (file == nullptr && directory == nullptr) refusals.release();
+    refusals.forget();
+    return directory != nullptr && directory->exists() ? directory : nullptr;
 }
 
 std::shared_ptr<FileSystemItem> FileSystemItem::fromExistingString(const Directory& directory, const String& name)
@@ -104,6 +115,8 @@ std::shared_ptr<const FileSystemItem> FileSystemItem::makeRelative(const Directo
 }
 
 std::filesystem::path FileSystemItem::toPath() const { return platform::systemPath(getFullName()); }
+
+Utf8Bytes utf8(const FileSystemItem& item) { return utf8(item.getFullName()); }
 
 std::ostream& operator<<(std::ostream& stream, const FileSystemItem& item) { return stream << item.getFullName(); }
 

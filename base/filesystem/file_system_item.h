@@ -123,8 +123,11 @@ class OXA_API FileSystemItem : public VisitorCore, protected OxaMessages
     friend bool operator==(const FileSystemItem& a, const FileSystemItem& b) { return a.equals(b) == Equal; }
 };
 
-/// Writes the full name, as an ANSI text.
+/// Writes the full name, as an ANSI text; utf8(item) writes it in UTF-8.
 OXA_API std::ostream& operator<<(std::ostream& stream, const FileSystemItem& item);
+
+/// The full name for streams that take UTF-8: std::cout << utf8(file).
+[[nodiscard]] OXA_API Utf8Bytes utf8(const FileSystemItem& item);
 
 }  // namespace Oxa_1_1
 

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/export.h"
+
 namespace Oxa_1_1
 {
 

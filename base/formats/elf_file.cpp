@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "base/formats/elf_layout.h"
+#include "base/formats/inflate.h"
 
 namespace Oxa_1_1::formats
 {
@@ -69,6 +70,28 @@ bool ElfFile::hasSection(std::string_view name) const
             return !isThere;
         });
     return isThere;
+}
+
+Bytes ElfFile::section(std::string_view name, std::vector<std::byte>& unpacked) const
+{
+    Bytes found;
+    bool isPacked = false;
+    const auto take = [&](const elf::SectionHeader& section, std::string_view sectionName)
+    {
+        if (sectionName != name || section.sh_type == elf::SHT_NOBITS) return true;
+        if (section.sh_offset > m_bytes.size() || section.sh_size > m_bytes.size() - section.sh_offset) return false;
+        found = std::as_bytes(m_bytes.subspan(section.sh_offset, section.sh_size));
+        isPacked = (section.sh_flags & elf::SHF_COMPRESSED) != 0;
+        return false;
+    };
+    forEachSection(take);
+    if (!isPacked) return found;
+    elf::CompressionHeader head{};
+    if (found.size() < sizeof head) return {};
+    std::memcpy(&head, found.data(), sizeof head);
+    if (head.ch_type != elf::ELFCOMPRESS_ZLIB) return {};
+    unpacked = inflate(found.subspan(sizeof head), head.ch_size);
+    return unpacked;
 }
 
 std::string ElfFile::buildId() const

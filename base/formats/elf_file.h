@@ -5,6 +5,9 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "base/formats/bytes.h"
 
 namespace Oxa_1_1::formats
 {
@@ -18,6 +21,8 @@ class ElfFile
 
     bool isValid() const { return m_isValid; }
     bool hasSection(std::string_view name) const;
+    /// What a section holds; empty without one. What is packed in the file is unpacked to `unpacked`.
+    Bytes section(std::string_view name, std::vector<std::byte>& unpacked) const;
     /// The identification of the build, in hexadecimal digits; empty when there is none.
     std::string buildId() const;
 

@@ -46,6 +46,20 @@ struct SectionHeader
 };
 static_assert(sizeof(SectionHeader) == 64);
 
+/// The section begins with a head of its own, and is packed behind it.
+inline constexpr std::uint64_t SHF_COMPRESSED = 0x800;
+
+struct CompressionHeader
+{
+    std::uint32_t ch_type;
+    std::uint32_t ch_reserved;
+    std::uint64_t ch_size;
+    std::uint64_t ch_addralign;
+};
+static_assert(sizeof(CompressionHeader) == 24);
+
+inline constexpr std::uint32_t ELFCOMPRESS_ZLIB = 1;
+
 inline constexpr std::uint32_t SHT_SYMTAB = 2;
 inline constexpr std::uint32_t SHT_NOBITS = 8;
 inline constexpr std::uint32_t SHT_DYNSYM = 11;

@@ -15,8 +15,6 @@ namespace Oxa_1_1::formats
 namespace
 {
 
-constexpr std::uint32_t ANSI_CODE_PAGE = 0;
-
 bool isBlank(Char c) { return c == ' ' || c == '\t'; }
 bool isLineBreak(Char c) { return c == '\r' || c == '\n'; }
 

@@ -17,7 +17,7 @@ namespace Oxa_1_1
 namespace
 {
 
-constexpr unsigned short PRIMARY_LANGUAGE = 0x3FF;
+constexpr unsigned short PRIMARY_PART = 0x3FF;
 
 /// The language of each module that was translated. Filled while modules are loaded, one at a time, and there until the
 /// last of them is gone: that may be after the end of static objects.
@@ -75,7 +75,7 @@ class TranslationSearch
             return true;
         }
         if (tryLanguage(candidate)) return true;
-        const auto primary = static_cast<unsigned short>(candidate.langId & PRIMARY_LANGUAGE);
+        const auto primary = static_cast<unsigned short>(candidate.langId & PRIMARY_PART);
         return primary != candidate.langId && tryLanguage({primary, candidate.source});
     }
 
@@ -149,9 +149,9 @@ HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
     const LanguageAttempt* const found = search.found();
     if (found == nullptr) return module;
 
-    if (langId == ANY_LANGUAGE) langId = found->langId;
-    if (langId < ANY_LANGUAGE && module == platform::programModule()) platform::setControlsLanguage(langId);
-    recordLanguage(module, langId);
+    // The one that was found, which is not always the one that was asked for.
+    if (module == platform::programModule()) platform::setControlsLanguage(found->langId);
+    recordLanguage(module, found->langId);
     return platform::loadDataFile(found->path);
 }
 

@@ -6,6 +6,13 @@
 namespace Oxa_1_1
 {
 
+namespace
+{
+
+OXA_MADE_FIRST const ModuleEntry::Early early;
+
+}  // namespace
+
 bool attachModule(HINSTANCE handle, std::span<const std::byte> compiledScript)
 {
     return ModuleEntry::attach(handle, compiledScript) && platform::attachExtension(handle);

@@ -1,5 +1,7 @@
 #include "base/module/module.h"
 
+#include <utility>
+
 #include "base/module/detail/language_choice.h"
 #include "base/module/detail/module_file.h"
 #include "base/module/language.h"
@@ -63,6 +65,7 @@ bool Module::internalInit(HINSTANCE handle)
     m_instance = handle;
     const HINSTANCE translation = LoadTranslationDLL(handle, ANY_LANGUAGE);
     m_resourceInstance = translation != nullptr ? translation : handle;
+    m_isTranslated = m_resourceInstance != handle;
 
     Text path = platform::moduleFileName(handle);
     if (Text longPath = platform::longPathName(path); !longPath.empty()) path = std::move(longPath);
@@ -90,12 +93,24 @@ void Module::internalTerm()
 
 void Module::terminate()
 {
-    // Only an initialised module still holds its translation; the handle keeps its value.
-    if (m_initialized) FreeTranslationDLL(m_instance, m_resourceInstance);
+    // The handle keeps its value, though nothing is looked for there any more.
+    if (std::exchange(m_isTranslated, false)) FreeTranslationDLL(m_instance, m_resourceInstance);
     m_symbols.reset();
     for (const uZClass* c : uZClass::allClasses())
         if (c->module == this) c->clearClassStatics();
     m_initialized = false;
+}
+
+const Module* Module::find(const String& name) noexcept
+{
+    for (const Module& module : all())
+        if (module.getModuleName().compareIgnoreCase(name) == 0) return &module;
+    return nullptr;
+}
+
+HINSTANCE Module::resourcesFrom(bool useTranslation) const noexcept
+{
+    return useTranslation && m_isTranslated ? m_resourceInstance : m_instance;
 }
 
 const String& Module::getModuleName() const noexcept { return m_name != nullptr ? *m_name : String::EMPTY; }
@@ -112,6 +127,7 @@ struct Module::Layout
     static_assert(offsetof(Module, m_next) == 0);
     static_assert(offsetof(Module, m_prev) == WORD);
     static_assert(offsetof(Module, m_initialized) == 2 * WORD);
+    static_assert(offsetof(Module, m_isTranslated) == 2 * WORD + 1);
     static_assert(offsetof(Module, m_instance) == 3 * WORD);
     static_assert(offsetof(Module, m_resourceInstance) == 4 * WORD);
     static_assert(offsetof(Module, m_name) == 5 * WORD);

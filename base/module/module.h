@@ -4,6 +4,9 @@
 #include <istream>
 #include <iterator>
 #include <memory>
+#include <optional>
+#include <ranges>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -40,7 +43,8 @@ class OXA_API Module
 
     /// The handle of the module itself; null before it is initialised for the first time.
     HINSTANCE getInstance() const noexcept { return m_instance; }
-    /// The handle that resources are taken from first: of the translation, or of the module when it has none.
+    /// The handle that resources are taken from first: of the translation, or of the module when it has none. A
+    /// terminated module keeps it, though its translation is gone; resources are taken from the module itself then.
     HINSTANCE getResourceInstance() const noexcept { return m_resourceInstance; }
     /// The base name of the module's file; empty before the module is initialised.
     const String& getModuleName() const noexcept;
@@ -76,6 +80,17 @@ class OXA_API Module
     std::unique_ptr<std::istream> loadResource(unsigned int id, const Char* type, bool useTranslation = true) const;
     /// @}
 
+    /// The bytes of the resource that findResource() finds, valid while the module is loaded; none when there is none
+    /// or it is empty.
+    /// @{
+    std::span<const std::byte> resourceBytes(const String& name, const Char* type, bool useTranslation = true,
+                                             DWORD* lcid = nullptr) const;
+    std::span<const std::byte> resourceBytes(unsigned int id, const Char* type, bool useTranslation = true,
+                                             DWORD* lcid = nullptr) const;
+    /// @}
+    /// The entry of the string table, of the translation or else of the module; none when it is missing or empty.
+    std::optional<String> loadText(unsigned int id) const;
+
     /// All bytes of a resource, which must be there and not empty.
     std::string loadStringResource(const String& name, const Char* type, bool useTranslation = true) const;
 
@@ -88,7 +103,9 @@ class OXA_API Module
     static std::reverse_iterator<const_iterator> rbegin() noexcept;
     static std::reverse_iterator<const_iterator> rend() noexcept;
     /// @}
-    /// All modules for range-for, in the order of registration or in reverse.
+    /// The first module of that name, compared without case; null when there is none.
+    static const Module* find(const String& name) noexcept;
+    /// All modules for range-for and the algorithms of std::ranges, in the order of registration or in reverse.
     /// @{
     static Range all() noexcept;
     static ReverseRange allReversed() noexcept;
@@ -103,6 +120,7 @@ class OXA_API Module
 
    private:
     friend class ModuleEntry;
+    friend class ScopedResourceDomain;
 
     Module() noexcept;
     ~Module();
@@ -113,15 +131,20 @@ class OXA_API Module
     OXA_HIDDEN void terminate();
     OXA_HIDDEN std::pair<HINSTANCE, HRSRC> findResourceImpl(const Char* name, const Char* type, bool useTranslation,
                                                             DWORD* lcid) const;
+    OXA_HIDDEN std::span<const std::byte> resourceBytesImpl(const Char* name, const Char* type, bool useTranslation,
+                                                            DWORD* lcid) const;
     OXA_HIDDEN std::pair<void*, DWORD> getResourceImpl(const Char* name, const Char* type, bool useTranslation,
                                                        DWORD* lcid) const;
     OXA_HIDDEN std::unique_ptr<std::istream> loadResourceImpl(const Char* name, const Char* type,
                                                               bool useTranslation) const;
+    OXA_HIDDEN HINSTANCE resourcesFrom(bool useTranslation) const noexcept;
     struct Layout;
 
     Module* m_next = nullptr;
     Module* m_prev = nullptr;
     bool m_initialized = false;
+    // Whether m_resourceInstance is a translation that is still loaded: the handle outlives it.
+    bool m_isTranslated = false;
     HINSTANCE m_instance = nullptr;
     HINSTANCE m_resourceInstance = nullptr;
     std::unique_ptr<String> m_name;
@@ -184,25 +207,82 @@ class Module::const_iterator
     const Module* m_module = nullptr;
 };
 
-/// The list as a range, in the order of registration.
+/// The list as a range of the standard library, in the order of registration.
 class Module::Range
 {
    public:
+    /// As const_iterator, but with the postfix forms and the distances that algorithms expect.
+    class iterator
+    {
+       public:
+        /// What algorithms ask for.
+        /// @{
+        using iterator_category = std::bidirectional_iterator_tag;
+        using value_type = Module;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const Module*;
+        using reference = const Module&;
+        /// @}
+
+        /// At the end.
+        iterator() noexcept = default;
+        /// At the place of another.
+        explicit iterator(const_iterator place) noexcept : m_place(place) {}
+
+        /// The module, and the steps to its neighbours.
+        /// @{
+        reference operator*() const noexcept { return *m_place; }
+        pointer operator->() const noexcept { return &*m_place; }
+        iterator& operator++() noexcept
+        {
+            ++m_place;
+            return *this;
+        }
+        iterator operator++(int) noexcept
+        {
+            const iterator before = *this;
+            ++m_place;
+            return before;
+        }
+        iterator& operator--() noexcept
+        {
+            --m_place;
+            return *this;
+        }
+        iterator operator--(int) noexcept
+        {
+            const iterator before = *this;
+            --m_place;
+            return before;
+        }
+        friend bool operator==(const iterator& a, const iterator& b) noexcept { return a.m_place == b.m_place; }
+        /// @}
+
+       private:
+        const_iterator m_place;
+    };
+
     /// For range-for.
     /// @{
-    const_iterator begin() const noexcept { return Module::begin(); }
-    const_iterator end() const noexcept { return Module::end(); }
+    static iterator begin() noexcept { return iterator(Module::begin()); }
+    static iterator end() noexcept { return {}; }
     /// @}
 };
 
-/// The list as a range, the newest first.
+/// The list as a range of the standard library, the newest first.
 class Module::ReverseRange
 {
    public:
     /// For range-for.
     /// @{
-    std::reverse_iterator<const_iterator> begin() const noexcept { return Module::rbegin(); }
-    std::reverse_iterator<const_iterator> end() const noexcept { return Module::rend(); }
+    static std::reverse_iterator<Range::iterator> begin() noexcept
+    {
+        return std::reverse_iterator<Range::iterator>(Range::end());
+    }
+    static std::reverse_iterator<Range::iterator> end() noexcept
+    {
+        return std::reverse_iterator<Range::iterator>(Range::begin());
+    }
     /// @}
 };
 
@@ -210,3 +290,15 @@ class Module::ReverseRange
 OXA_API const Module& getThisModule();
 
 }  // namespace Oxa_1_1
+
+/// The ranges hold nothing: they are copied freely, and their iterators outlive them.
+/// @{
+template <>
+inline constexpr bool std::ranges::enable_view<Oxa_1_1::Module::Range> = true;
+template <>
+inline constexpr bool std::ranges::enable_view<Oxa_1_1::Module::ReverseRange> = true;
+template <>
+inline constexpr bool std::ranges::enable_borrowed_range<Oxa_1_1::Module::Range> = true;
+template <>
+inline constexpr bool std::ranges::enable_borrowed_range<Oxa_1_1::Module::ReverseRange> = true;
+/// @}

@@ -43,12 +43,16 @@ class ModuleEntry
         return record().internalInit(handle);
     }
 
-    /// Terminates the record; nothing happens when it is not initialised.
-    OXA_HIDDEN static void detach()
+    /// Makes the record at once. The start-up code does so first of all, so that the record is there until the last
+    /// static object of the module is gone.
+    struct Early
     {
-        record().internalTerm();
-        withdrawModuleResources(record().m_instance);
-    }
+        OXA_HIDDEN Early() { record(); }
+    };
+
+    /// Terminates the record; nothing happens when it is not initialised. The resources stay until the record is
+    /// destroyed, so that the destructors of static objects still have texts.
+    OXA_HIDDEN static void detach() { record().internalTerm(); }
 };
 
 /// The record of the module that the call is compiled into.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "base/module/detail/memory_stream.h"
 #include "base/module/module.h"
@@ -71,7 +72,7 @@ std::pair<HINSTANCE, HRSRC> Module::findResourceImpl(const Char* name, const Cha
                                                      DWORD* lcid) const
 {
     if (name == nullptr) return {};
-    const HINSTANCE module = useTranslation ? m_resourceInstance : m_instance;
+    const HINSTANCE module = resourcesFrom(useTranslation);
     const HRSRC found = platform::findResource(module, type, name);
     if (found == nullptr)
         return useTranslation ? findResourceImpl(name, type, false, lcid) : std::pair<HINSTANCE, HRSRC>();
@@ -89,12 +90,29 @@ HINSTANCE Module::findResource(unsigned int id, const Char* type, bool useTransl
     return findResourceImpl(resourceNumber(id), type, useTranslation, lcid).first;
 }
 
+std::span<const std::byte> Module::resourceBytesImpl(const Char* name, const Char* type, bool useTranslation,
+                                                     DWORD* lcid) const
+{
+    const auto [module, resource] = findResourceImpl(name, type, useTranslation, lcid);
+    return resource != nullptr ? platform::resourceBytes(module, resource) : std::span<const std::byte>();
+}
+
+std::span<const std::byte> Module::resourceBytes(const String& name, const Char* type, bool useTranslation,
+                                                 DWORD* lcid) const
+{
+    return resourceBytesImpl(name.stringPath(), type, useTranslation, lcid);
+}
+
+std::span<const std::byte> Module::resourceBytes(unsigned int id, const Char* type, bool useTranslation,
+                                                 DWORD* lcid) const
+{
+    return resourceBytesImpl(resourceNumber(id), type, useTranslation, lcid);
+}
+
 std::pair<void*, DWORD> Module::getResourceImpl(const Char* name, const Char* type, bool useTranslation,
                                                 DWORD* lcid) const
 {
-    const auto [module, resource] = findResourceImpl(name, type, useTranslation, lcid);
-    if (resource == nullptr) return {};
-    const std::span<const std::byte> bytes = platform::resourceBytes(module, resource);
+    const std::span<const std::byte> bytes = resourceBytesImpl(name, type, useTranslation, lcid);
     if (bytes.empty()) return {};
     return {const_cast<std::byte*>(bytes.data()), static_cast<DWORD>(bytes.size())};
 }
@@ -137,13 +155,17 @@ std::string Module::loadStringResource(const String& name, const Char* type, boo
     return {std::istreambuf_iterator<char>(*stream), {}};
 }
 
+std::optional<String> Module::loadText(unsigned int id) const
+{
+    Text text = platform::loadString(resourcesFrom(true), id);
+    if (text.empty() && m_isTranslated) text = platform::loadString(m_instance, id);
+    return text.empty() ? std::nullopt : std::optional<String>(std::move(text));
+}
+
 String String::loadFromResource(unsigned int id, const Module& module)
 {
-    Text text = platform::loadString(module.getResourceInstance(), id);
-    if (text.empty() && module.getResourceInstance() != module.getInstance())
-        text = platform::loadString(module.getInstance(), id);
-    if (text.empty()) return OXA_TEXT("Error loading string resource!");
-    return text;
+    std::optional<String> text = module.loadText(id);
+    return text ? *std::move(text) : String(OXA_TEXT("Error loading string resource!"));
 }
 
 }  // namespace Oxa_1_1

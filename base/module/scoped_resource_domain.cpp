@@ -8,7 +8,7 @@ namespace Oxa_1_1
 ScopedResourceDomain::ScopedResourceDomain(const Module& module, bool useTranslation)
     : m_saved(platform::currentResourceHandle())
 {
-    platform::setCurrentResourceHandle(useTranslation ? module.getResourceInstance() : module.getInstance());
+    platform::setCurrentResourceHandle(module.resourcesFrom(useTranslation));
 }
 
 ScopedResourceDomain::~ScopedResourceDomain() { platform::setCurrentResourceHandle(m_saved); }

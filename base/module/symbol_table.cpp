@@ -63,6 +63,33 @@ std::optional<unsigned int> readNumber(TextView text)
     return static_cast<unsigned int>(value);
 }
 
+/// Keeps a stream from throwing within a scope; what it would have thrown for meanwhile shows in its state alone.
+class ScopedQuiet
+{
+   public:
+    explicit ScopedQuiet(std::istream& stream) : m_stream(stream), m_exceptions(stream.exceptions())
+    {
+        stream.exceptions(std::ios::goodbit);
+    }
+    ScopedQuiet(const ScopedQuiet&) = delete;
+    ScopedQuiet& operator=(const ScopedQuiet&) = delete;
+    ~ScopedQuiet()
+    {
+        // To give the flags back means to throw for what has happened.
+        try
+        {
+            m_stream.exceptions(m_exceptions);
+        }
+        catch (const std::ios::failure&)
+        {
+        }
+    }
+
+   private:
+    std::istream& m_stream;
+    std::ios::iostate m_exceptions;
+};
+
 /// Names end at their first zero, as everywhere in comparisons.
 TextView upToZero(TextView text) { return text.substr(0, text::findUnit(text.data(), text.size(), 0)); }
 
@@ -73,6 +100,8 @@ OXA_CONSTINIT const SymbolTable SymbolTable::EMPTY;
 bool SymbolTable::parseHeaderFile(std::istream& in)
 {
     if (in.fail() && !in.eof()) return false;
+    // A stream that throws at the end of the file would hide that all was well.
+    const ScopedQuiet quiet(in);
     bool ok = true;
     Text text;
     for (std::string line; std::getline(in, line);)

@@ -1,29 +1,68 @@
 #include "base/object/base_node.h"
 
+#include <chrono>
 #include <cstddef>
+#include <thread>
 #include <type_traits>
+#include <utility>
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
+#include "base/platform/never_destroyed.h"
 
 namespace Oxa_1_1
 {
 
-// The last owner must not touch the node once its reference is dropped: a watcher may revive the node in between, drop
-// it again and so destroy it. Hence a reference that seems to be the last is dropped under the mutex of the handle,
-// in one step with giving up the node. Until then the owner's own reference keeps node and handle alive.
+// Who drops the last reference still needs the node, to give it up and to destroy it. Were a watcher to revive it
+// meanwhile, and to drop it again, the node would be gone too early. Hence nobody revives a node that has been owned:
+// its last owner destroys it, whatever comes between. A counter of 0 is no end for a node that nobody has owned yet.
+
+/// Has the handle for itself. Mostly nobody else wants it, and then to release it is a plain store, which a mutex
+/// cannot do. Of those who wait all but one sleep in the mutex.
+class WeakHandle::Guard
+{
+   public:
+    explicit Guard(WeakHandle& handle) : m_handle(handle)
+    {
+        if (!take()) wait();
+    }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+    ~Guard() { m_handle.m_isBusy.store(false, std::memory_order_release); }
+
+   private:
+    bool take() { return !m_handle.m_isBusy.exchange(true, std::memory_order_acquire); }
+
+    void wait()
+    {
+        const std::lock_guard queue(m_handle.m_mutex);
+        // Whoever has the handle needs a few instructions more, unless it was put to sleep among them.
+        constexpr int PATIENCE = 64;
+        for (int i = 0; !take(); ++i)
+            if (i < PATIENCE)
+                std::this_thread::yield();
+            else
+                std::this_thread::sleep_for(std::chrono::microseconds(50));
+    }
+
+    WeakHandle& m_handle;
+};
 
 SmartPtr<BaseNode> WeakHandle::lock()
 {
-    const std::lock_guard guard(m_mutex);
+    const Guard guard(*this);
     if (m_node == nullptr) return {};
-    m_node->ref();
+    if (m_node->m_counter++ == 0 && m_isOwned.exchange(true, std::memory_order_relaxed))
+    {
+        --m_node->m_counter;
+        return {};
+    }
     return SmartPtr<BaseNode>::adopt(m_node);
 }
 
 bool WeakHandle::tryDestroy()
 {
-    const std::lock_guard guard(m_mutex);
+    const Guard guard(*this);
     if (m_node == nullptr) return false;
     const unsigned int count = m_node->m_counter;
     if (count != 0 && count != BaseNode::DEAD) return false;
@@ -33,7 +72,11 @@ bool WeakHandle::tryDestroy()
 
 BaseNode::BaseNode() : m_handle(std::make_shared<WeakHandle>(this)) {}
 
-BaseNode::~BaseNode() = default;
+BaseNode::~BaseNode()
+{
+    // One that its last owner destroys has been given up already.
+    if (m_counter != DEAD) m_handle->giveUp();
+}
 
 void BaseNode::validityCheck(unsigned int) const noexcept {}
 
@@ -47,41 +90,24 @@ const uZClass* BaseNode::Class()
         BaseClass() : CreateableUZClass(OXA_TEXT("BaseNode"), getThisModule(), ClassVersion()) {}
         SmartPtr<BaseNode> create() const override { return makeNode<BaseNode>(); }
     };
-    static const BaseClass record;
-    return &record;
+    static const platform::NeverDestroyed<BaseClass> record;
+    return &record.get();
 }
 
-void BaseNode::unrefContended(unsigned int count) const noexcept
+void BaseNode::destroy() const noexcept
 {
-    for (;;)
-    {
-        if (count != 1)
-        {
-            if (m_counter.compareExchange(count, count - 1)) return;
-            continue;
-        }
-        switch (m_handle->dropLast(m_counter))
-        {
-            case WeakHandle::Drop::LAST:
-                m_counter = DEAD;
-                delete this;
-                return;
-            case WeakHandle::Drop::ORPHANED:
-                return;
-            case WeakHandle::Drop::REFUSED:
-                count = m_counter;
-        }
-    }
+    if (!m_handle->giveUp()) return;
+    // Nobody else reaches it any more, so that a plain copy will do.
+    m_counter = InterlockedCounter(static_cast<int>(DEAD));
+    delete this;
 }
 
-WeakHandle::Drop WeakHandle::dropLast(InterlockedCounter& counter)
+bool WeakHandle::giveUp() noexcept
 {
-    const std::lock_guard guard(m_mutex);
-    unsigned int count = 1;
-    if (!counter.compareExchange(count, 0)) return Drop::REFUSED;
-    if (m_node == nullptr) return Drop::ORPHANED;
-    m_node = nullptr;
-    return Drop::LAST;
+    // Without watchers nobody else can come by.
+    if (!m_isWatched.load(std::memory_order_relaxed)) return std::exchange(m_node, nullptr) != nullptr;
+    const Guard guard(*this);
+    return std::exchange(m_node, nullptr) != nullptr;
 }
 
 /// Modules that were built separately rely on these places.

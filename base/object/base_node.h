@@ -46,7 +46,11 @@ class OXA_API BaseNode : public VisitorCore
     /// The number of owners, for diagnostics: it may be outdated at once. DEAD while the node is being destroyed.
     unsigned int getRefCounter() const noexcept { return m_counter; }
     /// What watches the node without owning it: the same handle for all who ask.
-    std::weak_ptr<WeakHandle> getWeakHandle() const noexcept { return m_handle; }
+    std::weak_ptr<WeakHandle> getWeakHandle() const noexcept
+    {
+        m_handle->m_isWatched.store(true, std::memory_order_relaxed);
+        return m_handle;
+    }
 
     /// Name and version of the node's class, as its record has them.
     /// @{
@@ -57,6 +61,12 @@ class OXA_API BaseNode : public VisitorCore
     const Module& getCodeModule() const { return *getClassType()->module; }
     /// Whether the node's class is `other` or derived from it; false for null.
     bool isKindOf(const uZClass* other) const { return getClassType()->isDerivedFrom(other); }
+    /// The same for the class of a T.
+    template <class T>
+    bool isKindOf() const
+    {
+        return isKindOf(T::Class());
+    }
 
     /// A hook for debug builds of clients; does nothing here.
     void validityCheck(unsigned int tag) const noexcept;
@@ -66,13 +76,15 @@ class OXA_API BaseNode : public VisitorCore
     friend class SmartPtr;
     friend class WeakHandle;
 
-    void ref() const noexcept { ++m_counter; }
+    void ref() const noexcept
+    {
+        if (m_counter++ == 0) m_handle->m_isOwned.store(true, std::memory_order_relaxed);
+    }
     void unref() const noexcept
     {
-        unsigned int count = m_counter;
-        if (count == 1 || !m_counter.compareExchange(count, count - 1)) unrefContended(count);
+        if (--m_counter == 0) destroy();
     }
-    void unrefContended(unsigned int count) const noexcept;
+    void destroy() const noexcept;
     struct Layout;
 
     std::shared_ptr<WeakHandle> m_handle;

@@ -1,9 +1,11 @@
 #include "base/object/info_string_map.h"
 
 #include <memory>
+#include <utility>
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
+#include "base/platform/never_destroyed.h"
 
 namespace Oxa_1_1
 {
@@ -22,12 +24,24 @@ class InfoStringMap::ClassCreator final : public CreateableUZClass<InfoStringMap
 
 InfoStringMap::~InfoStringMap() = default;
 
+InfoStringMap::InfoStringMap(InfoStringMap&& other) noexcept
+    : ObserverInfo(other), m_infos(std::exchange(other.m_infos, {}))
+{
+}
+
+InfoStringMap& InfoStringMap::operator=(InfoStringMap&& other) noexcept
+{
+    ObserverInfo::operator=(other);
+    if (this != &other) m_infos = std::exchange(other.m_infos, {});
+    return *this;
+}
+
 const uZClass* InfoStringMap::getClassType() const { return Class(); }
 
 const uZClass* InfoStringMap::Class()
 {
-    static const ClassCreator record;
-    return &record;
+    static const platform::NeverDestroyed<ClassCreator> record;
+    return &record.get();
 }
 
 template <>
@@ -41,6 +55,10 @@ const String& InfoStringMap::getInfoByKey(const String& key) const
     const auto found = m_infos.find(key);
     return found != m_infos.end() ? found->second : String::EMPTY;
 }
+
+bool InfoStringMap::contains(const String& key) const { return m_infos.find(key) != m_infos.end(); }
+
+bool InfoStringMap::remove(const String& key) { return m_infos.erase(key) != 0; }
 
 void InfoStringMap::setInfos(const Map& infos)
 {

@@ -24,6 +24,11 @@ class OXA_API InfoStringMap : public ObserverInfo
     InfoStringMap(Map infos) : m_infos(std::move(infos)) {}
     InfoStringMap(const InfoStringMap&) = default;
     InfoStringMap& operator=(const InfoStringMap&) = default;
+    /// Leaves the other without entries.
+    /// @{
+    InfoStringMap(InfoStringMap&& other) noexcept;
+    InfoStringMap& operator=(InfoStringMap&& other) noexcept;
+    /// @}
 
     /// The class record "InfoStringMap", derived from "ObserverInfo".
     static const uZClass* Class();
@@ -36,6 +41,10 @@ class OXA_API InfoStringMap : public ObserverInfo
 
     /// The value under `key`; an empty text when there is none.
     const String& getInfoByKey(const String& key) const;
+    /// Whether there is an entry under `key`.
+    bool contains(const String& key) const;
+    /// Takes the entry under `key` out, and says whether there was one.
+    bool remove(const String& key);
     /// All entries in the order of their keys. Valid until the next change.
     const Map& getInfos() const noexcept { return m_infos; }
     /// The number of entries.

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <cstdint>
 
+#include "base/export.h"
+
 namespace Oxa_1_1
 {
 

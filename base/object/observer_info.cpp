@@ -4,6 +4,7 @@
 
 #include "base/module/module.h"
 #include "base/object/creatable_class.h"
+#include "base/platform/never_destroyed.h"
 
 namespace Oxa_1_1
 {
@@ -20,8 +21,8 @@ const uZClass* ObserverInfo::Class()
         BaseClass() : CreateableUZClass(OXA_TEXT("ObserverInfo"), getThisModule(), ClassVersion()) {}
         std::shared_ptr<ObserverInfo> create() const override { return std::make_shared<ObserverInfo>(); }
     };
-    static const BaseClass record;
-    return &record;
+    static const platform::NeverDestroyed<BaseClass> record;
+    return &record.get();
 }
 
 }  // namespace Oxa_1_1

@@ -6,11 +6,12 @@
 #include <functional>
 #include <utility>
 
+#include "base/export.h"
+
 namespace Oxa_1_1
 {
 
 class BaseNode;
-class WeakHandle;
 
 /// Owns one reference of a node (a class derived from BaseNode), or is empty. The node is destroyed when its last
 /// owner lets go of it.
@@ -42,6 +43,15 @@ class SmartPtr
     requires std::convertible_to<U*, T*> SmartPtr(SmartPtr<U>&& other)
     noexcept : m_node(std::exchange(other.m_node, nullptr)) {}
     /// @}
+    /// Takes over a reference that is counted already: of detach(), or of another language's binding.
+    static SmartPtr adopt(T* node) noexcept
+    {
+        SmartPtr result;
+        result.m_node = node;
+        return result;
+    }
+    /// Hands the reference over to the caller, who has to adopt() it again; empty from then on.
+    [[nodiscard]] T* detach() noexcept { return std::exchange(m_node, nullptr); }
     /// Destroys the node if this was its last owner.
     ~SmartPtr() { unref(); }
 
@@ -84,15 +94,7 @@ class SmartPtr
    private:
     template <class U>
     friend class SmartPtr;
-    friend class WeakHandle;
 
-    /// Takes over a reference that is counted already.
-    static SmartPtr adopt(T* node) noexcept
-    {
-        SmartPtr result;
-        result.m_node = node;
-        return result;
-    }
     // Dependent on T, so that a SmartPtr of a class that is only declared can be named.
     template <class>
     struct Root
@@ -146,6 +148,13 @@ template <class T, class U>
 SmartPtr<T> dynamicPointerCast(const SmartPtr<U>& node) noexcept
 {
     return dynamic_cast<T*>(node.get());
+}
+
+/// The node without (or with) its const.
+template <class T, class U>
+SmartPtr<T> constPointerCast(const SmartPtr<U>& node) noexcept
+{
+    return const_cast<T*>(node.get());
 }
 
 /// A new node with its first owner.

@@ -1,5 +1,9 @@
 #include "base/object/uz_class.h"
 
+#include <algorithm>
+
+#include "base/platform/modules/run_time_type.h"
+
 namespace Oxa_1_1
 {
 
@@ -26,6 +30,17 @@ bool stepPreOrder(const uZClass* top, const uZClass*& it) noexcept
     return it != nullptr;
 }
 
+/// The same below a class, for cursors from anywhere.
+bool stepBelow(const uZClass& top, const uZClass*& it) noexcept
+{
+    if (it != nullptr && !it->isDerivedFrom(&top))
+    {
+        it = nullptr;
+        return false;
+    }
+    return stepPreOrder(&top, it);
+}
+
 bool stepSibling(const uZClass* first, const uZClass*& it) noexcept
 {
     it = it == nullptr ? first : it->nextSibling;
@@ -43,6 +58,12 @@ uZClass::uZClass(const Char* className, const uZClass* baseClass, const Module& 
                  const ClassVersion& classVersion)
     : name(className), base(baseClass), module(&definingModule), version(classVersion), nextSibling(listHead())
 {
+    if (base != nullptr)
+    {
+        m_depth = base->m_depth + 1;
+        std::copy(std::begin(base->m_line), std::end(base->m_line), std::begin(m_line));
+    }
+    if (m_depth < LINE) m_line[m_depth] = this;
     listHead() = this;
 }
 
@@ -52,6 +73,22 @@ uZClass::~uZClass()
     while (*link != this) link = &(*link)->nextSibling;
     *link = nextSibling;
 }
+
+bool uZClass::isDerivedFromDeep(const uZClass* other) const noexcept
+{
+    const uZClass* c = this;
+    while (c != nullptr && c->m_depth > other->m_depth) c = c->base;
+    return c == other;
+}
+
+const uZClass* uZClass::find(TextView wanted) noexcept
+{
+    for (const uZClass* c : allClasses())
+        if (c->name == wanted) return c;
+    return nullptr;
+}
+
+bool uZClass::hasRunTimeType(const uZClass& record) noexcept { return platform::hasRunTimeType(&record); }
 
 void uZClass::initClassStatics() const {}
 
@@ -66,11 +103,11 @@ bool uZClass::iterateAllClasses(const uZClass*& it) noexcept { return stepPreOrd
 
 bool uZClass::iterateChildClasses(const uZClass*& it) const noexcept { return stepSibling(firstChild, it); }
 
-bool uZClass::iterateDerivedClasses(const uZClass*& it) const noexcept { return stepPreOrder(this, it); }
+bool uZClass::iterateDerivedClasses(const uZClass*& it) const noexcept { return stepBelow(*this, it); }
 
 bool uZClass::iterateLeafClasses(const uZClass*& it) const noexcept
 {
-    while (stepPreOrder(this, it))
+    while (stepBelow(*this, it))
         if (it->firstChild == nullptr) return true;
     return false;
 }

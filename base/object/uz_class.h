@@ -119,10 +119,16 @@ class OXA_API uZClass
     /// Whether this class is `other` or derived from it; false for null.
     bool isDerivedFrom(const uZClass* other) const noexcept
     {
-        for (const uZClass* c = this; c != nullptr; c = c->base)
-            if (c == other) return true;
-        return false;
+        if (other == nullptr) return false;
+        return other->m_depth < LINE ? m_line[other->m_depth] == other : isDerivedFromDeep(other);
     }
+
+    /// The class of that name, the first that a walk of all classes comes by; null when there is none.
+    static const uZClass* find(TextView name) noexcept;
+
+    /// Whether the language itself knows the type of a record at run time: false for one of a module that was built
+    /// without such types (-fno-rtti), which cannot be cast.
+    static bool hasRunTimeType(const uZClass& record) noexcept;
 
     // ---- Walks --------------------------------------------------------------------------------------------------
 
@@ -133,7 +139,7 @@ class OXA_API uZClass
     static bool iterateAllClasses(const uZClass*& it) noexcept;
     /// The direct derived classes.
     bool iterateChildClasses(const uZClass*& it) const noexcept;
-    /// All classes below this one.
+    /// All classes below this one. From a cursor that is none of them the walk ends, here and for the leaves.
     bool iterateDerivedClasses(const uZClass*& it) const noexcept;
     /// Those classes below this one that have no derived classes.
     bool iterateLeafClasses(const uZClass*& it) const noexcept;
@@ -171,7 +177,16 @@ class OXA_API uZClass
 
    private:
     OXA_HIDDEN const uZClass*& listHead() const noexcept;
+    bool isDerivedFromDeep(const uZClass* other) const noexcept;
     struct Layout;
+
+    /// The ancestors from the root to the class itself, so that one of them is told by a look at its depth. What lies
+    /// deeper than the line is long has to be walked to.
+    /// @{
+    static constexpr std::uint32_t LINE = 8;
+    std::uint32_t m_depth = 0;
+    const uZClass* m_line[LINE] = {};
+    /// @}
 };
 
 }  // namespace Oxa_1_1

@@ -3,6 +3,8 @@
 #include <concepts>
 #include <type_traits>
 
+#include "base/export.h"
+
 namespace Oxa_1_1
 {
 

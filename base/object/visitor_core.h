@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/export.h"
+
 namespace Oxa_1_1
 {
 

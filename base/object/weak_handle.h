@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <mutex>
 
 #include "base/export.h"
@@ -9,7 +10,6 @@ namespace Oxa_1_1
 {
 
 class BaseNode;
-class InterlockedCounter;
 
 /// Stands for a node without keeping it alive. Every node has one, shared by all who watch the node:
 ///
@@ -35,18 +35,21 @@ class OXA_API WeakHandle
 
    private:
     friend class BaseNode;
+    class OXA_HIDDEN Guard;
 
-    enum class Drop
-    {
-        LAST,      // Dropped and the node given up: the caller destroys it.
-        ORPHANED,  // Dropped, but the node had been given up before.
-        REFUSED    // Others have taken references meanwhile; the caller still owns its own.
-    };
-    /// Drops a reference that was the only one when its owner looked.
-    OXA_HIDDEN Drop dropLast(InterlockedCounter& counter);
+    /// Gives the node up, whatever its counter says; false when it had been given up before.
+    OXA_HIDDEN bool giveUp() noexcept;
 
     BaseNode* m_node;
+    // Those who find the handle busy line up here.
     std::mutex m_mutex;
+    std::atomic<bool> m_isBusy = false;
+    /// Whether the node has had an owner, and whether anybody has asked for this handle. Each is set while the node is
+    /// held, so that who drops the last reference sees it.
+    /// @{
+    std::atomic<bool> m_isOwned = false;
+    std::atomic<bool> m_isWatched = false;
+    /// @}
 };
 
 }  // namespace Oxa_1_1

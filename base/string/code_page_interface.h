@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "base/export.h"
 
@@ -39,6 +40,8 @@ class OXA_API UTF8Interface : public CodePageInterface
 
     /// `data` ends with a zero, or is null for NIL.
     explicit UTF8Interface(const char* data) noexcept : CodePageInterface(data, CODE_PAGE) {}
+    /// A view up to the first zero: `text` is to outlive it. String::fromUTF8() takes embedded zeros, too.
+    explicit UTF8Interface(const std::string& text) noexcept : UTF8Interface(text.c_str()) {}
     UTF8Interface(const UTF8Interface&) = default;
     UTF8Interface& operator=(const UTF8Interface&) = default;
     ~UTF8Interface() override = default;

@@ -3,46 +3,41 @@
 #include <compare>
 #include <concepts>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
+#include <initializer_list>
 #include <iosfwd>
+#include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "base/char.h"
 #include "base/export.h"
 #include "base/string/code_page_interface.h"
+#include "base/string/text_concepts.h"
+
+/// Defined by a program whose narrow text is UTF-8, before this header or on the command line: then narrow text without
+/// a code page never becomes a String by itself, only where String(text) is written out.
+#ifdef OXA_NO_IMPLICIT_ANSI
+#define OXA_ANSI explicit
+#else
+#define OXA_ANSI
+#endif
 
 namespace Oxa_1_1
 {
 
 class Module;
-class String;
-
-/// A standard text or view that a String is compared with where it lies, without a copy.
-template <class T>
-concept TextLike =
-    !std::same_as<T, String> && !std::convertible_to<const T&, const Char*> && std::convertible_to<const T&, TextView>;
-
-/// The host framework's own wide text class, known by its interface.
-template <class T>
-concept FrameworkText = requires(const T& text)
-{
-    {
-        text.GetString()
-        } -> std::convertible_to<const Char*>;
-    {
-        text.GetLength()
-        } -> std::convertible_to<int>;
-};
 
 /// UTF-16 text that is either present (and may be empty) or absent: NIL.
 ///
 /// A value type; copies are deep. Every operation says what it does with NIL; where it does not, NIL reads as the
 /// empty text. Positions and lengths count 16-bit units, so a surrogate pair counts as two. Narrow text without a
 /// code page is in the system's ANSI code page; UTF-8 is passed as a UTF8Interface. Nothing throws for bad text; only
-/// memory that runs out does. Wide literals of either kind (L"...", u"...") are taken on every system.
+/// memory that runs out does. Wide literals of either kind (L"...", u"...") and u8"..." are taken on every system.
 ///
 /// Threads: concurrent reads are safe, a write needs exclusive access.
 class OXA_API String
@@ -82,11 +77,11 @@ class OXA_API String
     /// @}
 
     /// Narrow text of the ANSI code page up to its zero; NIL for null.
-    String(const char* text);
+    OXA_ANSI String(const char* text);
     /// The first min(length, length of `text`) bytes; NIL for null. A negative length counts as 0.
-    String(const char* text, int length);
+    OXA_ANSI String(const char* text, int length);
     /// The whole narrow text of the ANSI code page, embedded zeros included.
-    String(const std::string& text);
+    OXA_ANSI String(const std::string& text);
     /// Narrow text of a code page up to its zero; NIL for null, present and empty for a code page nobody knows.
     /// Ill-formed bytes become the code page's replacement character.
     String(const CodePageInterface& text);
@@ -97,15 +92,43 @@ class OXA_API String
     String(const ForeignChar* text, int length);
     String(const std::basic_string<ForeignChar>& text);
     String(std::basic_string_view<ForeignChar> text);
-    template <std::same_as<ForeignChar> C>
-    String(C c, int count) : String(repeated(c, count))
+    /// @}
+    /// Text that is UTF-8 by its type, as its constructors of Char have it; lengths count bytes.
+    /// @{
+    String(const char8_t* text);
+    String(const char8_t* text, int length);
+    String(const std::u8string& text) : String(std::u8string_view(text)) {}
+    String(std::u8string_view text);
+    /// @}
+    /// `count` copies of a character of another type.
+    template <OtherCharacter C>
+    String(C c, int count) : String(repeated(textUnitsOf(c).view(), count))
     {
     }
+    /// Swapped arguments.
+    template <std::integral N, Character C>
+    String(N count, C c) = delete;
+
+    /// The whole text, embedded zeros included, of UTF-8; a null pointer gives NIL. Ill-formed sequences become U+FFFD.
+    /// @{
+    [[nodiscard]] static String fromUTF8(std::string_view bytes);
+    [[nodiscard]] static String fromUTF8(std::u8string_view bytes) { return {bytes}; }
+    [[nodiscard]] static String fromUTF8(const char* bytes);
+    [[nodiscard]] static String fromUTF8(const char8_t* bytes) { return {bytes}; }
+    [[nodiscard]] static String fromUTF8(std::nullptr_t) { return {}; }
     /// @}
+    /// The same, but nothing when the bytes are not well-formed.
+    /// @{
+    [[nodiscard]] static std::optional<String> fromUTF8Exactly(std::string_view bytes);
+    [[nodiscard]] static std::optional<String> fromUTF8Exactly(std::u8string_view bytes);
+    /// @}
+    /// The whole text, embedded zeros included, of bytes in a code page by its Windows number, 0 for ANSI; nothing when
+    /// the system does not know the code page.
+    [[nodiscard]] static std::optional<String> fromCodePage(std::string_view bytes, std::uint32_t codePage);
 
     /// The entry `id` of the module's string table, from its translation if that has one, in the language that the
     /// system prefers. "Error loading string resource!" for an entry that is missing or empty.
-    static String loadFromResource(unsigned int id, const Module& module);
+    [[nodiscard]] static String loadFromResource(unsigned int id, const Module& module);
 
     /// The host framework's text: NIL for a null buffer.
     template <FrameworkText T>
@@ -129,29 +152,43 @@ class OXA_API String
     // ---- State and conversion ---------------------------------------------------------------------------------
 
     /// Whether it is absent.
-    bool isNil() const noexcept { return !m_present; }
+    [[nodiscard]] bool isNil() const noexcept { return !m_present; }
     /// True for NIL and for a text without characters.
-    bool isEmpty() const noexcept { return m_text.empty(); }
-    /// The number of units; 0 for NIL.
-    int length() const noexcept { return static_cast<int>(m_text.size()); }
+    [[nodiscard]] bool isEmpty() const noexcept { return m_text.empty(); }
+    /// The number of units; 0 for NIL. Of a longer text the largest int, which is then as far as searches look.
+    [[nodiscard]] int length() const noexcept { return static_cast<int>(countable().size()); }
+    /// The unit at a position; 0 outside of the text.
+    template <std::integral I>
+    [[nodiscard]] Char operator[](I index) const noexcept
+    {
+        const auto i = static_cast<std::size_t>(index);
+        return i < m_text.size() ? m_text[i] : Char();
+    }
+    /// The units, embedded zeros included. Valid until the next change.
+    /// @{
+    [[nodiscard]] const Char* begin() const noexcept { return m_text.data(); }
+    [[nodiscard]] const Char* end() const noexcept { return m_text.data() + m_text.size(); }
+    /// @}
 
     /// The whole stored text; empty for NIL. Valid until the next change.
     /// @{
-    TextView view() const noexcept { return m_text; }
+    [[nodiscard]] TextView view() const noexcept { return m_text; }
     operator TextView() const noexcept { return m_text; }
     /// @}
     /// The text with its terminating zero, never null. Valid until the next change.
-    const Char* stringPath() const noexcept { return m_text.c_str(); }
+    [[nodiscard]] const Char* stringPath() const noexcept { return m_text.c_str(); }
     /// The text in the ANSI code page, '?' for what it lacks; empty for NIL.
-    std::string stringAnsi() const;
+    [[nodiscard]] std::string stringAnsi() const;
     /// The text in UTF-8, U+FFFD for unpaired surrogates; empty for NIL.
-    std::string stringUTF8() const;
+    [[nodiscard]] std::string stringUTF8() const;
+    /// The text in a code page by its Windows number, as stringAnsi(); nothing when the system does not know it.
+    [[nodiscard]] std::optional<std::string> toCodePage(std::uint32_t codePage) const;
 
     /// Appends the first min(length, length of `text`) units; null changes nothing, not even NIL.
     /// @{
     void write(const Char* text, int length);
-    template <std::same_as<ForeignChar> C>
-    void write(const C* text, int length)
+    template <class C>
+    requires(std::same_as<C, ForeignChar> || std::same_as<C, char8_t>) void write(const C* text, int length)
     {
         if (text != nullptr) append(String(text, length).view());
     }
@@ -162,21 +199,26 @@ class OXA_API String
     /// -1, 0 or 1: ordinal by unsigned unit, up to the first zero. NIL equals NIL only and comes before every present
     /// text; a null pointer counts as NIL.
     /// @{
-    int compare(const String& other) const noexcept;
-    int compare(const Char* text) const noexcept;
-    int compare(Char c) const noexcept;
+    [[nodiscard]] int compare(const String& other) const noexcept;
+    [[nodiscard]] int compare(const Char* text) const noexcept;
+    [[nodiscard]] int compare(Char c) const noexcept;
     template <TextLike T>
-    int compare(const T& text) const noexcept
+    [[nodiscard]] int compare(const T& text) const noexcept
     {
         return compareText(text);
     }
-    template <std::same_as<ForeignChar> C>
-    int compare(C c) const
+    template <PointedText T>
+    [[nodiscard]] int compare(const T& text) const noexcept
     {
-        return compare(repeated(c, 1));
+        return compare(pointerTo(text));
+    }
+    template <OtherCharacter C>
+    [[nodiscard]] int compare(C c) const noexcept
+    {
+        return compareText(textUnitsOf(c).view());
     }
     template <std::same_as<ForeignChar> C>
-    int compare(const C* text) const
+    [[nodiscard]] int compare(const C* text) const
     {
         return compare(String(text));
     }
@@ -184,28 +226,33 @@ class OXA_API String
 
     /// The same after mapping each unit to lower case: a negative value, 0 or a positive one.
     /// @{
-    int compareIgnoreCase(const String& other) const noexcept;
-    int compareIgnoreCase(const Char* text) const noexcept;
-    int compareIgnoreCase(Char c) const noexcept;
+    [[nodiscard]] int compareIgnoreCase(const String& other) const noexcept;
+    [[nodiscard]] int compareIgnoreCase(const Char* text) const noexcept;
+    [[nodiscard]] int compareIgnoreCase(Char c) const noexcept;
     template <TextLike T>
-    int compareIgnoreCase(const T& text) const noexcept
+    [[nodiscard]] int compareIgnoreCase(const T& text) const noexcept
     {
         return compareTextIgnoreCase(text);
     }
-    template <std::same_as<ForeignChar> C>
-    int compareIgnoreCase(C c) const
+    template <PointedText T>
+    [[nodiscard]] int compareIgnoreCase(const T& text) const noexcept
     {
-        return compareIgnoreCase(repeated(c, 1));
+        return compareIgnoreCase(pointerTo(text));
+    }
+    template <OtherCharacter C>
+    [[nodiscard]] int compareIgnoreCase(C c) const noexcept
+    {
+        return compareTextIgnoreCase(textUnitsOf(c).view());
     }
     template <std::same_as<ForeignChar> C>
-    int compareIgnoreCase(const C* text) const
+    [[nodiscard]] int compareIgnoreCase(const C* text) const
     {
         return compareIgnoreCase(String(text));
     }
     /// @}
 
     /// Both NIL, or both present with the same length and the same units up to the first zero.
-    bool compareEquality(const String& other) const noexcept;
+    [[nodiscard]] bool compareEquality(const String& other) const noexcept;
 
     /// In terms of compare().
     /// @{
@@ -216,12 +263,22 @@ class OXA_API String
     {
         return a.compareText(b) == 0;
     }
+    template <PointedText T>
+    friend bool operator==(const String& a, const T& b) noexcept
+    {
+        return a.compare(pointerTo(b)) == 0;
+    }
     friend std::weak_ordering operator<=>(const String& a, const String& b) noexcept { return a.compare(b) <=> 0; }
     friend std::weak_ordering operator<=>(const String& a, const Char* b) noexcept { return a.compare(b) <=> 0; }
     template <TextLike T>
     friend std::weak_ordering operator<=>(const String& a, const T& b) noexcept
     {
         return a.compareText(b) <=> 0;
+    }
+    template <PointedText T>
+    friend std::weak_ordering operator<=>(const String& a, const T& b) noexcept
+    {
+        return a.compare(pointerTo(b)) <=> 0;
     }
     /// @}
 
@@ -248,31 +305,57 @@ class OXA_API String
     String& operator+=(double value);
     String& operator+=(long double value) { return *this += static_cast<double>(value); }
     /// @}
-    /// "true" or "false". Exactly bool: a pointer never turns into a truth value.
+    /// "true" or "false", also of objects that stand for a truth value. A pointer never turns into one.
+    /// @{
     template <std::same_as<bool> B>
     String& operator+=(B value)
     {
         return append(value ? TextView(OXA_TEXT("true")) : TextView(OXA_TEXT("false")));
     }
+    template <TruthObject T>
+    String& operator+=(const T& value)
+    {
+        const bool isTrue = value;
+        return *this += isTrue;
+    }
+    /// @}
     /// The character; a zero appends nothing, but makes NIL present.
     /// @{
     String& operator+=(Char c);
-    template <std::same_as<ForeignChar> C>
+    template <OtherCharacter C>
     String& operator+=(C c)
     {
-        return c == 0 ? append({}) : append(repeated(c, 1).view());
+        return append(c == 0 ? TextView() : textUnitsOf(c).view());
     }
+#ifdef OXA_NO_IMPLICIT_ANSI
+    template <std::same_as<char> C>
+    requires OtherCharacter<C> String& operator+=(C c) = delete;
+    template <std::same_as<char> C>
+    requires OtherCharacter<C> String(C c, int count)
+    = delete;
+#endif
     /// @}
     /// The text up to its zero; null appends nothing and leaves NIL as it is.
+    /// @{
     String& operator+=(const Char* text);
-    /// The text up to its first zero; NIL becomes a copy of `other`.
-    String& operator+=(const String& other);
-    /// The text up to its first zero.
-    template <TextLike T>
+    template <PointedText T>
     String& operator+=(const T& text)
     {
-        return appendText(text);
+        return *this += pointerTo(text);
     }
+    /// @}
+    /// The text up to its first zero; NIL becomes a copy of `other`.
+    /// @{
+    String& operator+=(const String& other);
+    template <std::same_as<Text> T>
+    String& operator+=(const T& other)
+    {
+        return m_present ? appendText(other) : append(other);
+    }
+    /// @}
+    /// The text up to its first zero.
+    template <TextLike T>
+    requires(!std::same_as<T, Text>) String& operator+=(const T& text) { return appendText(text); }
 
     /// The same as +=, for chains: text << name << OXA_TEXT(": ") << 5.
     template <class T>
@@ -281,29 +364,30 @@ class OXA_API String
 
     /// A new text: a copy of the first with the second appended, as += does.
     /// @{
-    friend String operator+(const String& a, const String& b) { return String(a) += b; }
-    friend String operator+(const String& a, const Char* b) { return String(a) += b; }
-    friend String operator+(const String& a, Char b) { return String(a) += b; }
-    template <std::same_as<ForeignChar> C>
-    friend String operator+(const String& a, C b)
+    [[nodiscard]] friend String operator+(const String& a, const String& b) { return String(a) += b; }
+    [[nodiscard]] friend String operator+(const String& a, const Char* b) { return String(a) += b; }
+    [[nodiscard]] friend String operator+(const String& a, Char b) { return String(a) += b; }
+    [[nodiscard]] friend String operator+(String&& a, const String& b) { return std::move(a += b); }
+    [[nodiscard]] friend String operator+(String&& a, const Char* b) { return std::move(a += b); }
+    [[nodiscard]] friend String operator+(String&& a, Char b) { return std::move(a += b); }
+    [[nodiscard]] friend String operator+(const Char* a, const String& b) { return String(a) += b; }
+    [[nodiscard]] friend String operator+(Char a, const String& b) { return (String() += a) += b; }
+    template <AppendedValue T>
+    [[nodiscard]] friend String operator+(const String& a, const T& b)
     {
         return String(a) += b;
     }
-    template <std::same_as<ForeignChar> C>
-    friend String operator+(String&& a, C b)
+    template <AppendedValue T>
+    [[nodiscard]] friend String operator+(String&& a, const T& b)
     {
         return std::move(a += b);
     }
-    template <std::same_as<ForeignChar> C>
-    friend String operator+(C a, const String& b)
+    template <AppendedValue T>
+    requires(!std::convertible_to<const T&, String> || PointedText<T>) [[nodiscard]] friend String operator+(
+        const T& a, const String& b)
     {
         return (String() += a) += b;
     }
-    friend String operator+(String&& a, const String& b) { return std::move(a += b); }
-    friend String operator+(String&& a, const Char* b) { return std::move(a += b); }
-    friend String operator+(String&& a, Char b) { return std::move(a += b); }
-    friend String operator+(const Char* a, const String& b) { return String(a) += b; }
-    friend String operator+(Char a, const String& b) { return (String() += a) += b; }
     /// @}
 
     /// Replaces the text by a formatted one, by the rules of the wide printf family: in the format's own character
@@ -312,11 +396,25 @@ class OXA_API String
     void printf_apply(const Char* format, ...);
     /// The same for the other kind of wide literal, whose wide arguments are of that kind, too.
     void printf_apply(const ForeignChar* format, ...);
+    /// An object is no argument of printf: hand over its stringPath().
+    template <class F, class... A>
+    requires((std::is_class_v<A> || std::is_union_v<A>) || ...) void printf_apply(const F& format,
+                                                                                  const A&... arguments) = delete;
+
+    /// A new text made of a pattern, in which {0} stands for the first argument, {1} for the second and so on, {} for
+    /// the next one, {{ and }} for a brace: for texts whose translations need another order. Each argument is written
+    /// as << does. Anything else in braces, or a position that has no argument, stays as it is. NIL gives NIL.
+    template <class... A>
+    [[nodiscard]] static String format(const String& pattern, const A&... arguments)
+    {
+        const String texts[] = {String(), std::move(String() << arguments)...};
+        return formatted(pattern, texts + 1, sizeof...(A));
+    }
 
     // ---- Trailing index: the run of decimal digits at the end -------------------------------------------------
 
     /// Its value, at most the largest int; 0 without digits.
-    unsigned int getIndex() const noexcept;
+    [[nodiscard]] unsigned int getIndex() const noexcept;
     /// Replaces the trailing digits by `n` without padding; 0 only removes them, unless nothing would remain.
     void setIndex(unsigned int n);
     /// Counts up in place: the field keeps its width and zeros and grows only on carry ("scan009" => "scan010",
@@ -329,8 +427,8 @@ class OXA_API String
 
     /// A number, which begins at the first letter, digit, '-', '.' or '+'. Without one the value is 0 and the text
     /// becomes present and empty. A letter where a number was expected gives 0 and stays: compare the text before and
-    /// after. Values beyond the type's range give its nearest limit; the byte and short types are cut from an int, and
-    /// `long` has 32 bits, as on Windows.
+    /// after. Values beyond the type's range give its nearest limit; the byte and short types are cut from an int.
+    /// Digits are the ten of ASCII.
     /// @{
     String& operator>>(signed char& out);
     String& operator>>(unsigned char& out);
@@ -347,7 +445,8 @@ class OXA_API String
     /// @}
     /// "true" and "false" in any case, or a number that is not 0. Another word gives false and stays.
     String& operator>>(bool& out);
-    /// The next graphic character.
+    /// The next graphic character; 0 when there is none, and the text becomes present and empty. A type of 32 bits
+    /// takes both halves of a surrogate pair.
     /// @{
     String& operator>>(Char& out);
     String& operator>>(ForeignChar& out);
@@ -362,72 +461,152 @@ class OXA_API String
     /// The first occurrence of `text` before the first zero from `start` on; -1 for a null or empty one. As all
     /// searches it gives -1 also in NIL, in an empty text, and for a start that is negative or not below the length.
     /// @{
-    int find(const Char* text, int start = 0) const noexcept;
-    int find(const String& text, int start = 0) const noexcept { return find(text.stringPath(), start); }
+    [[nodiscard]] int find(const Char* text, int start = 0) const noexcept;
+    [[nodiscard]] int find(const String& text, int start = 0) const noexcept { return find(text.stringPath(), start); }
+    template <PointedText T>
+    [[nodiscard]] int find(const T& text, int start = 0) const noexcept
+    {
+        return find(pointerTo(text), start);
+    }
     /// @}
     /// In the whole stored text, embedded zeros included. A character beyond U+FFFF is found as the pair that it is
     /// stored as.
     /// @{
-    int find(Char c, int start = 0) const noexcept;
-    template <std::same_as<ForeignChar> C>
-    int find(C c, int start = 0) const
+    [[nodiscard]] int find(Char c, int start = 0) const noexcept;
+    template <OtherCharacter C>
+    [[nodiscard]] int find(C c, int start = 0) const noexcept
     {
-        return isUnit(c) ? find(static_cast<Char>(c), start) : find(repeated(c, 1), start);
+        return findUnits(unitsOf(c).view(), start);
     }
+    template <std::integral N, Character C>
+    int find(N start, C c) const = delete;
     /// @}
     /// The last occurrence, which may overlap others; -1 for a null or empty text.
     /// @{
-    int findLastOf(const Char* text) const noexcept;
-    int findLastOf(const String& text) const noexcept { return findLastOf(text.stringPath()); }
+    [[nodiscard]] int findLastOf(const Char* text) const noexcept;
+    [[nodiscard]] int findLastOf(const String& text) const noexcept { return findLastOf(text.stringPath()); }
+    template <PointedText T>
+    [[nodiscard]] int findLastOf(const T& text) const noexcept
+    {
+        return findLastOf(pointerTo(text));
+    }
     /// @}
     /// The last `c` at or after `start`.
-    int findLastOf(Char c, int start = 0) const noexcept;
+    /// @{
+    [[nodiscard]] int findLastOf(Char c, int start = 0) const noexcept;
+    template <OtherCharacter C>
+    [[nodiscard]] int findLastOf(C c, int start = 0) const noexcept
+    {
+        return findLastUnits(unitsOf(c).view(), start);
+    }
+    template <std::integral N, Character C>
+    int findLastOf(N start, C c) const = delete;
+    /// @}
 
     /// The first letter, by Unicode; the first unit that is none.
     /// @{
-    int findAlpha(int start = 0) const noexcept;
-    int findNonAlpha(int start = 0) const noexcept;
+    [[nodiscard]] int findAlpha(int start = 0) const noexcept;
+    [[nodiscard]] int findNonAlpha(int start = 0) const noexcept;
     /// @}
+    /// Whether the whole stored text holds `text` or the character; true for an empty or NIL `text`, as startsWith is.
+    /// @{
+    [[nodiscard]] bool contains(const String& text, bool ignoreCase = false) const noexcept;
+    template <Character C>
+    [[nodiscard]] bool contains(C c) const noexcept
+    {
+        return view().find(unitsOf(c).view()) != TextView::npos;
+    }
+    /// @}
+
     /// The first letter, digit, '-', '.' or '+'; the first unit that is none of these.
     /// @{
-    int findAlphaNum(int start = 0) const noexcept;
-    int findNonAlphaNum(int start = 0) const noexcept;
+    [[nodiscard]] int findAlphaNum(int start = 0) const noexcept;
+    [[nodiscard]] int findNonAlphaNum(int start = 0) const noexcept;
     /// @}
     /// The first decimal digit other than `except`.
-    int findDigit(int start = 0, Char except = 0) const noexcept;
+    [[nodiscard]] int findDigit(int start = 0, Char except = 0) const noexcept;
     /// The first unit that is no decimal digit.
-    int findNonDigit(int start = 0) const noexcept;
+    [[nodiscard]] int findNonDigit(int start = 0) const noexcept;
     /// The first digit or '-'; the first unit that is neither. Kept on purpose: '+' does not count here, though it
     /// starts a number for findAlphaNum.
     /// @{
-    int findSignedDigit(int start = 0) const noexcept;
-    int findNonSignedDigit(int start = 0) const noexcept;
+    [[nodiscard]] int findSignedDigit(int start = 0) const noexcept;
+    [[nodiscard]] int findNonSignedDigit(int start = 0) const noexcept;
     /// @}
     /// The first digit, '.', '+', '-', 'e' or 'E'.
-    int findNumeric(int start = 0) const noexcept;
+    [[nodiscard]] int findNumeric(int start = 0) const noexcept;
     /// The first unit that is not graphic (blank, control, line break); the first that is.
     /// @{
-    int findWS(int start = 0) const noexcept;
-    int findNonWS(int start = 0) const noexcept;
+    [[nodiscard]] int findWS(int start = 0) const noexcept;
+    [[nodiscard]] int findNonWS(int start = 0) const noexcept;
     /// @}
 
     // ---- Editing ----------------------------------------------------------------------------------------------
 
     /// From `start` up to but not including `end`, both clamped; a negative end means the length. Present and empty
     /// for an empty span, a copy (NIL for NIL) when the span is the whole text.
-    String substr(int start, int end = -1) const;
+    [[nodiscard]] String substr(int start, int end = -1) const;
     /// A copy without leading and trailing white space.
-    String trim(bool left = true, bool right = true) const;
-    /// Case counts. Kept on purpose: true for an empty or NIL prefix, where endsWith gives false.
-    bool startsWith(const String& prefix) const noexcept;
+    [[nodiscard]] String trim(bool left = true, bool right = true) const;
+    /// Case counts unless it is to be ignored. Kept on purpose: true for an empty or NIL prefix, where endsWith gives
+    /// false.
+    /// @{
+    [[nodiscard]] bool startsWith(const String& prefix) const noexcept;
+    [[nodiscard]] bool startsWith(const String& prefix, bool ignoreCase) const noexcept;
+    /// @}
     /// Case counts unless it is to be ignored. False for an empty or NIL suffix.
     /// @{
-    bool endsWith(const String& suffix, bool ignoreCase) const noexcept;
-    bool endsWith(const String& suffix) const noexcept { return endsWith(suffix, false); }
+    [[nodiscard]] bool endsWith(const String& suffix, bool ignoreCase) const noexcept;
+    [[nodiscard]] bool endsWith(const String& suffix) const noexcept { return endsWith(suffix, false); }
+    /// @}
+    /// A copy with each unit in its simple lower or upper case, whatever the locale; NIL for NIL.
+    /// @{
+    [[nodiscard]] String toLower() const;
+    [[nodiscard]] String toUpper() const;
+    /// @}
+    /// The parts between the separators, empty ones included: one part without a separator, none for NIL. An empty
+    /// separator separates nothing.
+    /// @{
+    [[nodiscard]] std::vector<String> split(const String& separator) const { return splitAt(separator.view()); }
+    template <Character C>
+    [[nodiscard]] std::vector<String> split(C separator) const
+    {
+        return splitAt(unitsOf(separator).view());
+    }
+    /// @}
+    /// The parts with the separator between them, each written as << does, Strings with all that they hold; present and
+    /// empty without parts.
+    /// @{
+    template <class Range>
+    [[nodiscard]] static String join(const Range& parts, const String& separator)
+    {
+        String result(Present{});
+        bool isFirst = true;
+        for (const auto& part : parts)
+        {
+            if (!std::exchange(isFirst, false)) result.append(separator.view());
+            if constexpr (std::same_as<std::remove_cvref_t<decltype(part)>, String>)
+                result.append(part.view());
+            else
+                result << part;
+        }
+        return result;
+    }
+    [[nodiscard]] static String join(std::initializer_list<String> parts, const String& separator)
+    {
+        return join<std::initializer_list<String>>(parts, separator);
+    }
     /// @}
 
     /// Replaces units up to the first zero; the number of replacements.
+    /// @{
     int replace(Char from, Char to) noexcept;
+    template <Character A, Character B>
+    requires(OtherCharacter<A> || OtherCharacter<B>) int replace(A from, B to)
+    {
+        return replaceUnits(unitsOf(from), unitsOf(to));
+    }
+    /// @}
     /// Replaces texts up to the first zero; the number of replacements. Resumes after the insertion, takes a null or
     /// NIL `to` as the empty text and does nothing for a null or empty `from`.
     /// @{
@@ -435,6 +614,11 @@ class OXA_API String
     int replace(const String& from, const String& to) { return replace(from.stringPath(), to.stringPath()); }
     int replace(const String& from, const Char* to) { return replace(from.stringPath(), to); }
     int replace(const Char* from, const String& to) { return replace(from, to.stringPath()); }
+    template <class A, class B>
+    requires(PointedText<A> || PointedText<B>) int replace(const A& from, const B& to)
+    {
+        return replace(pointerTo(from), pointerTo(to));
+    }
     /// @}
 
     /// Reverses the units in place, surrogate pairs not kept together.
@@ -442,7 +626,9 @@ class OXA_API String
 
     /// A copy for display of at most `maxLength` units: a head of `headLength` units, cut after its last '/', an
     /// ellipsis, and as much of the end as fits, begun at its first '/' when it has one. A text that fits is copied.
-    String shortenString(int maxLength, int headLength) const;
+    [[nodiscard]] String shortenString(int maxLength, int headLength) const;
+    /// The same for paths with backslashes, slashes or both. A negative `headLength` stands for a third of the whole.
+    [[nodiscard]] String shortenPath(int maxLength, int headLength = -1) const;
 
     /// Escapes line feed, carriage return, double quote and backslash by a backslash and, when `unicode`, every
     /// non-ASCII unit as `\uXXXX`, so that the text can stand as a one-line literal.
@@ -457,20 +643,36 @@ class OXA_API String
     };
     constexpr explicit String(Present) noexcept : m_present(true) {}
 
-    static String repeated(ForeignChar c, int count);
+    static String repeated(TextView units, int count);
+    static String formatted(const String& pattern, const String* arguments, std::size_t count);
+    static const Char* pointerTo(const Char* text) noexcept { return text; }
+    static const Char* pointerTo(const String& text) noexcept { return text.stringPath(); }
+    template <PointedText T>
+    static const Char* pointerTo(const T& text) noexcept
+    {
+        return text.GetString();
+    }
+
+    /// As far as an int counts.
+    TextView countable() const noexcept
+    {
+        constexpr std::size_t LIMIT = std::numeric_limits<int>::max();
+        return {m_text.data(), m_text.size() < LIMIT ? m_text.size() : LIMIT};
+    }
+    int findUnits(TextView units, int start) const noexcept;
+    int findLastUnits(TextView units, int start) const noexcept;
+    int replaceUnits(const CharacterUnits& from, const CharacterUnits& to);
+    std::vector<String> splitAt(TextView separator) const;
     int compareText(TextView text) const noexcept;
     int compareTextIgnoreCase(TextView text) const noexcept;
     String& append(TextView text);
     String& appendText(TextView text);
-    static bool isUnit(ForeignChar c) noexcept { return static_cast<ForeignChar>(static_cast<Char>(c)) == c; }
     String& appendSigned(long long value);
     String& appendUnsigned(unsigned long long value);
-    OXA_HIDDEN void becomeEmpty() noexcept;
     OXA_HIDDEN void dropFront(std::size_t count);
     template <class Predicate>
     OXA_HIDDEN int findUnit(int start, Predicate matches) const noexcept;
-    template <class Limits, class T>
-    OXA_HIDDEN String& extractSigned(T& out);
+    OXA_HIDDEN String shortened(int maxLength, int headLength, TextView separators) const;
     template <class Scan, class T>
     OXA_HIDDEN String& extractScanned(T& out, Scan scan);
 
@@ -480,31 +682,6 @@ class OXA_API String
 
 static_assert(sizeof(String) == sizeof(Text) + sizeof(void*));
 
-/// The order of every map and set keyed by String: blind to case, NIL first. Transparent: a view or a literal is
-/// looked up without making a String of it.
-struct StringLess2
-{
-    /// Containers look up what they are given without converting it.
-    using is_transparent = void;
-
-    /// Whether `a` comes before `b`.
-    /// @{
-    bool operator()(const String& a, const String& b) const noexcept { return a.compareIgnoreCase(b) < 0; }
-    bool operator()(const String& a, const Char* b) const noexcept { return a.compareIgnoreCase(b) < 0; }
-    bool operator()(const Char* a, const String& b) const noexcept { return b.compareIgnoreCase(a) > 0; }
-    template <TextLike T>
-    bool operator()(const String& a, const T& b) const noexcept
-    {
-        return a.compareIgnoreCase(b) < 0;
-    }
-    template <TextLike T>
-    bool operator()(const T& a, const String& b) const noexcept
-    {
-        return b.compareIgnoreCase(a) > 0;
-    }
-    /// @}
-};
-
 /// Writes the ANSI form with the stream's width and fill.
 /// Kept on purpose: NIL and empty texts write nothing, not even padding, and leave the width set.
 OXA_API std::ostream& operator<<(std::ostream& stream, const String& text);
@@ -513,16 +690,29 @@ OXA_API std::ostream& operator<<(std::ostream& stream, const String& text);
 /// character literal. The result is present; at the end of input it is empty and the stream fails.
 OXA_API std::istream& operator>>(std::istream& stream, String& text);
 
+/// The bytes of a text in UTF-8, to be written.
+struct Utf8Bytes
+{
+    /// Without the terminating zero.
+    std::string bytes;
+};
+
+/// For streams that take UTF-8: std::cout << utf8(text).
+[[nodiscard]] OXA_API Utf8Bytes utf8(const String& text);
+
+/// Writes as << of a String does, but in UTF-8.
+OXA_API std::ostream& operator<<(std::ostream& stream, const Utf8Bytes& text);
+
+/// Writes NIL, or the text in quotes with its escapes.
+OXA_API void writeReadably(std::ostream& stream, const String& text);
+
+/// The same, as GoogleTest looks for it. A template, so that a test may have one of its own.
+template <std::same_as<String> S>
+void PrintTo(const S& text, std::ostream* stream)
+{
+    writeReadably(*stream, text);
+}
+
 }  // namespace Oxa_1_1
 
-/// Equal texts, by ==, have equal hashes.
-template <>
-struct std::hash<Oxa_1_1::String>
-{
-    /// Of the text up to its first zero.
-    std::size_t operator()(const Oxa_1_1::String& text) const noexcept
-    {
-        if (text.isNil()) return 0;
-        return std::hash<Oxa_1_1::TextView>{}(text.view().substr(0, text.view().find(Oxa_1_1::Char())));
-    }
-};
+#include "base/string/string_order.h"

@@ -14,10 +14,10 @@ String& String::append(TextView text)
     return *this;
 }
 
-/// The text up to its first zero; NIL takes the whole.
+/// The text up to its first zero.
 String& String::appendText(TextView text)
 {
-    return append(m_present ? text.substr(0, text::findUnit(text.data(), text.size(), 0)) : text);
+    return append(text.substr(0, text::findUnit(text.data(), text.size(), 0)));
 }
 
 String& String::appendSigned(long long value)

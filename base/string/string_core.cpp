@@ -5,6 +5,7 @@
 
 #include "base/platform/system/code_page.h"
 #include "base/string/detail/foreign_text.h"
+#include "base/string/detail/utf8_bytes.h"
 #include "base/string/oxa_string.h"
 #include "base/text/scan.h"
 #include "base/text/utf8.h"
@@ -99,9 +100,24 @@ String::String(std::basic_string_view<ForeignChar> text) : m_text(detail::fromFo
 
 String::String(const std::basic_string<ForeignChar>& text) : m_text(detail::fromForeign(text)), m_present(true) {}
 
-String String::repeated(ForeignChar c, int count)
+String::String(const char8_t* text) : m_present(text != nullptr)
 {
-    return detail::fromForeign(std::basic_string<ForeignChar>(lengthOf(count), c));
+    if (text != nullptr) m_text = text::decodeUtf8(detail::asBytes(text));
+}
+
+String::String(const char8_t* text, int length) : m_present(text != nullptr)
+{
+    if (text != nullptr) m_text = text::decodeUtf8(detail::asBytes(boundedView(text, length)));
+}
+
+String::String(std::u8string_view text) : m_text(text::decodeUtf8(detail::asBytes(text))), m_present(true) {}
+
+String String::repeated(TextView units, int count)
+{
+    Text text;
+    text.reserve(units.size() * lengthOf(count));
+    for (int i = 0; i < count; ++i) text.append(units);
+    return text;
 }
 
 std::string String::stringAnsi() const

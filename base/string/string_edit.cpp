@@ -1,6 +1,7 @@
 // Parts of texts, replacement and shortening.
 
 #include <algorithm>
+#include <limits>
 
 #include "base/string/oxa_string.h"
 #include "base/text/character.h"
@@ -14,20 +15,26 @@ namespace
 
 constexpr TextView ELLIPSIS = OXA_TEXT("...");
 
+/// As an int can count it.
+int toCount(std::size_t count)
+{
+    return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
+}
+
 /// The head of a shortened text: whole folders where it holds some.
-TextView shortHead(TextView text, std::size_t length)
+TextView shortHead(TextView text, std::size_t length, TextView separators)
 {
     const TextView head = text.substr(0, length);
-    const std::size_t slash = head.rfind(Char('/'));
+    const std::size_t slash = head.find_last_of(separators);
     if (slash == TextView::npos || slash <= 1) return head;
     return head.substr(0, slash + 1);
 }
 
 /// The end of a shortened text: from its first folder on where it holds one.
-TextView shortTail(TextView text, std::size_t length)
+TextView shortTail(TextView text, std::size_t length, TextView separators)
 {
     const TextView tail = text.substr(text.size() - length);
-    const std::size_t slash = tail.find(Char('/'));
+    const std::size_t slash = tail.find_first_of(separators);
     return slash == TextView::npos ? tail : tail.substr(slash);
 }
 
@@ -35,11 +42,12 @@ TextView shortTail(TextView text, std::size_t length)
 
 String String::substr(int start, int end) const
 {
-    const int from = std::clamp(start, 0, length());
-    const int to = end < 0 || end > length() ? length() : end;
-    if (from == 0 && to == length()) return *this;
+    const std::size_t size = m_text.size();
+    const std::size_t from = std::min(static_cast<std::size_t>(std::max(start, 0)), size);
+    const std::size_t to = end < 0 ? size : std::min(static_cast<std::size_t>(end), size);
+    if (from == 0 && to == size) return *this;
     if (from >= to) return EMPTY;
-    return String(view().substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from)));
+    return String(view().substr(from, to - from));
 }
 
 String String::trim(bool left, bool right) const
@@ -62,7 +70,7 @@ bool String::endsWith(const String& suffix, bool ignoreCase) const noexcept
 
 int String::replace(Char from, Char to) noexcept
 {
-    int count = 0;
+    std::size_t count = 0;
     for (Char& c : m_text)
     {
         if (c == 0) break;
@@ -70,7 +78,13 @@ int String::replace(Char from, Char to) noexcept
         c = to;
         ++count;
     }
-    return count;
+    return toCount(count);
+}
+
+int String::replaceUnits(const CharacterUnits& from, const CharacterUnits& to)
+{
+    if (from.count == 1 && to.count == 1) return replace(from.units[0], to.units[0]);
+    return replace(String(from.view()), String(to.view()));
 }
 
 int String::replace(const Char* from, const Char* to)
@@ -81,7 +95,7 @@ int String::replace(const Char* from, const Char* to)
 
     // Into a text of its own, which also lets both arguments lie in this one.
     Text result;
-    int count = 0;
+    std::size_t count = 0;
     TextView rest = m_text;
     while (true)
     {
@@ -93,21 +107,32 @@ int String::replace(const Char* from, const Char* to)
     }
     if (count == 0) return 0;
     m_text = std::move(result.append(rest));
-    return count;
+    return toCount(count);
 }
 
 void String::reverse() noexcept { std::reverse(m_text.begin(), m_text.end()); }
 
-String String::shortenString(int maxLength, int headLength) const
+String String::shortened(int maxLength, int headLength, TextView separators) const
 {
-    if (isNil() || length() <= maxLength) return *this;
     const auto limit = static_cast<std::size_t>(std::max(maxLength, 0));
+    if (isNil() || m_text.size() <= limit) return *this;
     const std::size_t forHead = limit - std::min(limit, ELLIPSIS.size());
-    const TextView head = shortHead(m_text, static_cast<std::size_t>(std::max(headLength, 0))).substr(0, forHead);
+    const auto wanted = static_cast<std::size_t>(std::max(headLength, 0));
+    const TextView head = shortHead(m_text, wanted, separators).substr(0, forHead);
 
     String result(head);
     result.append(ELLIPSIS.substr(0, limit - head.size()));
-    return result.append(shortTail(m_text, limit - result.m_text.size()));
+    return result.append(shortTail(m_text, limit - result.m_text.size(), separators));
+}
+
+String String::shortenString(int maxLength, int headLength) const
+{
+    return shortened(maxLength, headLength, OXA_TEXT("/"));
+}
+
+String String::shortenPath(int maxLength, int headLength) const
+{
+    return shortened(maxLength, headLength < 0 ? maxLength / 3 : headLength, OXA_TEXT("/\\"));
 }
 
 }  // namespace Oxa_1_1

@@ -1,6 +1,8 @@
 // Escapes for one-line literals.
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -91,7 +93,7 @@ int String::escToControls(bool unicode)
     std::size_t target = text::findUnit(m_text.data(), m_text.size(), '\\');
     if (target == text::NOT_FOUND) return -1;
 
-    int count = 0;
+    std::size_t count = 0;
     std::size_t source = target;
     while (source < m_text.size())
     {
@@ -107,7 +109,7 @@ int String::escToControls(bool unicode)
         ++count;
     }
     m_text.erase(target, source - target);
-    return count;
+    return static_cast<int>(std::min<std::size_t>(count, std::numeric_limits<int>::max()));
 }
 
 }  // namespace Oxa_1_1

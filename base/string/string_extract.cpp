@@ -1,11 +1,7 @@
 // Destructive extraction: the text is its own cursor.
 
-#include <cstdint>
-#include <limits>
-
-#include "base/string/detail/number_scan.h"
+#include "base/string/detail/extraction.h"
 #include "base/string/oxa_string.h"
-#include "base/text/character.h"
 
 namespace Oxa_1_1
 {
@@ -13,157 +9,60 @@ namespace Oxa_1_1
 namespace
 {
 
-using Int32 = std::numeric_limits<std::int32_t>;
-using Int64 = std::numeric_limits<std::int64_t>;
-
-/// The closing quote of a quoted token: not preceded by a backslash, but for two of them.
-std::size_t closingQuote(TextView text)
-{
-    for (std::size_t i = text.find(Char('"')); i != TextView::npos; i = text.find(Char('"'), i + 1))
-    {
-        const bool escaped = i >= 1 && text[i - 1] == '\\';
-        const bool escapeEscaped = i >= 2 && text[i - 2] == '\\';
-        if (!escaped || escapeEscaped) return i;
-    }
-    return TextView::npos;
-}
+constexpr auto TAKE = [](TextView text, auto& out) { return detail::take(text, out); };
 
 }  // namespace
 
-void String::becomeEmpty() noexcept
+void String::dropFront(std::size_t count)
 {
-    m_text.clear();
+    m_text.erase(0, count);
+    // What extraction leaves is present, even of NIL.
     m_present = true;
-}
-
-void String::dropFront(std::size_t count) { m_text.erase(0, count); }
-
-/// `Limits` are those of the conversion, which may be narrower than the target or wider.
-template <class Limits, class T>
-String& String::extractSigned(T& out)
-{
-    const int start = findAlphaNum(0);
-    if (start < 0)
-    {
-        out = 0;
-        becomeEmpty();
-        return *this;
-    }
-    const TextView number = view().substr(static_cast<std::size_t>(start));
-    out = static_cast<T>(detail::scanSigned(number, Limits::min(), Limits::max()).value);
-    const int end = findNonSignedDigit(start);
-    if (end < 0)
-        becomeEmpty();
-    else
-        dropFront(static_cast<std::size_t>(end));
-    return *this;
 }
 
 template <class Scan, class T>
 String& String::extractScanned(T& out, Scan scan)
 {
-    const int start = findAlphaNum(0);
-    if (start < 0)
-    {
-        out = 0;
-        becomeEmpty();
-        return *this;
-    }
-    const auto scanned = scan(view().substr(static_cast<std::size_t>(start)));
-    out = static_cast<T>(scanned.value);
-    dropFront(static_cast<std::size_t>(start) + scanned.length);
+    dropFront(scan(m_text, out).length);
     return *this;
 }
 
-String& String::operator>>(signed char& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(signed char& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(unsigned char& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(unsigned char& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(short& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(short& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(unsigned short& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(unsigned short& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(int& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(int& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(long& out) { return extractSigned<Int32>(out); }
+String& String::operator>>(long& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(long long& out) { return extractSigned<Int64>(out); }
+String& String::operator>>(long long& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(unsigned int& out)
-{
-    return extractScanned(out, [](TextView text) { return detail::scanUnsigned(text, UINT32_MAX); });
-}
+String& String::operator>>(unsigned int& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(unsigned long& out)
-{
-    return extractScanned(out, [](TextView text) { return detail::scanUnsigned(text, UINT32_MAX); });
-}
+String& String::operator>>(unsigned long& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(unsigned long long& out)
-{
-    return extractScanned(out, [](TextView text) { return detail::scanUnsigned(text, UINT64_MAX); });
-}
+String& String::operator>>(unsigned long long& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(float& out) { return extractScanned(out, detail::scanFloating); }
+String& String::operator>>(float& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(double& out) { return extractScanned(out, detail::scanFloating); }
+String& String::operator>>(double& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(bool& out)
-{
-    const int start = findAlphaNum(0);
-    if (start < 0 || !text::isAlpha(m_text[static_cast<std::size_t>(start)]))
-    {
-        int number = 0;
-        *this >> number;
-        out = number != 0;
-        return *this;
-    }
+String& String::operator>>(bool& out) { return extractScanned(out, TAKE); }
 
-    const auto begin = static_cast<std::size_t>(start);
-    for (const TextView word : {TextView(OXA_TEXT("true")), TextView(OXA_TEXT("false"))})
-    {
-        if (String(view().substr(begin, word.size())).compareIgnoreCase(word) != 0) continue;
-        out = word.size() == 4;
-        dropFront(begin + word.size());
-        return *this;
-    }
-    out = false;
-    return *this;
-}
+String& String::operator>>(Char& out) { return extractScanned(out, TAKE); }
 
-String& String::operator>>(Char& out)
-{
-    const int start = findNonWS(0);
-    if (start < 0)
-    {
-        out = 0;
-        becomeEmpty();
-        return *this;
-    }
-    out = m_text[static_cast<std::size_t>(start)];
-    dropFront(static_cast<std::size_t>(start) + 1);
-    return *this;
-}
-
-String& String::operator>>(ForeignChar& out)
-{
-    Char unit = 0;
-    *this >> unit;
-    out = static_cast<ForeignChar>(unit);
-    return *this;
-}
+String& String::operator>>(ForeignChar& out) { return extractScanned(out, TAKE); }
 
 String& String::operator>>(String& out)
 {
-    const bool quoted = !m_text.empty() && m_text.front() == '"';
-    const TextView rest = view().substr(quoted ? 1 : 0);
-    const std::size_t end = quoted ? closingQuote(rest) : rest.find(Char('\n'));
-    // Taken before the text is cut, so that a text may even be extracted into itself.
-    String token(rest.substr(0, end));
-    if (end == TextView::npos)
-        becomeEmpty();
-    else
-        dropFront((quoted ? 1 : 0) + end + 1);
+    const detail::TakenText taken = detail::takeText(m_text);
+    // Copied before the text is cut, so that a text may even be extracted into itself.
+    String token(taken.text);
+    dropFront(taken.length);
     out = std::move(token);
     return *this;
 }
@@ -171,8 +70,7 @@ String& String::operator>>(String& out)
 void String::eatwhite()
 {
     // Kept on purpose: a text of nothing but blanks stays.
-    const int start = findNonWS(0);
-    if (start > 0) dropFront(static_cast<std::size_t>(start));
+    if (const std::size_t blanks = detail::countBlanks(m_text)) dropFront(blanks);
 }
 
 }  // namespace Oxa_1_1

@@ -1,5 +1,6 @@
 // Searches for texts, characters and classes of characters.
 
+#include "base/string/detail/number_scan.h"
 #include "base/string/oxa_string.h"
 #include "base/text/character.h"
 #include "base/text/scan.h"
@@ -12,20 +13,15 @@ namespace
 
 int toIndex(std::size_t position) { return position == TextView::npos ? -1 : static_cast<int>(position); }
 
-bool isSignedDigit(Char c) { return text::isDigit(c) || c == '-'; }
-
-bool isNumberStart(Char c) { return text::isAlphaNumeric(c) || c == '-' || c == '.' || c == '+'; }
-
-bool isNumeric(Char c) { return isSignedDigit(c) || c == '.' || c == '+' || (c | 0x20) == 'e'; }
+bool isNumeric(Char c) { return detail::isSignedDigit(c) || c == '.' || c == '+' || (c | 0x20) == 'e'; }
 
 }  // namespace
 
 template <class Predicate>
 int String::findUnit(int start, Predicate matches) const noexcept
 {
-    if (start < 0) return -1;
-    for (auto i = static_cast<std::size_t>(start); i < m_text.size(); ++i)
-        if (matches(m_text[i])) return static_cast<int>(i);
+    for (int i = start < 0 ? length() : start; i < length(); ++i)
+        if (matches(m_text[static_cast<std::size_t>(i)])) return i;
     return -1;
 }
 
@@ -33,7 +29,7 @@ int String::find(const Char* text, int start) const noexcept
 {
     if (text == nullptr || *text == 0 || start < 0 || start >= length()) return -1;
     const TextView pattern = text;
-    const TextView searched = view().substr(static_cast<std::size_t>(start));
+    const TextView searched = countable().substr(static_cast<std::size_t>(start));
     const std::size_t hit = text::findText(searched.data(), searched.size(), pattern.data(), pattern.size());
     return hit == text::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
@@ -41,7 +37,7 @@ int String::find(const Char* text, int start) const noexcept
 int String::find(Char c, int start) const noexcept
 {
     if (start < 0 || start >= length()) return -1;
-    const TextView searched = view().substr(static_cast<std::size_t>(start));
+    const TextView searched = countable().substr(static_cast<std::size_t>(start));
     const std::size_t hit = text::findUnit(searched.data(), searched.size(), c);
     return hit == text::NOT_FOUND ? -1 : start + static_cast<int>(hit);
 }
@@ -49,14 +45,27 @@ int String::find(Char c, int start) const noexcept
 int String::findLastOf(const Char* text) const noexcept
 {
     if (text == nullptr || *text == 0) return -1;
-    const TextView searched = view().substr(0, text::findUnit(m_text.data(), m_text.size(), 0));
-    return toIndex(searched.rfind(text));
+    const TextView searched = countable();
+    return toIndex(searched.substr(0, text::findUnit(searched.data(), searched.size(), 0)).rfind(text));
 }
 
 int String::findLastOf(Char c, int start) const noexcept
 {
     if (start < 0 || start >= length()) return -1;
-    const int hit = toIndex(m_text.rfind(c));
+    const int hit = toIndex(countable().rfind(c));
+    return hit >= start ? hit : -1;
+}
+
+int String::findUnits(TextView units, int start) const noexcept
+{
+    if (start < 0 || start >= length()) return -1;
+    return toIndex(countable().find(units, static_cast<std::size_t>(start)));
+}
+
+int String::findLastUnits(TextView units, int start) const noexcept
+{
+    if (start < 0 || start >= length()) return -1;
+    const int hit = toIndex(countable().rfind(units));
     return hit >= start ? hit : -1;
 }
 
@@ -70,11 +79,11 @@ int String::findNonAlpha(int start) const noexcept
     return findUnit(start, [](Char c) { return !text::isAlpha(c); });
 }
 
-int String::findAlphaNum(int start) const noexcept { return findUnit(start, isNumberStart); }
+int String::findAlphaNum(int start) const noexcept { return findUnit(start, detail::isNumberStart); }
 
 int String::findNonAlphaNum(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !isNumberStart(c); });
+    return findUnit(start, [](Char c) { return !detail::isNumberStart(c); });
 }
 
 int String::findDigit(int start, Char except) const noexcept
@@ -87,11 +96,11 @@ int String::findNonDigit(int start) const noexcept
     return findUnit(start, [](Char c) { return !text::isDigit(c); });
 }
 
-int String::findSignedDigit(int start) const noexcept { return findUnit(start, isSignedDigit); }
+int String::findSignedDigit(int start) const noexcept { return findUnit(start, detail::isSignedDigit); }
 
 int String::findNonSignedDigit(int start) const noexcept
 {
-    return findUnit(start, [](Char c) { return !isSignedDigit(c); });
+    return findUnit(start, [](Char c) { return !detail::isSignedDigit(c); });
 }
 
 int String::findNumeric(int start) const noexcept { return findUnit(start, isNumeric); }

@@ -39,12 +39,8 @@ inline bool isAlpha(Char c) noexcept
     return (detail::characterClass(c) & detail::ALPHA) != 0;
 }
 
-/// A letter or a decimal digit of any script.
-inline bool isAlphaNumeric(Char c) noexcept
-{
-    if (detail::isAscii(c)) return detail::isAsciiLetter(c) || isDigit(c);
-    return (detail::characterClass(c) & (detail::ALPHA | detail::DIGIT)) != 0;
-}
+/// A letter, or one of the ten ASCII digits: those of other scripts are numbers to nobody here.
+inline bool isAlphaNumeric(Char c) noexcept { return isAlpha(c) || isDigit(c); }
 
 /// Neither blank nor control nor format character.
 inline bool isGraphic(Char c) noexcept

@@ -113,9 +113,15 @@ std::size_t measureExactly(std::string_view bytes)
     return count;
 }
 
-/// Decodes into `capacity` units. False when they do not suffice or are not filled, as it is with ill-formed bytes
-/// that were measured as well-formed ones.
-bool decodeInto(std::string_view bytes, Char* units, std::size_t capacity)
+/// The units written, and whether all of the source is read.
+struct Filled
+{
+    std::size_t written;
+    bool complete;
+};
+
+/// Decodes as much as `capacity` units hold; one for each byte suffices.
+Filled decodeInto(std::string_view bytes, Char* units, std::size_t capacity)
 {
     const TextKernels& kernels = textKernels();
     std::size_t written = 0;
@@ -128,17 +134,17 @@ bool decodeInto(std::string_view bytes, Char* units, std::size_t capacity)
         for (int i = 0; i < LEFT_BY_VECTORS && !bytes.empty(); ++i)
         {
             const Character c = firstOf(bytes);
-            if (capacity - written < unitsOf(c.value)) return false;
+            if (capacity - written < unitsOf(c.value)) return {written, false};
             put(c.value, units + written);
             written += unitsOf(c.value);
             bytes.remove_prefix(c.length);
         }
     }
-    return written == capacity;
+    return {written, true};
 }
 
-/// Encodes into exactly `capacity` bytes.
-void encodeInto(TextView units, char* bytes, std::size_t capacity)
+/// Encodes into `capacity` bytes, which suffice. Returns how many it wrote.
+std::size_t encodeInto(TextView units, char* bytes, std::size_t capacity)
 {
     const TextKernels& kernels = textKernels();
     std::size_t written = 0;
@@ -155,6 +161,7 @@ void encodeInto(TextView units, char* bytes, std::size_t capacity)
             units.remove_prefix(c.length);
         }
     }
+    return written;
 }
 
 /// A conversion in its two parts: ASCII, and what follows it.
@@ -171,11 +178,13 @@ struct Plan
 using DecodePlan = Plan<char>;
 using EncodePlan = Plan<Char>;
 
-/// False when the measure was wrong.
+/// False when the measure was wrong, as it is for ill-formed bytes.
 bool carryOut(const DecodePlan& plan, Char* units)
 {
     textKernels().widenAscii(plan.ascii.data(), plan.ascii.size(), units);
-    return plan.rest.empty() || decodeInto(plan.rest, units + plan.ascii.size(), plan.restSize);
+    if (plan.rest.empty()) return true;
+    const Filled filled = decodeInto(plan.rest, units + plan.ascii.size(), plan.restSize);
+    return filled.complete && filled.written == plan.restSize;
 }
 
 void carryOut(const EncodePlan& plan, char* bytes)
@@ -197,11 +206,10 @@ constexpr std::size_t SHORT = 64;
 
 /// Whether all of a short text is ASCII, by words of eight bytes. The last one overlaps the one before it.
 template <class Source>
-bool isShortAscii(std::basic_string_view<Source> text)
+bool isAsciiOfWords(std::basic_string_view<Source> text)
 {
     constexpr std::uint64_t BEYOND = sizeof(Source) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
     constexpr std::size_t STEP = sizeof(std::uint64_t) / sizeof(Source);
-    if (text.size() > SHORT) return false;
     std::uint64_t all = 0;
     const auto add = [&all](const Source* from)
     {
@@ -246,16 +254,37 @@ std::string encodeByKernels(TextView text)
     return result;
 }
 
+/// What is short is not measured: it has at most as many units as bytes, and at most three bytes for each unit.
+/// @{
+Text decodeShort(std::string_view bytes)
+{
+    Char units[SHORT];
+    const auto [read, written] = textKernels().decodeUtf8(bytes.data(), bytes.size(), units, bytes.size());
+    if (read == bytes.size()) return {units, written};
+    return {units, written + decodeInto(bytes.substr(read), units + written, bytes.size() - written).written};
+}
+
+std::string encodeShort(TextView text)
+{
+    char bytes[3 * SHORT];
+    return {bytes, encodeInto(text, bytes, sizeof bytes)};
+}
+/// @}
+
 }  // namespace
 
 Text decodeUtf8(std::string_view bytes)
 {
-    return isShortAscii(bytes) ? Text(bytes.begin(), bytes.end()) : decodeByKernels(bytes);
+    if (bytes.size() > SHORT) return decodeByKernels(bytes);
+    if (!textKernels().takesShort && isAsciiOfWords(bytes)) return Text(bytes.begin(), bytes.end());
+    return decodeShort(bytes);
 }
 
 std::string encodeUtf8(TextView text)
 {
-    return isShortAscii(text) ? std::string(text.begin(), text.end()) : encodeByKernels(text);
+    if (text.size() > SHORT) return encodeByKernels(text);
+    if (!textKernels().takesShort && isAsciiOfWords(text)) return std::string(text.begin(), text.end());
+    return encodeShort(text);
 }
 
 }  // namespace Oxa_1_1::text

@@ -7,6 +7,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "benchmarks/contest.h"
@@ -57,6 +58,23 @@ void addCommands()
                    [options](const CopySample& sample) {
                        run({"cp", options, sample.source.c_str(), sample.target.c_str()});
                    });
+    }
+    addOn(work::LIST_DEEP, "find", deepTree, [](const FileSample& sample) { run({"find", sample.path.c_str()}); });
+    for (const auto& [work, sample] : {std::pair(work::COPY_DEEP, &deepTree), {work::COPY_WIDE, &wideFolder}})
+    {
+        addOnFresh(
+            work, "cp -a", [sample = sample] { return freshCopyOf(sample()); },
+            [](const CopySample& copy) {
+                run({"cp", "-a", copy.source.c_str(), copy.target.c_str()});
+            });
+    }
+    for (const auto& [work, sample] : {std::pair(work::REMOVE_DEEP, &deepTree), {work::REMOVE_WIDE, &wideFolder}})
+    {
+        addOnFresh(
+            work, "rm -rf", [sample = sample] { return doomedCopyOf(sample()); },
+            [](const CopySample& doomed) {
+                run({"rm", "-rf", doomed.source.c_str()});
+            });
     }
     addOnFresh(work::REMOVE_SMALL, "rm -rf", doomedTree,
                [](const FileSample& sample) {

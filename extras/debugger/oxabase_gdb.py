@@ -45,6 +45,17 @@ def number(address, size=8):
     return int.from_bytes(read(address, size), "little")
 
 
+def zero_terminated(address, width, most):
+    """The units, of some bytes each, in front of the first zero."""
+    units = b""
+    while len(units) < width * most:
+        unit = read(address + len(units), width)
+        if not any(unit):
+            break
+        units += unit
+    return units
+
+
 def text_at(address, most=None):
     """The String at an address; None for NIL."""
     raw = read(address, STRING_SIZE)
@@ -63,13 +74,17 @@ def shown(text):
 
 
 def class_at(address):
-    """The name of the most derived class of a polymorphic object, by its virtual table; None when there is none."""
+    """The name of the most derived class of a polymorphic object, by its virtual table; None when there is none. It is
+    read of the type information, since the table's own symbol is not exported for every class and gone when stripped."""
     try:
-        table = number(address)
-        found = gdb.execute("info symbol %d" % table, to_string=True)
+        information = number(number(address) - 8)
+        name = zero_terminated(number(information + 8), 1, 1024)
+        if not re.fullmatch(rb"\*?[\w.$]+", name):
+            return None
+        shown = gdb.execute("demangle -l c++ -- _ZTI" + name.lstrip(b"*").decode(), to_string=True).strip()
     except (Unreadable, gdb.error):
         return None
-    match = re.match(r"vtable for (.+?)(?: \+ \d+)?(?: in section .*)?$", found.strip())
+    match = re.match(r"typeinfo for (.+)$", shown)
     return match[1] if match else None
 
 
@@ -272,19 +287,9 @@ class ClassView(View):
         if class_at(record) is None:
             raise Unreadable()
         while record and len(names) < 64:
-            names.append(zero_terminated(number(record + CLASS_NAME)))
+            names.append(zero_terminated(number(record + CLASS_NAME), 2, 256).decode("utf-16-le", "replace"))
             record = number(record + CLASS_BASE)
         return " : ".join(names) + " " + version_text(self.address() + CLASS_VERSION)
-
-
-def zero_terminated(address):
-    units = b""
-    while len(units) < 512:
-        unit = read(address + len(units), 2)
-        if unit == b"\0\0":
-            break
-        units += unit
-    return units.decode("utf-16-le", "replace")
 
 
 class InfoStringMapView(View):

@@ -68,6 +68,8 @@ int main()
     for (int i = 0; i < 50; ++i) longText += u"0123456789";
     String moved(u"far longer than what is kept within the object itself");
     const String taken(std::move(moved));
+    const String partOfShort = text.substr(4, 7);
+    const String partOfLong = taken.substr(0, 8);
     const std::vector<String> texts{text, nil, empty};
 
     const SmartPtr<Survey> node = makeNode<Survey>();
@@ -112,8 +114,8 @@ int main()
     const StringResource& badResource = garbage<StringResource>(0xA5);
 
     stop(text);
-    look(taken), look(quoted), look(longText), look(texts), look(sameNode), look(noNode), look(target), look(handle),
-        look(narrow);
+    look(taken), look(partOfShort), look(partOfLong), look(quoted), look(longText), look(texts), look(sameNode),
+        look(noNode), look(target), look(handle), look(narrow);
     look(handleOfGone), look(watchedGone), look(folder), look(share), look(here), look(file), look(item), look(noFile);
     look(version), look(record), look(resource), look(direction), look(point), look(zeroText), look(badText);
     look(wildText), look(badNode), look(badWatched), look(badFile), look(badFolder), look(zeroFolder), look(badRecord);

@@ -19,6 +19,7 @@ namespace
 {
 
 std::vector<String> reports;
+std::vector<String> stacks;
 std::vector<String> questions;
 String lastCaption;
 AssertionAnswer answer = AssertionAnswer::Ignore;
@@ -31,11 +32,16 @@ class Assertion : public testing::Test
     Assertion()
     {
         reports.clear();
+        stacks.clear();
         questions.clear();
         breaks = 0;
         answer = AssertionAnswer::Ignore;
         DiagnosticHooks hooks;
-        hooks.debugOutput = [](const Char* text) { reports.emplace_back(text); };
+        hooks.debugOutput = [](const Char* text)
+        {
+            const bool isStack = String(text).find(OXA_TEXT("Call stack:")) == 0;
+            (isStack ? stacks : reports).emplace_back(text);
+        };
         hooks.ask = [](const Char* text, const Char* caption)
         {
             questions.emplace_back(text);
@@ -85,8 +91,27 @@ TEST_F(Assertion, ReportsHaveTheDescribedForm)
         EXPECT_EQ(questions.back(), String(c.report));
     }
     EXPECT_EQ(reports.size(), std::size(cases));
+    EXPECT_EQ(stacks.size(), std::size(cases));
     EXPECT_EQ(breaks, static_cast<int>(std::size(cases)));
     EXPECT_NE(lastCaption.find(OXA_TEXT("diagnostics_test")), -1);
+}
+
+[[gnu::noinline]] void failForItsStack()
+{
+    OXA_ASSERT(stacks.size() > 100);
+    asm volatile("" ::: "memory");
+}
+
+TEST_F(Assertion, TheStackBeginsWhereTheAssertionFailed)
+{
+    failForItsStack();
+    ASSERT_EQ(stacks.size(), 1U);
+    const int begin = stacks[0].find(OXA_TEXT("failForItsStack()"));
+    EXPECT_GT(begin, 0);
+    EXPECT_EQ(stacks[0].find(OXA_TEXT("\n")), stacks[0].find(OXA_TEXT("\n  ")));
+    EXPECT_LT(begin, stacks[0].find(OXA_TEXT("TheStackBeginsWhereTheAssertionFailed")));
+    EXPECT_GT(stacks[0].find(OXA_TEXT("assertion_test.cpp:")), begin);
+    EXPECT_EQ(stacks[0].find(OXA_TEXT("__assert_fail_x")), -1);
 }
 
 TEST_F(Assertion, IgnoringPassesOverTheLineForEver)

@@ -72,8 +72,10 @@ function(oxa_stated_output result number)
   set(${result} "${stated}" PARENT_SCOPE)
 endfunction()
 
-# One test for each command of a console session, by what it prints.
-function(oxa_add_console_tests name session)
+# One test for each command of a console session, in this order and in the folder, by what it prints. "..." stands for
+# any text in a line, and in a line of its own for any number of lines. A command that prints nothing must end with 0. The
+# first runs behind the test `former`, which becomes the last one.
+function(oxa_add_console_tests name folder session)
   set(session "\n${session}")
   set(number 0)
   _oxa_cut(nothing session "\n$ ")
@@ -82,12 +84,20 @@ function(oxa_add_console_tests name session)
     _oxa_cut(command entry "\n")
     separate_arguments(command UNIX_COMMAND "${command}")
     string(STRIP "${entry}" printed)
-    string(REGEX REPLACE "([][+.*()^$?|\\\\])" "\\\\\\1" printed "${printed}")
+    string(REGEX REPLACE "([][+.*()^$?|\\\\])" "\\\\\\1" printed "\n${printed}\n")
     string(REPLACE "\n" "\r?\n" printed "${printed}")
+    string(REPLACE "\r?\n\\.\\.\\.\r?\n" "\r?\n(.*\n)?" printed "${printed}")
+    string(REPLACE "\\.\\.\\." "[^\n]*" printed "${printed}")
+    string(REPLACE "^\r?\n" "" printed "^${printed}")
     math(EXPR number "${number} + 1")
-    add_test(NAME ${name}_${number} COMMAND ${command})
-    set_tests_properties(${name}_${number} PROPERTIES PASS_REGULAR_EXPRESSION "^${printed}\r?\n$"
+    add_test(NAME ${name}_${number} COMMAND ${command} WORKING_DIRECTORY ${folder})
+    set_tests_properties(${name}_${number} PROPERTIES DEPENDS "${former}"
       ENVIRONMENT "LC_ALL=C.UTF-8;LANGUAGE=;XDG_CONFIG_HOME=${CMAKE_CURRENT_BINARY_DIR}/settings"
       ENVIRONMENT_MODIFICATION "WINEPATH=path_list_prepend:$<TARGET_FILE_DIR:OxaBase>")
+    if(entry)
+      set_tests_properties(${name}_${number} PROPERTIES PASS_REGULAR_EXPRESSION "^${printed}$")
+    endif()
+    set(former ${name}_${number})
   endwhile()
+  set(former ${former} PARENT_SCOPE)
 endfunction()

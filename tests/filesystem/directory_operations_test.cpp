@@ -162,6 +162,16 @@ TEST(DirectoryOperations, CopiesItself)
     EXPECT_EQ(temp.contents("target"), (Names{"b", "other"}));
 }
 
+TEST(DirectoryOperations, RemoveNoSourceWithAFailedCopy)
+{
+    const TempFolder temp;
+    temp.write("c/c/x", "inner");
+    temp.write("c/x", "outer");
+    EXPECT_EQ(temp.directory("c/c")->copy(*temp.directory(), false, nullptr), nullptr);
+    EXPECT_EQ(temp.read("c/c/x"), "inner");
+    EXPECT_EQ(temp.read("c/x"), "outer");
+}
+
 TEST(DirectoryOperations, Moves)
 {
     const TempFolder temp;

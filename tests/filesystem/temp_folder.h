@@ -22,7 +22,8 @@ class TempFolder
     TempFolder()
     {
         const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-        m_path = std::filesystem::path(testing::TempDir()) / "oxa" / test->test_suite_name() / test->name();
+        m_path = std::filesystem::temp_directory_path() /
+                 (std::string(OXA_TEST_RUN "_") + test->test_suite_name() + "_" + test->name());
         clear();
         std::filesystem::create_directories(m_path);
     }

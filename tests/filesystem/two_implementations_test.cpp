@@ -22,7 +22,7 @@ std::string contentOf(const File& file)
     return {std::istreambuf_iterator<char>(*stream), {}};
 }
 
-/// How many operations said why they failed. Texts that the first creator refuses are reported, too.
+/// How many operations said why they failed.
 std::size_t failuresIn(Messages& messages)
 {
     const Texts texts = messages.take();
@@ -42,8 +42,18 @@ class TwoImplementations : public testing::Test
 
 TEST_F(TwoImplementations, HaveSpellingsOfTheirOwn)
 {
+    Messages messages;
     const auto file = memoryFile("a/../b/c.d");
     ASSERT_NE(file, nullptr);
+    EXPECT_NE(FileSystemItem::fromExistingString("mem:/"), nullptr);
+    for (const String& path : {m_disk.directory()->getFullName(), m_disk.directory()->getFullNameUnix()})
+    {
+        EXPECT_NE(FileSystemItem::fromExistingString(path), nullptr);
+    }
+    EXPECT_EQ(messages.take(), Texts{});
+    // Nobody takes it, as a file or as a folder.
+    EXPECT_EQ(FileSystemItem::fromExistingString("a|b"), nullptr);
+    EXPECT_EQ(messages.take().size(), 2U);
     EXPECT_EQ(file->getFullName(), "mem:/b/c.d");
     EXPECT_EQ(file->getDirectory()->getFullName(), "mem:/b/");
     EXPECT_EQ(File::fromString("mem:\\b\\C.D")->equals(*file), FileSystemItem::Equal);

@@ -10,6 +10,7 @@
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/platform/files/file_observer.h"
+#include "base/platform/system/last_error.h"
 #include "base/platform/system/shell.h"
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
@@ -91,6 +92,51 @@ TEST(Requests, AreSpelledForPathsOfAnyLengthOrNot)
     EXPECT_EQ(recorder.targets["renameFile"], longFile);
 }
 
+/// Writes a file just before another one gets its name.
+class Intruder final : public platform::FileObserver
+{
+   public:
+    explicit Intruder(const TempFolder& temp) : m_temp(temp), m_former(platform::setFileObserver(this)) {}
+    ~Intruder() override { platform::setFileObserver(m_former); }
+
+    std::optional<DWORD> called(std::string_view operation, TextView /*path*/, TextView /*target*/) override
+    {
+        if (operation == "renameFile") m_temp.write("place", "theirs");
+        return std::nullopt;
+    }
+
+   private:
+    const TempFolder& m_temp;
+    platform::FileObserver* m_former;
+};
+
+TEST(Requests, MoveNothingOverWhatCameMeanwhile)
+{
+    const TempFolder temp;
+    temp.write("file", "mine");
+    Messages messages;
+    const Intruder intruder(temp);
+    EXPECT_FALSE(temp.file("file")->move(*temp.file("place"), false));
+    EXPECT_EQ(temp.read("file"), "mine");
+    EXPECT_EQ(temp.read("place"), "theirs");
+    EXPECT_EQ(messages.take(), Texts{});
+}
+
+TEST(Requests, ThatTellNothingAreNoSignOfRemovedFiles)
+{
+    const TempFolder temp;
+    temp.write("file");
+    Messages messages;
+    Recorder recorder;
+    for (const auto& [code, isMissing] : {std::pair<DWORD, bool>{5, false}, {1117, false}, {2, true}, {53, true}})
+    {
+        recorder.fail("readAttributes", code);
+        EXPECT_EQ(temp.file("file")->remove(), isMissing) << code;
+        EXPECT_EQ(messages.take().empty(), isMissing) << code;
+    }
+    EXPECT_TRUE(temp.has("file"));
+}
+
 TEST(Requests, FailWithTheCodesOfCopies)
 {
     const TempFolder temp;
@@ -118,9 +164,70 @@ TEST(Requests, LeaveNothingOfAFailedCopyOfAFolder)
     Recorder recorder;
     recorder.fail("copyFile", 112, 2);
     EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("target"), false, nullptr), nullptr);
+    EXPECT_EQ(platform::lastError(), 112U);
     EXPECT_EQ(recorder.counts["copyFile"], 2);
     EXPECT_EQ(temp.contents(), (Names{"target/", "tree/", "tree/a", "tree/b"}));
     EXPECT_TRUE(messages.take().empty());
+}
+
+/// Sees to it that creators of others come before the library's own, so that all goes by virtual operations.
+class ForeignersFirst
+{
+   public:
+    ForeignersFirst() { File::creators.push_front(std::make_shared<Refuser>()); }
+    ForeignersFirst(const ForeignersFirst&) = delete;
+    ForeignersFirst& operator=(const ForeignersFirst&) = delete;
+    ~ForeignersFirst() { File::creators.pop_front(); }
+
+   private:
+    class Refuser final : public File::ImplCreator
+    {
+        std::unique_ptr<IFileImpl> create(const Directory& /*folder*/, const String& /*name*/) const override
+        {
+            return nullptr;
+        }
+        std::unique_ptr<IFileImpl> create(const String& /*path*/) const override { return nullptr; }
+    };
+};
+
+TEST(Requests, ThatFailMakeNoOperationOnATreeTrue)
+{
+    for (const bool isGeneric : {false, true})
+    {
+        const TempFolder temp;
+        Messages messages;
+        for (const char* const name : {"tree/a", "tree/b/c", "tree/b/d"}) temp.write(name);
+        temp.makeFolder("target");
+        const Names before = temp.contents("tree");
+        const auto foreigners = isGeneric ? std::make_unique<ForeignersFirst>() : nullptr;
+        const auto tree = temp.directory("tree");
+        Recorder recorder;
+        for (const char* const operation : {"openFolder", "nextEntry"})
+        {
+            const auto failing = [&](const auto& act)
+            {
+                recorder.fail(operation, 5, 2);
+                return act();
+            };
+            unsigned long long bytes = 0;
+            EXPECT_FALSE(failing([&] { return tree->size(bytes); })) << operation << isGeneric;
+            const auto target = temp.directory("target");
+            EXPECT_FALSE(failing([&] { return tree->copyContents(*target, true, true, nullptr); })) << operation;
+            EXPECT_EQ(failing([&] { return tree->copy(*target, true, nullptr); }), nullptr) << operation;
+            EXPECT_FALSE(failing([&] { return tree->move(*temp.directory("moved"), true); })) << operation;
+            EXPECT_LT(failing([&] { return tree->collectFiles("*", true).size(); }), 3U);
+            EXPECT_FALSE(Directory::isLastListWhole());
+            recorder.fail("none", 0);
+            EXPECT_EQ(tree->collectFiles("*", true).size(), 3U);
+            EXPECT_TRUE(Directory::isLastListWhole());
+            EXPECT_EQ(temp.contents("tree"), before);
+        }
+        recorder.fail("readAttributes", 5);
+        messages.take();
+        EXPECT_FALSE(tree->remove(true));
+        EXPECT_EQ(messages.take().size(), 1U);
+        EXPECT_EQ(temp.contents("tree"), before);
+    }
 }
 
 /// Everything is removed at once where the system can do that, and one by one before an observer.

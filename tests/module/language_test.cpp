@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "base/module/language.h"
+#include "base/module/scoped_resource_domain.h"
+#include "tests/formats/outside_bytes.h"
 #include "tests/module/fixtures/resource.h"
 #include "tests/module/loaded_fixture.h"
 #include "tests/string/string_printer.h"
@@ -119,6 +121,63 @@ TEST_F(Language, MayBeAskedForAndIsThenTriedFirst)
     EXPECT_TRUE(trace[1].path.ends_with(OXA_TEXT("\\languages\\DEU.dll")));
     EXPECT_EQ(LoadTranslationDLL(own, ANY_LANGUAGE), own);
     EXPECT_EQ(LoadTranslationDLL(own, FRENCH), own);
+    EXPECT_EQ(GetCurrentLangId(fixture.module()), ANY_LANGUAGE);
+    FreeTranslationDLL(own, LoadTranslationDLL(own, AUSTRIAN));
+    EXPECT_EQ(GetCurrentLangId(fixture.module()), NEUTRAL_GERMAN);
+}
+
+TEST_F(Language, EndsWithTheModuleWhichThenSpeaksEnglish)
+{
+    speak({GERMAN, ENGLISH, ENGLISH, ENGLISH});
+    const LoadedFixture fixture("scanner");
+    const Module& module = fixture.module();
+    EXPECT_EQ(String::loadFromResource(IDS_GREETING, module), GERMAN_GREETING);
+    const HINSTANCE translation = module.getResourceInstance();
+    reinterpret_cast<void (*)()>(fixture.symbol("detachScanner"))();
+    EXPECT_EQ(module.getResourceInstance(), translation);
+    EXPECT_EQ(module.loadText(IDS_GREETING), ENGLISH_GREETING);
+    EXPECT_EQ(module.loadStringResource(OXA_TEXT("named"), resourceNumber(10)).substr(0, 7), "english");
+    const ScopedResourceDomain domain(module);
+    EXPECT_EQ(ScopedResourceDomain::current(), module.getInstance());
+}
+
+/// Where a translation is damaged, English takes its place, and nothing is read beyond it.
+TEST_F(Language, OfADamagedTranslationIsTakenAsFarAsItIsWhole)
+{
+    speak({GERMAN, ENGLISH, ENGLISH, ENGLISH});
+    const fs::path folder = copyFixture() / "languages";
+    fs::create_directories(folder);
+    const std::string whole = readFile((SCANNER_FOLDER / "languages/DEU.dll").string());
+    const auto sizeField = [&](char size) {
+        return whole.find(std::string{size, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 0xA00);
+    };
+    const std::size_t version = whole.find(std::string("\xA4\1\0\0\0\0\0\0\0\0\0\0", 12), 0xA00);
+    const std::size_t greeting = whole.find(std::string("G\0r\0\xFC", 5)) - 2;
+    struct Case
+    {
+        std::size_t place;
+        std::string bytes;
+        const String& greeting;
+        const char* named;
+    };
+    for (const Case& c : {Case{0, "M", GERMAN_GREETING, "deutsch"},
+                          Case{greeting, std::string("\0\x80", 2), ENGLISH_GREETING, "deutsch"},
+                          Case{sizeField(0x32), std::string("\0\0\x20", 3), ENGLISH_GREETING, "deutsch"},
+                          Case{sizeField(7), std::string("\0\0\x20", 3), GERMAN_GREETING, "english"},
+                          Case{version, std::string("\0\0\x20", 3), ENGLISH_GREETING, "english"},
+                          Case{whole.size(), std::string(), ENGLISH_GREETING, "english"}})
+    {
+        ASSERT_LE(c.place, whole.size());
+        std::string bytes = whole;
+        bytes.replace(c.place, c.bytes.size(), c.bytes);
+        std::ofstream(folder / "DEU.dll", std::ios::binary) << bytes;
+        // The last is whole, but larger than any translation.
+        if (c.bytes.empty()) fs::resize_file(folder / "DEU.dll", std::uintmax_t{80} << 20);
+        const LoadedFixture fixture("scanner", "copy");
+        ASSERT_TRUE(fixture.isLoaded());
+        EXPECT_EQ(String::loadFromResource(IDS_GREETING, fixture.module()), c.greeting) << c.place;
+        EXPECT_EQ(fixture.module().loadStringResource(OXA_TEXT("named"), resourceNumber(10)).substr(0, 7), c.named);
+    }
 }
 
 TEST_F(Language, StaysTheOneThatWasRecordedFirst)

@@ -11,12 +11,7 @@ namespace Oxa_1_1::test
 {
 
 /// The module of that name in the list; null when there is none.
-inline const Module* findModule(const String& name)
-{
-    for (const Module& module : Module::all())
-        if (module.getModuleName() == name) return &module;
-    return nullptr;
-}
+inline const Module* findModule(const String& name) { return Module::find(name); }
 
 /// Loads one of the fixtures for the duration of a scope.
 class LoadedFixture

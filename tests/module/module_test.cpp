@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ranges>
 #include <vector>
 
 #include "base/module/module_entry.h"
+#include "base/module/plug_in.h"
 #include "base/module/symbol_table.h"
 #include "base/object/uz_class.h"
 #include "tests/module/loaded_fixture.h"
@@ -77,6 +80,36 @@ TEST(ModuleList, HasOnePositionForBothEnds)
     // The postfix forms move as the prefix forms do.
     EXPECT_EQ(it++, Module::end());
     EXPECT_EQ(&*it--, &plain.module());
+}
+
+TEST(PlugIn, IsHeldByItsCopiesUnlessItIsKept)
+{
+    const String file = OXA_FIXTURES "/plain/plain.x.module";
+    PlugIn plugIn = PlugIn::load(file);
+    ASSERT_TRUE(plugIn);
+    EXPECT_EQ(plugIn.module(), Module::find(OXA_TEXT("Plain.X")));
+    EXPECT_EQ(plugIn.function<const Module*()>("plainModule")(), plugIn.module());
+    EXPECT_EQ(plugIn.symbol("no such thing"), nullptr);
+    PlugIn copy = plugIn;
+    plugIn = {};
+    EXPECT_NE(Module::find(OXA_TEXT("plain.x")), nullptr);
+    copy = {};
+    EXPECT_EQ(Module::find(OXA_TEXT("plain.x")), nullptr);
+
+    String reason;
+    EXPECT_FALSE(PlugIn::load(file + OXA_TEXT(".none"), reason));
+    EXPECT_FALSE(reason.isEmpty());
+    EXPECT_TRUE(PlugIn().module() == nullptr && PlugIn().symbol("x") == nullptr);
+}
+
+TEST(ModuleList, IsARangeOfTheStandardLibrary)
+{
+    static_assert(std::ranges::bidirectional_range<Module::Range> && std::ranges::view<Module::ReverseRange>);
+    const LoadedFixture plain("plain");
+    const auto isPlain = [](const Module& module) { return module.getModuleName() == OXA_TEXT("plain.x"); };
+    EXPECT_EQ(&*std::ranges::find_if(Module::all(), isPlain), &plain.module());
+    EXPECT_EQ(std::ranges::distance(Module::allReversed()), static_cast<std::ptrdiff_t>(Module::count));
+    EXPECT_EQ(Module::find(OXA_TEXT("nobody")), nullptr);
 }
 
 TEST(Module, IsNamedAfterItsFileAndCarriesItsSymbols)

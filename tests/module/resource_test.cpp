@@ -56,7 +56,12 @@ TEST_F(Resources, AreFoundByNameAndNumberWithoutRegardToCase)
     EXPECT_EQ(module.loadStringResource(OXA_TEXT("named"), RAW_DATA), named);
     EXPECT_EQ(bytesOf(module.getResource(IDB_ENGLISH_ONLY, RAW_DATA)), "english only");
     EXPECT_EQ(bytesOf(module.getResource(0x10000 + IDB_ENGLISH_ONLY, RAW_DATA)), "english only");
-    EXPECT_EQ(bytesOf(module.getResource(OXA_TEXT("#8"), OXA_TEXT("#10"))), "english only");
+    for (const Char* const name : {OXA_TEXT("#8"), OXA_TEXT("# 8"), OXA_TEXT("#+8x"), OXA_TEXT("#4294967304")})
+        EXPECT_EQ(bytesOf(module.getResource(String(name), OXA_TEXT("#10"))), "english only") << String(name);
+    for (const Char* const name : {OXA_TEXT("#65544"), OXA_TEXT("#-8"), OXA_TEXT("#x8"), OXA_TEXT("#")})
+        EXPECT_EQ(module.findResource(String(name), OXA_TEXT("#10")), nullptr) << String(name);
+    EXPECT_EQ(module.resourceBytes(IDB_ENGLISH_ONLY, RAW_DATA).size(), 12U);
+    EXPECT_TRUE(module.resourceBytes(OXA_TEXT("unknown"), RAW_DATA).empty());
     EXPECT_EQ(bytesOf(module.getResource(OXA_TEXT("Resource.H"), OXA_TEXT("metadata"))).substr(0, 23),
               "//{{NO_DEPENDENCIES}}\n/");
 
@@ -122,8 +127,9 @@ TEST_F(Resources, AreTakenInTheWantedLanguage)
     speak(BUILT_IN_LANGUAGE);
     const LoadedFixture fixture("scanner");
     const Module& module = fixture.module();
-    DWORD threadLocale = 0;
-    module.findResource(OXA_TEXT("named"), RAW_DATA, true, &threadLocale);
+    // Where no language suits, the locale of the thread is told, which is that of the user.
+    DWORD threadLocale = FRENCH;
+    module.findResource(IDB_FLAG, RAW_DATA, true, &threadLocale);
     const DWORD sortOrder = threadLocale & 0xF0000;
 
     struct Case
@@ -140,13 +146,10 @@ TEST_F(Resources, AreTakenInTheWantedLanguage)
         EXPECT_EQ(bytesOf(module.getResource(IDB_FLAG, RAW_DATA, true, &lcid)), c.bytes) << c.wanted;
         EXPECT_EQ(lcid, sortOrder | c.taken) << c.wanted;
     }
-    DWORD lcid = 0;
-    module.getResource(IDB_FLAG, RAW_DATA, true, &lcid);
-    EXPECT_EQ(lcid, threadLocale) << "the locale of the thread was left changed";
-    lcid = FRENCH;
+    DWORD lcid = FRENCH;
     EXPECT_EQ(bytesOf(module.getResource(IDB_FLAG, RAW_DATA, true, &lcid)),
               bytesOf(module.getResource(IDB_FLAG, RAW_DATA)));
-    EXPECT_EQ(lcid & 0xFFFF, ENGLISH);
+    EXPECT_EQ(lcid, threadLocale) << "the locale of the thread was left changed";
     lcid = FRENCH;
     EXPECT_EQ(bytesOf(module.getResource(IDB_ENGLISH_ONLY, RAW_DATA, true, &lcid)), "english only");
     EXPECT_EQ(lcid & 0xFFFF, ENGLISH);
@@ -162,7 +165,10 @@ TEST_F(Resources, IncludeTextsByNumber)
     EXPECT_EQ(String::loadFromResource(IDS_FIRST_OF_BLOCK, module), OXA_TEXT("zero"));
     for (const unsigned int missing :
          {static_cast<unsigned int>(IDS_EMPTY), 104U, 0U, 65535U, 65536U + IDS_GREETING, 0xFFFFFFFFU})
+    {
         EXPECT_EQ(String::loadFromResource(missing, module), OXA_TEXT("Error loading string resource!"));
+        EXPECT_FALSE(module.loadText(missing));
+    }
 }
 
 TEST(ResourceFile, ListsWhatAFileHolds)

@@ -80,6 +80,10 @@ TEST(SymbolTable, RefusesABadStream)
     std::istringstream failed("#define A 1");
     failed.setstate(std::ios::failbit);
     EXPECT_FALSE(table.parseHeaderFile(failed));
+    std::istringstream throwing("#define A 1");
+    throwing.exceptions(std::ios::failbit | std::ios::badbit);
+    EXPECT_TRUE(table.parseHeaderFile(throwing));
+    EXPECT_EQ(throwing.exceptions(), std::ios::failbit | std::ios::badbit);
 }
 
 TEST(SymbolTable, AgreesWithMapsOverManySymbols)

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/module/module.h"
+#include "base/object/weak_ptr.h"
 #include "tests/string/string_printer.h"
 
 namespace Oxa_1_1::test
@@ -130,6 +131,39 @@ TEST(WeakHandle, ReachesANodeUntilItIsGone)
     EXPECT_FALSE(handle->tryDestroy());
     EXPECT_FALSE(watched.expired());
     handle.reset();
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(WeakHandle, ForgetsANodeThatIsDestroyedBeforeItIsOwned)
+{
+    struct Failing : BaseNode
+    {
+        explicit Failing(std::shared_ptr<WeakHandle>& handle)
+        {
+            handle = getWeakHandle().lock();
+            throw 1;
+        }
+    };
+    std::shared_ptr<WeakHandle> handle;
+    EXPECT_THROW(makeNode<Failing>(handle), int);
+    EXPECT_FALSE(handle->lock());
+}
+
+TEST(WeakPtr, ReachesItsNodeWhileThatLives)
+{
+    std::atomic<int> destroyed = 0;
+    SmartPtr<CountedNode> node = makeNode<CountedNode>(destroyed);
+    WeakPtr<const CountedNode> watched = node;
+    const WeakPtr<BaseNode> empty;
+    EXPECT_TRUE(!empty.lock() && empty.expired() && !watched.expired());
+    EXPECT_EQ(watched.lock(), node);
+    EXPECT_EQ(node->getRefCounter(), 1U);
+    const SmartPtr<CountedNode> owner = constPointerCast<CountedNode>(watched.lock());
+    CountedNode* const detached = node.detach();
+    EXPECT_TRUE(!node && detached == owner && owner->getRefCounter() == 2);
+    node = SmartPtr<CountedNode>::adopt(detached);
+    EXPECT_EQ(node->getRefCounter(), 2U);
+    watched.reset();
     EXPECT_TRUE(watched.expired());
 }
 

@@ -54,6 +54,19 @@ TEST(InfoStringMap, TakesAWholeMapEvenItsOwn)
     EXPECT_FALSE(copy.willExpire());
 }
 
+TEST(InfoStringMap, MovesAndLosesEntries)
+{
+    InfoStringMap map(InfoStringMap::Map{{"a", "1"}, {"b", "2"}});
+    map.setExpire(false);
+    EXPECT_TRUE(map.contains("A") && map.remove("A"));
+    EXPECT_FALSE(map.contains("a") || map.remove("a"));
+    InfoStringMap moved = std::move(map);
+    EXPECT_TRUE(moved.contains("b") && !moved.willExpire());
+    map = std::move(moved);
+    EXPECT_EQ(map.getNumberInfos(), 1U);
+    EXPECT_EQ(moved.getNumberInfos(), 0U);
+}
+
 }  // namespace
 
 }  // namespace Oxa_1_1::test

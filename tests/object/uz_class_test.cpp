@@ -9,6 +9,7 @@
 #include <random>
 #include <vector>
 
+#include "base/module/class_record.h"
 #include "base/module/module.h"
 #include "base/object/base_node.h"
 #include "base/object/creatable_class.h"
@@ -17,6 +18,8 @@
 
 namespace Oxa_1_1::test
 {
+
+const uZClass* recordWithoutTypes();
 
 namespace
 {
@@ -140,6 +143,28 @@ TEST(uZClass, CursorsStartAndEndAtNull)
     EXPECT_FALSE(root.iterateBaseClasses(it));
     EXPECT_TRUE(leaf.iterateBaseClasses(it) && it == &root);
     EXPECT_FALSE(root.isDerivedFrom(nullptr));
+
+    const uZClass other(OXA_TEXT("other"), &root, getThisModule(), ClassVersion());
+    for (const uZClass* outside : {&root, &other, BaseNode::Class()})
+        for (const auto iterate : {&uZClass::iterateLeafClasses, &uZClass::iterateDerivedClasses})
+        {
+            it = outside;
+            EXPECT_TRUE(!(leaf.*iterate)(it) && it == nullptr);
+        }
+}
+
+TEST(uZClass, IsFoundByItsNameAndKnowsAncestorsOfAnyDepth)
+{
+    std::vector<std::unique_ptr<const uZClass>> line;
+    for (int i = 0; i < 20; ++i)
+        line.push_back(std::make_unique<uZClass>(i == 19 ? OXA_TEXT("deepest") : OXA_TEXT("deep"),
+                                                 i == 0 ? nullptr : line.back().get(), getThisModule(),
+                                                 ClassVersion()));
+    for (std::size_t i = 0; i < line.size(); ++i)
+        for (std::size_t j = 0; j < line.size(); ++j) EXPECT_EQ(line[i]->isDerivedFrom(line[j].get()), i >= j);
+    EXPECT_EQ(uZClass::find(OXA_TEXT("deepest")), line.back().get());
+    EXPECT_EQ(uZClass::find(OXA_TEXT("Deepest")), nullptr);
+    while (!line.empty()) line.pop_back();
 }
 
 TEST(uZClass, RecordsOfTheLibraryKnowTheirPlaceAndTheirMakers)
@@ -169,6 +194,55 @@ TEST(uZClass, RecordsOfTheLibraryKnowTheirPlaceAndTheirMakers)
     EXPECT_EQ(createFromClass<InfoStringMap>(InfoStringMap::Class()), nullptr);
     EXPECT_EQ(createFromClass<ObserverInfo>(BaseNode::Class()), nullptr);
     EXPECT_EQ(createFromClass<ObserverInfo>(nullptr), nullptr);
+    EXPECT_EQ(createFromClass<BaseNode>(recordWithoutTypes()), nullptr);
+}
+
+struct Shape : BaseNode
+{
+    static const uZClass* Class()
+    {
+        static const ClassRecord<Shape, BaseNode> record(OXA_TEXT("Shape"));
+        return &record;
+    }
+    const uZClass* getClassType() const override { return Class(); }
+    virtual int corners() const = 0;
+};
+
+struct Square : Shape
+{
+    static const uZClass* Class()
+    {
+        static const ClassRecord<Square, Shape> record(OXA_TEXT("Square"), ClassVersion{3, 1});
+        return &record;
+    }
+    const uZClass* getClassType() const override { return Class(); }
+    int corners() const override { return 4; }
+};
+
+struct Plain
+{
+    static const uZClass* Class()
+    {
+        static const ClassRecord<Plain> record(OXA_TEXT("Plain"), {}, getThisModule());
+        return &record;
+    }
+};
+
+TEST(ClassRecord, MakesItsClassForWhoeverAsks)
+{
+    const uZClass* const square = Square::Class();
+    EXPECT_EQ(square->base, Shape::Class());
+    EXPECT_EQ(square->module, &ownModule());
+    EXPECT_EQ(square->version, (ClassVersion{3, 1}));
+    EXPECT_EQ(createFromClass<Square>(square)->corners() + createFromClass<Shape>(square)->corners(), 8);
+    const SmartPtr<BaseNode> node = createNode(square);
+    EXPECT_EQ(node->getRefCounter(), 1U);
+    EXPECT_TRUE(node->isKindOf<Square>() && node->isKindOf<Shape>() && !node->isKindOf<Plain>());
+    EXPECT_EQ(createNode<Shape>(square)->corners(), 4);
+    EXPECT_FALSE(createNode<Shape>(BaseNode::Class()));
+    EXPECT_FALSE(createNode(Shape::Class()) || createNode(Plain::Class()) || createNode(nullptr));
+    EXPECT_NE(createFromClass<Plain>(Plain::Class()), nullptr);
+    EXPECT_EQ(Plain::Class()->module, &getThisModule());
 }
 
 }  // namespace

@@ -14,6 +14,10 @@ namespace
 
 thread_local std::size_t allocations = 0;
 
+// Not called by name: where only the operators delete are inlined, GCC finds that they do not match those that
+// allocate.
+void (*volatile giveBack)(void*) = std::free;
+
 }  // namespace
 
 void* operator new(std::size_t size)
@@ -30,9 +34,9 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept
     return std::malloc(size);
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept { giveBack(memory); }
 
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { giveBack(memory); }
 
 namespace Oxa_1_1
 {

@@ -186,6 +186,11 @@ TEST_F(Files, DeleteAndRename)
     EXPECT_EQ(errorOf(deleteFile(folder / "empty")), 5u);
     EXPECT_EQ(errorOf(renameFile(folder / "a", folder / "empty")), 5u);
     EXPECT_EQ(errorOf(renameFile(folder / "full", folder / "empty")), 5u);
+    EXPECT_EQ(errorOf(renameFile(folder / "a", folder / "b", true)), 183u);
+    EXPECT_EQ(errorOf(renameFile(folder / "full", folder / "empty", true)), 183u);
+    EXPECT_EQ(folder.read("a") + folder.read("b"), "ab");
+    EXPECT_TRUE(renameFile(folder / "a", folder / "c", true));
+    EXPECT_TRUE(renameFile(folder / "c", folder / "a"));
     EXPECT_TRUE(renameFile(folder / "a", folder / "a"));
     EXPECT_EQ(folder.read("a"), "a");
     EXPECT_TRUE(renameFile(folder / "a", folder / "b"));

@@ -50,6 +50,19 @@ TEST(StringBridges, LiteralsOfEitherWidthAreTheSameText)
     EXPECT_EQ((String(u"x") += TextView(OXA_TEXT("a\0b"), 3)).length(), 2);
 }
 
+TEST(StringBridges, TextThatIsUtf8ByItsTypeIsTakenWhereverTextIs)
+{
+    String text(u8"Stra\u00DFe");
+    text = text + u8"!" + std::u8string_view(u8"?");
+    text << u8"\u20AC";
+    text.write(u8"abc", 2);
+    EXPECT_EQ(text, u8"Stra\u00DFe!?\u20ACab");
+    EXPECT_EQ(text.find(u8"\u00DF") + text.findLastOf(u8"?") + text.replace(u8"ab", u8""), 4 + 7 + 1);
+    EXPECT_TRUE(text.startsWith(u8"STRA\u00DF", true) && text.endsWith(u8"\u20AC") && text < u8"T" && u8"A" < text);
+    const std::map<String, int, StringLess2> map{{u8"\u00C4", 1}};
+    EXPECT_EQ(map.count(u8"\u00E4"), 1u);
+}
+
 TEST(StringBridges, PointersNeverTurnIntoTruthValues)
 {
     const wchar_t* const wide = L"wide";
@@ -101,6 +114,11 @@ TEST(StringBridges, MapsAreBlindToCaseAndLookedUpWithoutACopy)
 
 TEST(StringBridges, EqualTextsHaveEqualHashes)
 {
+    std::unordered_set<String, StringHashIgnoreCase, StringEqualIgnoreCase> blind{String::NIL, String::EMPTY,
+                                                                                  OXA_TEXT("\u00C4b")};
+    EXPECT_FALSE(blind.insert(OXA_TEXT("\u00E4B")).second);
+    EXPECT_TRUE(blind.contains(OXA_TEXT("\u00E4b")) && blind.contains(TextView(OXA_TEXT("\u00C4B\0x"), 4)));
+    EXPECT_EQ(blind.size(), 3u);
     std::unordered_set<String> set{String::NIL, String::EMPTY, OXA_TEXT("a")};
     EXPECT_EQ(set.size(), 3u);
     EXPECT_TRUE(set.contains(test::literal(OXA_TEXT("a\0b"))));
@@ -115,6 +133,28 @@ struct HostText
     const Char* text;
     int length;
 };
+
+/// The same, where it turns into a pointer by itself.
+struct PointingHostText : HostText
+{
+    operator const Char*() const { return text; }
+};
+
+TEST(StringBridges, TextOfTheHostFrameworkThatIsAPointerToo)
+{
+    const PointingHostText b{{OXA_TEXT("b"), 1}};
+    const PointingHostText nil{{nullptr, 0}};
+    String text(OXA_TEXT("a"));
+    text += b;
+    text << b << nil;
+    EXPECT_EQ(b + text + b, OXA_TEXT("babbb"));
+    EXPECT_TRUE(text == OXA_TEXT("abb") && text != b && b != text && text < b && b > text && String::NIL == nil);
+    EXPECT_EQ(text.compare(b) + text.compareIgnoreCase(b), -2);
+    EXPECT_EQ(text.find(b) + text.find(b, 2) + text.findLastOf(b), 1 + 2 + 2);
+    EXPECT_TRUE(StringLess2()(text, b) && !StringLess2()(b, text) && StringLess2()(nil, text));
+    EXPECT_EQ(text.replace(b, L"c") + text.replace(OXA_TEXT("c"), b) + text.replace(b, b), 6);
+    EXPECT_EQ(String(b), OXA_TEXT("b"));
+}
 
 TEST(StringBridges, TakesTheHostFrameworksText)
 {

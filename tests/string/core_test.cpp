@@ -100,6 +100,40 @@ TEST(StringCore, NarrowTextIsAnsiUnlessTagged)
     }
 }
 
+TEST(StringCore, Utf8KeepsZerosAndIsExactOnRequest)
+{
+    const std::string bytes("\xC3\xA4\0b", 4);
+    const std::u8string typed(u8"\u00E4\0b", 4);
+    const String expected = test::literal(OXA_TEXT("\u00E4\0b"));
+    for (const String& text :
+         {String::fromUTF8(bytes), String::fromUTF8(typed), String(typed), String(std::u8string_view(typed)),
+          String::fromUTF8Exactly(bytes).value(), String::fromUTF8Exactly(typed).value()})
+        EXPECT_TRUE(text.compareEquality(expected));
+    EXPECT_EQ(String(UTF8Interface(bytes)).length() + String(u8"ab").length() + String(u8"abc", 2).length(), 5);
+    EXPECT_TRUE(String::fromUTF8(static_cast<const char*>(nullptr)).isNil());
+    EXPECT_TRUE(String(static_cast<const char8_t*>(nullptr), 3).isNil());
+    EXPECT_TRUE(isPresentAndEmpty(String::fromUTF8("")) && isPresentAndEmpty(String::fromUTF8Exactly("").value()));
+    for (const char* const illFormed : {"a\xFF", "\xC3", "\xED\xA0\x80", "\xC0\x80", "\xEF\xBF\xBD\x80"})
+        EXPECT_FALSE(String::fromUTF8Exactly(illFormed)) << illFormed;
+    EXPECT_EQ(String::fromUTF8Exactly("\xEF\xBF\xBD"), String(OXA_TEXT("\uFFFD")));
+    EXPECT_EQ(String::fromUTF8("a\xFF"), OXA_TEXT("a\uFFFD"));
+}
+
+TEST(StringCore, CodePagesAreReachedBothWays)
+{
+    EXPECT_EQ(String::fromCodePage("\xE4", 1251), String(OXA_TEXT("\u0434")));
+    EXPECT_EQ(String(OXA_TEXT("\u0434")).toCodePage(1251), "\xE4");
+    EXPECT_EQ(String(OXA_TEXT("\u00E4")).toCodePage(65001), "\xC3\xA4");
+    EXPECT_EQ(String::fromCodePage(std::string_view("a\0b", 3), 0)->length(), 3);
+    EXPECT_TRUE(String::fromCodePage("", 850)->compareEquality(String::EMPTY));
+    EXPECT_EQ(String::NIL.toCodePage(850), "");
+    for (const std::uint32_t unknown : {1200u, 99999u})
+    {
+        EXPECT_FALSE(String::fromCodePage("a", unknown) || String::fromCodePage("", unknown)) << unknown;
+        EXPECT_FALSE(String(OXA_TEXT("a")).toCodePage(unknown) || String::NIL.toCodePage(unknown)) << unknown;
+    }
+}
+
 TEST(StringCore, ViewsCopyWithTheirCodePage)
 {
     UTF8Interface view("a");

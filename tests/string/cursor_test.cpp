@@ -117,10 +117,12 @@ TEST(StringExtract, SignedIntegers)
         {OXA_TEXT("2147483648"), INT_MAX, String::EMPTY},
         {OXA_TEXT("-2147483648"), INT_MIN, String::EMPTY},
         {OXA_TEXT("-99999999999999999999 x"), INT_MIN, OXA_TEXT(" x")},
-        {OXA_TEXT("\u0663"), 0, OXA_TEXT("\u0663")},
+        // Digits of other scripts are none, and no letters either.
+        {OXA_TEXT("\u0663"), 0, String::EMPTY},
+        {OXA_TEXT("\u0663 5"), 5, String::EMPTY},
     });
-    // In 32 bits on every system.
-    expectExtracted<long>({{OXA_TEXT("99999999999"), INT_MAX, String::EMPTY}});
+    expectExtracted<long>({{OXA_TEXT("-99999999999999999999 1"), LONG_MIN, OXA_TEXT(" 1")}});
+    expectExtracted<std::int64_t>({{OXA_TEXT("-81985529216486896"), -81985529216486896, String::EMPTY}});
     expectExtracted<long long>({{OXA_TEXT("99999999999 1"), 99999999999, OXA_TEXT(" 1")},
                                 {OXA_TEXT("9223372036854775808"), LLONG_MAX, String::EMPTY},
                                 {OXA_TEXT("-9223372036854775809"), LLONG_MIN, String::EMPTY}});
@@ -145,7 +147,8 @@ TEST(StringExtract, UnsignedIntegers)
         {String::NIL, 0, String::EMPTY},
     });
     expectExtracted<unsigned long>(
-        {{OXA_TEXT("-1"), UINT32_MAX, String::EMPTY}, {OXA_TEXT("99999999999"), UINT32_MAX, String::EMPTY}});
+        {{OXA_TEXT("-1"), ULONG_MAX, String::EMPTY}, {OXA_TEXT("99999999999999999999"), ULONG_MAX, String::EMPTY}});
+    expectExtracted<std::uint64_t>({{OXA_TEXT("81985529216486896"), 81985529216486896, String::EMPTY}});
     expectExtracted<unsigned long long>({{OXA_TEXT("18446744073709551615"), ULLONG_MAX, String::EMPTY},
                                          {OXA_TEXT("18446744073709551616"), ULLONG_MAX, String::EMPTY},
                                          {OXA_TEXT("-1"), ULLONG_MAX, String::EMPTY}});
@@ -169,6 +172,8 @@ TEST(StringExtract, FloatingPointNumbers)
         {OXA_TEXT("+\x10x1F"), 0, OXA_TEXT("+\x10x1F")},
         {OXA_TEXT("-Infinity!"), -INFINITE, OXA_TEXT("!")},
         {OXA_TEXT("inf inf"), INFINITE, OXA_TEXT(" inf")},
+        // Its lower case is an i, but only letters of ASCII count.
+        {OXA_TEXT("\u0130nf"), 0, OXA_TEXT("\u0130nf")},
         {OXA_TEXT("1e400 "), INFINITE, OXA_TEXT(" ")},
         {OXA_TEXT("-1e400"), -INFINITE, String::EMPTY},
         {OXA_TEXT("1e-400"), 0, String::EMPTY},
@@ -225,6 +230,13 @@ TEST(StringExtract, Characters)
         {String::NIL, 0, String::EMPTY},
     });
     expectExtracted<ForeignChar>({{OXA_TEXT(" ab"), 'a', OXA_TEXT("b")}});
+    // The whole character where the type has room for it, else its first half.
+    String pair(OXA_TEXT("\U0001F600\U0001F600"));
+    ForeignChar first = 0;
+    pair >> first;
+    EXPECT_EQ(pair.length(), sizeof(ForeignChar) == 4 ? 2 : 3);
+    EXPECT_EQ(static_cast<std::uint32_t>(first), sizeof(ForeignChar) == 4 ? 0x1F600u : 0xD83Du);
+    expectExtracted<ForeignChar>({{String(Char(0xD83D), 1) + OXA_TEXT("a"), ForeignChar(0xD83D), OXA_TEXT("a")}});
 }
 
 TEST(StringExtract, Texts)

@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <bit>
+#include <bitset>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <limits>
 #include <random>
+#include <vector>
 
 #include "tests/string/string_printer.h"
 
@@ -64,16 +68,53 @@ TEST(StringFormat, NilBecomesWhatIsAppended)
     EXPECT_EQ(String(OXA_TEXT("a")) += Char(0), OXA_TEXT("a"));
 }
 
+TEST(StringFormat, WhatIsTrueOrFalseByNatureIsWrittenSo)
+{
+    std::vector<bool> bits{true, false};
+    const std::atomic<bool> flag{true};
+    const std::bitset<2> set(1);
+    std::bitset<2> changing(1);
+    bool plain = true;
+    EXPECT_EQ(String() << bits[0] << bits[1] << flag << set[1], OXA_TEXT("truefalsetruefalse"));
+    EXPECT_EQ(String() << changing[0] << std::true_type{} << std::ref(plain), OXA_TEXT("truetruetrue"));
+    EXPECT_EQ((String() << std::atomic<int>{7} << std::integral_constant<int, 1>{}), OXA_TEXT("71"));
+}
+
+TEST(StringFormat, CharactersOfEveryTypeAreCharacters)
+{
+    EXPECT_EQ(String() << 'a' << '\xE4' << u8'b' << L'c' << u'd', OXA_TEXT("a\u00E4bcd"));
+    EXPECT_EQ(String() << U'\u20AC' << U'\U0001F600' << char32_t(0x110000), OXA_TEXT("\u20AC\U0001F600\uFFFD"));
+    EXPECT_TRUE((String() += '\0').compareEquality(String::EMPTY));
+    EXPECT_EQ(String('\x80', 2) + String(U'\U0001F600', 2), OXA_TEXT("\u20AC\u20AC\U0001F600\U0001F600"));
+
+    // Searches and replacements keep both halves together.
+    String text(OXA_TEXT("\U0001F600a\U0001F600b\U0001F601"));
+    EXPECT_EQ(text.findLastOf(U'\U0001F600'), 3);
+    EXPECT_EQ(text.findLastOf(U'\U0001F600', 4), -1);
+    EXPECT_EQ(text.findLastOf(L'b') + text.find(U'\U0001F600', 1) + text.find('a'), 5 + 3 + 2);
+    EXPECT_EQ(text.replace(U'\U0001F600', L'x'), 2);
+    EXPECT_EQ(text.replace('x', U'\U0001F602'), 2);
+    EXPECT_EQ(text, OXA_TEXT("\U0001F602a\U0001F602b\U0001F601"));
+    EXPECT_EQ(String(OXA_TEXT("\u00E4")).compare('\xE4') + String(OXA_TEXT("B")).compareIgnoreCase(u8'b'), 0);
+}
+
 TEST(StringFormat, OnlyTheTextBeforeTheFirstZeroIsAppended)
 {
     const String zero = test::literal(OXA_TEXT("b\0c"));
     EXPECT_EQ((String(OXA_TEXT("a")) += zero).length(), 2);
     EXPECT_EQ((String() += zero).length(), 3);
+    EXPECT_EQ((String() += zero.view()).length(), 1);
+    EXPECT_EQ((String() += Text(zero.view())).length(), 3);
     String self(OXA_TEXT("abcdefgh"));
     self += self;
     self += self.stringPath() + 8;
     EXPECT_EQ(self, OXA_TEXT("abcdefghabcdefghabcdefgh"));
 }
+
+enum Enumeration
+{
+    ENUMERATOR = 7
+};
 
 TEST(StringFormat, ConcatenationLeavesItsOperands)
 {
@@ -94,6 +135,10 @@ TEST(StringFormat, ConcatenationLeavesItsOperands)
     EXPECT_TRUE((Char(0) + nil).compareEquality(String::EMPTY));
     EXPECT_EQ(a + OXA_TEXT("b") + Char('c') + a + OXA_TEXT("a text long enough to be allocated"),
               OXA_TEXT("abcaa text long enough to be allocated"));
+    // Numbers are written as += writes them, on either side.
+    EXPECT_EQ(a + 5 + 1.5 + true + ENUMERATOR + std::true_type{} + 'b' + U'c', OXA_TEXT("a51.5true7truebc"));
+    EXPECT_EQ(5 + a + -1L, OXA_TEXT("5a-1"));
+    EXPECT_EQ(true + a + (1.5f + a) + ('b' + a), OXA_TEXT("truea1.5aba"));
     EXPECT_EQ(a, OXA_TEXT("a"));
 }
 

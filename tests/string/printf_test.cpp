@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <clocale>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -26,6 +27,16 @@ std::string printed(const Char* format, T... arguments)
     String text;
     text.printf_apply(format, arguments...);
     return text.isNil() ? "NIL" : text.stringUTF8();
+}
+
+TEST(StringPrintf, NumbersDependOnNoLocale)
+{
+    // Wherever there is one that writes a comma.
+    for (const char* const name : {"German_Germany.1252", "de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8"})
+        if (std::setlocale(LC_ALL, name) != nullptr) break;
+    const std::string text = printed(OXA_TEXT("%Lf %Lg %Le %f %g"), 1.5L, 2.5L, 1e10L, 1.5, 2.5);
+    std::setlocale(LC_ALL, "C");
+    EXPECT_EQ(text, "1.500000 2.5 1.000000e+10 1.500000 2.5");
 }
 
 TEST(StringPrintf, TextsAndCharacters)

@@ -81,6 +81,52 @@ TEST(StringStream, ALoopReadsEveryTokenOnce)
     EXPECT_TRUE(token.compareEquality(String::EMPTY));
 }
 
+TEST(StringStream, WhatThrowsLosesNoWord)
+{
+    std::istringstream ending("last");
+    ending.exceptions(std::ios::eofbit);
+    String text;
+    EXPECT_THROW(ending >> text, std::ios::failure);
+    EXPECT_EQ(text, OXA_TEXT("last"));
+}
+
+/// Yields two characters, then fails.
+class FailingBuffer : public std::streambuf
+{
+    int_type underflow() override
+    {
+        if (m_left-- == 0) throw 7;
+        setg(&m_c, &m_c, &m_c + 1);
+        return m_c;
+    }
+
+    char m_c = 'x';
+    int m_left = 2;
+};
+
+TEST(StringStream, AnExceptionOfTheBufferIsTheBadBit)
+{
+    for (const bool wanted : {false, true})
+    {
+        FailingBuffer buffer;
+        std::istream stream(&buffer);
+        if (wanted) stream.exceptions(std::ios::badbit);
+        String text;
+        if (wanted)
+            EXPECT_THROW(stream >> text, int);
+        else
+            EXPECT_NO_THROW(stream >> text);
+        EXPECT_TRUE(stream.bad() && text == OXA_TEXT("xx"));
+    }
+}
+
+TEST(StringStream, WritesUtf8OnRequest)
+{
+    std::ostringstream stream;
+    stream << std::setw(4) << utf8(OXA_TEXT("\u20AC")) << std::setw(3) << utf8(String::NIL) << utf8(u8"a");
+    EXPECT_EQ(stream.str(), " \xE2\x82\xAC  a");
+}
+
 }  // namespace
 
 }  // namespace Oxa_1_1

@@ -47,7 +47,7 @@ TEST(Character, ClassesBeyondAscii)
         {0xDF, true, true, false, true},       // sharp s
         {0x0301, true, true, false, true},     // combining acute
         {0x0416, true, true, false, true},     // Cyrillic
-        {0x0663, false, true, false, true},    // Arabic digit
+        {0x0663, false, false, false, true},   // Arabic digit
         {0x093F, true, true, false, true},     // Devanagari vowel sign
         {0x1680, false, false, true, false},   // Ogham space
         {0x2003, false, false, true, false},   // em space

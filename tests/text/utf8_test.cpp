@@ -96,6 +96,20 @@ char32_t randomCodePoint(std::mt19937& random, unsigned kinds)
     return c >= 0xD800 && c <= 0xDFFF ? c - 0x1000 : c;
 }
 
+/// What a kernel writes into room for `capacity`; it must not touch what lies behind. Returns how far it came.
+template <class Source, class Target>
+Progress convert(Progress (*kernel)(const Source*, std::size_t, Target*, std::size_t),
+                 const test::ExactBuffer<Source>& source, std::size_t capacity, std::basic_string<Target>& written)
+{
+    constexpr std::size_t BEHIND = 80;
+    constexpr Target UNTOUCHED = 0x55;
+    written.assign(capacity + BEHIND, UNTOUCHED);
+    const Progress progress = kernel(source.data(), source.size(), written.data(), capacity);
+    EXPECT_EQ(written.substr(capacity), std::basic_string<Target>(BEHIND, UNTOUCHED));
+    written.resize(progress.written);
+    return progress;
+}
+
 /// The kernels by themselves, and what the library makes of them.
 void expectSame(const std::string& bytes, const Text& text)
 {
@@ -108,12 +122,15 @@ void expectSame(const std::string& bytes, const Text& text)
         ASSERT_EQ(kernels->countUnits(narrow.data(), narrow.size()), text.size()) << kernels->name;
         ASSERT_EQ(kernels->countBytes(wide.data(), wide.size()), bytes.size()) << kernels->name;
 
-        Text units(text.size(), Char(0));
-        const Progress decoded = kernels->decodeUtf8(narrow.data(), narrow.size(), units.data(), units.size());
-        ASSERT_EQ(units.substr(0, decoded.written), text.substr(0, decoded.written));
-        std::string back(bytes.size(), 0);
-        const Progress done = kernels->encodeUtf8(wide.data(), wide.size(), back.data(), back.size());
-        ASSERT_EQ(back.substr(0, done.written), bytes.substr(0, done.written));
+        Text units;
+        const Progress decoded = convert(kernels->decodeUtf8, narrow, text.size(), units);
+        ASSERT_EQ(units, text.substr(0, decoded.written)) << kernels->name;
+        std::string back;
+        const Progress encoded = convert(kernels->encodeUtf8, wide, bytes.size(), back);
+        ASSERT_EQ(back, bytes.substr(0, encoded.written)) << kernels->name;
+        if (!kernels->takesShort) continue;
+        ASSERT_EQ(decoded.read, bytes.size());
+        ASSERT_EQ(encoded.read, text.size());
     }
 }
 
@@ -220,7 +237,15 @@ TEST(Utf8, DamagedTextDecodesLikeThePlainDecoder)
             bytes[random() % bytes.size()] = static_cast<char>(random());
         if (!bytes.empty()) bytes.resize(random() % bytes.size());
         const test::ExactBuffer<char> narrow{std::string_view(bytes)};
-        ASSERT_EQ(decodeUtf8(narrow.view()), plainDecode(bytes)) << testing::PrintToString(bytes);
+        const Text expected = plainDecode(bytes);
+        ASSERT_EQ(decodeUtf8(narrow.view()), expected) << testing::PrintToString(bytes);
+        for (const TextKernels* const kernels : availableTextKernels())
+        {
+            Text units;
+            const Progress progress = convert(kernels->decodeUtf8, narrow, expected.size(), units);
+            ASSERT_EQ(units, plainDecode(narrow.view().substr(0, progress.read)))
+                << kernels->name << testing::PrintToString(bytes);
+        }
     }
 }
 
@@ -245,6 +270,12 @@ TEST(Utf8, UnpairedSurrogatesAreReplaced)
         }
         const test::ExactBuffer<Char> wide{TextView(text)};
         ASSERT_EQ(encodeUtf8(wide.view()), expected);
+        for (const TextKernels* const kernels : availableTextKernels())
+        {
+            std::string bytes;
+            const Progress progress = convert(kernels->encodeUtf8, wide, expected.size(), bytes);
+            ASSERT_EQ(bytes, encodeUtf8(wide.view().substr(0, progress.read))) << kernels->name;
+        }
     }
 }
 

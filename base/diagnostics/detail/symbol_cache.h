@@ -1,32 +1,62 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <span>
 #include <unordered_map>
+#include <vector>
 
 #include "base/platform/stack/symbols.h"
 
 namespace Oxa_1_1::detail
 {
 
-/// What was found for addresses, so that each is looked for only once. All is dropped when modules come or go.
+/// What was found for addresses, so that each is looked for only once as long as its module stays.
 class SymbolCache
 {
    public:
-    /// Entries stay where they are, and those handed out live as long as the page that they are on.
-    using Page = std::unordered_map<std::uint64_t, platform::SymbolInfo>;
+    /// Keeps what was found in its place.
+    using Keeper = std::shared_ptr<const void>;
 
-    /// Points `found` to the entries of the frames, and returns what keeps them alive. Safe on several threads.
-    std::shared_ptr<const Page> find(const platform::SymbolSession& session, const platform::SymbolParts& parts,
-                                     std::span<const platform::StackFrame> frames,
-                                     std::span<const platform::SymbolInfo*> found);
+    /// Points `found` to what is known of each address, and returns what keeps it alive. `generation` is the session's
+    /// at this moment. Safe on several threads.
+    Keeper find(const platform::SymbolSession& session, std::uint64_t generation, const platform::SymbolParts& parts,
+                std::span<const std::uint64_t> addresses, std::span<const platform::SymbolInfo*> found);
 
    private:
+    struct Entry
+    {
+        /// Of the module that the address lay in when it was looked for; 0 for none.
+        std::uint64_t stamp = 0;
+        const platform::SymbolInfo* symbol = nullptr;
+    };
+    struct Page
+    {
+        std::unordered_map<std::uint64_t, Entry> entries;
+        /// What was found, also for modules that are gone, which somebody may still look at.
+        std::deque<platform::SymbolInfo> symbols;
+    };
+
+    const platform::SymbolInfo* lookUp(const platform::SymbolSession& session, const platform::SymbolParts& parts,
+                                       std::uint64_t address);
+    std::uint64_t stampAt(std::uint64_t address) const;
+
+    /// What was asked for last, found without a search.
+    struct Recent
+    {
+        std::uint64_t address = 0;
+        std::uint64_t generation = 0;
+        const platform::SymbolInfo* symbol = nullptr;
+    };
+
     std::mutex m_mutex;
+    std::array<Recent, 512> m_recent{};
     std::shared_ptr<Page> m_page;
     std::uint64_t m_generation = 0;
+    std::vector<platform::ModuleStamp> m_stamps;
 };
 
 }  // namespace Oxa_1_1::detail

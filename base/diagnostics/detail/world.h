@@ -9,8 +9,11 @@ namespace Oxa_1_1::detail
 void writeDebugText(const Char* text);
 /// The same for text in the system's narrow encoding.
 void writeDebugText(const char* text);
-/// Asks under the program's name.
-AssertionAnswer askUser(const Char* text);
+/// Writes a text that is a paragraph of its own; on the system's output a line feed follows it. False when a hook took
+/// it.
+bool writeParagraph(const Char* text);
+/// Asks under the program's name. `isWritten`: the text went to the system's debug output just now.
+AssertionAnswer askUser(const Char* text, bool isWritten);
 void breakIntoDebugger();
 
 }  // namespace Oxa_1_1::detail

@@ -1,5 +1,7 @@
 #include "base/filesystem/detail/disk.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 
 #include "base/platform/files/files.h"
@@ -26,6 +28,12 @@ bool readTime(const String& path, platform::FileTicks platform::FileInformation:
 }
 
 }  // namespace
+
+bool saysMissing(DWORD error) noexcept
+{
+    constexpr std::array<DWORD, 5> CODES{2, 3, 53, 123, 267};
+    return std::ranges::find(CODES, error) != CODES.end();
+}
 
 bool readCreationTime(const String& path, FILETIME* time)
 {

@@ -9,6 +9,9 @@ struct _stat64i32;
 namespace Oxa_1_1::detail
 {
 
+/// Whether this code of a failed question says that there is no such file or folder. All others leave that open.
+bool saysMissing(DWORD error) noexcept;
+
 /// False for null.
 bool readCreationTime(const String& path, FILETIME* time);
 bool readLastWriteTime(const String& path, FILETIME* time);

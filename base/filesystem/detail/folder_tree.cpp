@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <tuple>
 
-#include "base/filesystem/detail/folder_list.h"
 #include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/list_scope.h"
+#include "base/filesystem/detail/parsed_directory.h"
+#include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 
 namespace Oxa_1_1::detail
 {
@@ -17,7 +19,9 @@ using platform::FileIdentity;
 void appendTree(FolderTree& tree, const Directory& directory)
 {
     for (const auto& file : directory.findFiles(OXA_TEXT("*"))) tree.files.push_back(file);
+    tree.isWhole = tree.isWhole && ListScope::wasWhole();
     const auto below = directory.collectDirectories(OXA_TEXT("*"), false);
+    tree.isWhole = tree.isWhole && ListScope::wasWhole();
     tree.directories.insert(tree.directories.end(), below.begin(), below.end());
     for (const auto& folder : below)
         if (!isLinkItself(*folder)) appendTree(tree, *folder);
@@ -105,6 +109,27 @@ bool canMoveTree(const Directory& folder, const FolderTree& tree, const Director
                                     const auto place = placeIn(target, folder, *inside);
                                     return place != nullptr && moved.contains(*place);
                                 });
+}
+
+bool isLinkItself(const Directory& directory)
+{
+    const auto* const impl = windowsImpl(directory);
+    return impl != nullptr && platform::isLink(impl->getFullNameUnicode());
+}
+
+bool leadsToAncestor(const Directory& directory)
+{
+    if (!isLinkItself(directory)) return false;
+    const ParsedDirectory& path = *windowsImpl(directory)->path();
+    const auto identity = platform::readIdentity(longName(path));
+    if (!identity) return false;
+    ParsedDirectory ancestor = path;
+    while (!ancestor.levels.empty())
+    {
+        ancestor.levels.pop_back();
+        if (platform::readIdentity(longName(ancestor)) == identity) return true;
+    }
+    return false;
 }
 
 std::shared_ptr<const Directory> placeIn(const Directory& target, const Directory& folder, const Directory& inside)

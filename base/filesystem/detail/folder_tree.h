@@ -18,6 +18,8 @@ struct FolderTree
 {
     std::vector<std::shared_ptr<const File>> files;
     std::vector<std::shared_ptr<const Directory>> directories;
+    /// False when not all of it could be seen.
+    bool isWhole = true;
 };
 
 FolderTree readTree(const Directory& directory);
@@ -34,6 +36,12 @@ bool isSameOrInside(const Directory& directory, const Directory& folder);
 /// Whether everything in the folder can come to `target` without any of it being lost on the way: neither lies in the
 /// other where that would remove it.
 bool canMoveTree(const Directory& folder, const FolderTree& tree, const Directory& target, bool emptyTarget);
+
+/// Whether it is a link (or junction) itself.
+bool isLinkItself(const Directory& directory);
+
+/// Whether it is a link to a folder that it lies in, so that a walk through it would never end.
+bool leadsToAncestor(const Directory& directory);
 
 /// The place in `target` of a folder in `folder`; null when it has none.
 std::shared_ptr<const Directory> placeIn(const Directory& target, const Directory& folder, const Directory& inside);

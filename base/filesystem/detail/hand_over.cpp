@@ -36,6 +36,8 @@ int copyThroughStreams(const File& source, const File& target)
         out->write(piece.data(), in->gcount());
     }
     out->flush();
+    // Some file systems write only now. Streams of other implementations may have no file.
+    if (out->is_open()) out->close();
     if (!in->bad() && *out) return SUCCESS;
     // What is there now is less than either side had.
     out.reset();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -9,21 +8,11 @@
 namespace Oxa_1_1::detail
 {
 
-/// What is known about a folder from the list that it was found in.
-enum class LinkState : std::uint8_t
-{
-    UNKNOWN,
-    NO_LINK,
-    LINK
-};
-
 /// A path to a folder in its parts. Shared by all paths into the folder, and never changed once it is shared.
 struct ParsedDirectory
 {
     /// Whether it starts at a root.
     bool absolute = false;
-    /// No part of the path's value; known only of what was listed.
-    LinkState link = LinkState::UNKNOWN;
     /// From the root outwards; none of them empty.
     std::vector<String> levels;
     /// "C:", "\\server\share" or NIL.
@@ -55,6 +44,9 @@ bool normalizeLevels(ParsedDirectory& path);
 String fullName(const ParsedDirectory& path, Char separator, TextView name = {});
 /// In the spelling for paths of any length.
 String longName(const ParsedDirectory& path, TextView name = {});
+
+/// The spelling to read the folder by: for paths of any length, unless there are dots, which nothing resolves in it.
+String readablePath(const ParsedDirectory& path);
 
 /// A copy that can be changed, with room for `extra` levels.
 std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path, std::size_t extra = 0);

@@ -63,6 +63,12 @@ String longName(const ParsedDirectory& path, TextView name)
     return String(std::move(text));
 }
 
+String readablePath(const ParsedDirectory& path)
+{
+    const bool hasDots = std::ranges::any_of(path.levels, [](const String& level) { return isDots(level); });
+    return hasDots ? fullName(path, SEPARATOR) : longName(path);
+}
+
 std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path, std::size_t extra)
 {
     auto copy = std::make_shared<ParsedDirectory>();

@@ -51,4 +51,13 @@ void reportFailure(const Char* format, const String& path)
     FileSystemItem::reportError(message);
 }
 
+bool reportFailedMove(const String& source, const String& target)
+{
+    const String reason = getWindowsError(platform::lastError());
+    String message = OXA_TEXT("Failed to move file '");
+    message << source << OXA_TEXT("' to file '") << target << OXA_TEXT("' because: ") << reason;
+    FileSystemItem::reportError(message);
+    return false;
+}
+
 }  // namespace Oxa_1_1::detail

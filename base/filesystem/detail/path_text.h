@@ -62,6 +62,9 @@ void reportText(const Char* format, const String& text);
 /// Reports a message of two lines: what failed on the path (%ls) and the text of the thread's last error (%ls).
 void reportFailure(const Char* format, const String& path);
 
+/// Reports that a file could not be moved, with the text of the thread's last error. False, always.
+bool reportFailedMove(const String& source, const String& target);
+
 inline constexpr const Char* INVALID_CHARACTERS = OXA_TEXT("The path or file name '%ls' contains invalid characters.");
 
 }  // namespace Oxa_1_1::detail

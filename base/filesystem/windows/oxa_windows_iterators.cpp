@@ -4,9 +4,9 @@
 #include <utility>
 #include <vector>
 
-#include "base/filesystem/detail/folder_list.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
+#include "base/filesystem/windows/folder_list.h"
 
 namespace Oxa_1_1
 {
@@ -32,7 +32,10 @@ class Collector final : public detail::ItemReceiver
 {
    public:
     void take(std::shared_ptr<const File> file) override { items.push_back(std::move(file)); }
-    void take(std::shared_ptr<const Directory> directory) override { items.push_back(std::move(directory)); }
+    void take(std::shared_ptr<const Directory> directory, bool /*mayBeLink*/) override
+    {
+        items.push_back(std::move(directory));
+    }
 
     std::vector<std::shared_ptr<const FileSystemItem>> items;
 };

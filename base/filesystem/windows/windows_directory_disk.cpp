@@ -2,6 +2,7 @@
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
+#include "base/filesystem/detail/tree_removal.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/platform/files/files.h"
@@ -39,14 +40,16 @@ bool OxaWindowsFileSystemDirectory::remove(bool recursive) const
 {
     const String path = getFullNameUnicode();
     const auto attributes = platform::readAttributes(path);
-    const bool isFolder = attributes && (*attributes & platform::FOLDER) != 0;
-    // A link that was listed as a folder is removed, too, when what it led to is gone by now.
-    if (!isFolder && m_path->link != detail::LinkState::LINK) return true;
-    const bool isLink = (!isFolder || (*attributes & platform::LINK) != 0) && platform::isLink(path);
-    if (!isFolder && !isLink) return true;
-    if (recursive && !isLink && !detail::makeDirectory(m_path)->removeContents(true)) return false;
-    if (platform::removeFolder(path)) return true;
-    detail::reportFailure(OXA_TEXT("Failed to remove directory '%ls'.\r\nWindows error message: %ls"), getFullName());
+    // Only some failures say that it is not there.
+    const bool isUnknown = !attributes && !detail::saysMissing(platform::lastError());
+    if (!isUnknown)
+    {
+        if (!attributes || (*attributes & platform::FOLDER) == 0) return true;
+        // Of a link, nothing is removed but itself.
+        if (recursive && !detail::makeDirectory(m_path)->removeContents(true)) return false;
+        if (platform::removeFolder(path)) return true;
+    }
+    detail::reportFolderThatStays(getFullName());
     return false;
 }
 

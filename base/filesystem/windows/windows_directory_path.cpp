@@ -7,6 +7,7 @@
 #include "base/filesystem/file.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/never_destroyed.h"
 
 namespace Oxa_1_1
 {
@@ -18,8 +19,8 @@ using detail::SharedDirectory;
 
 const SharedDirectory& emptyPath()
 {
-    static const SharedDirectory path = std::make_shared<detail::ParsedDirectory>();
-    return path;
+    static const platform::NeverDestroyed<SharedDirectory> path(std::make_shared<detail::ParsedDirectory>());
+    return path.get();
 }
 
 std::unique_ptr<OxaWindowsFileSystemDirectory> makeImpl(SharedDirectory path)

@@ -1,11 +1,15 @@
+#include <algorithm>
+#include <cstddef>
 #include <type_traits>
 #include <utility>
 
-#include "base/filesystem/detail/folder_list.h"
+#include "base/filesystem/detail/folder_tree.h"
 #include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
+#include "base/filesystem/windows/folder_list.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_iterators.h"
 #include "base/platform/files/files.h"
@@ -27,6 +31,7 @@ std::shared_ptr<const Directory> searchable(const OxaWindowsFileSystemDirectory&
 template <class Iterator>
 std::shared_ptr<Iterator> find(const OxaWindowsFileSystemDirectory& directory, const String& pattern)
 {
+    const detail::ListScope scope;
     const auto absolute = searchable(directory, pattern);
     return absolute != nullptr ? std::make_shared<Iterator>(*absolute, pattern) : nullptr;
 }
@@ -38,7 +43,10 @@ class Appender final : public detail::ItemReceiver
    public:
     explicit Appender(std::vector<std::shared_ptr<const Item>>& items) : m_items(items) {}
     void take(std::shared_ptr<const File> file) override { takeItem(std::move(file)); }
-    void take(std::shared_ptr<const Directory> directory) override { takeItem(std::move(directory)); }
+    void take(std::shared_ptr<const Directory> directory, bool /*mayBeLink*/) override
+    {
+        takeItem(std::move(directory));
+    }
 
    private:
     template <class Found>
@@ -75,16 +83,40 @@ void appendDirectories(std::vector<std::shared_ptr<const Item>>& items, const Ox
     append<Item, Directory>(items, directory, pattern, detail::Kinds::DIRECTORIES);
 }
 
-/// Goes on in every folder that lies in this one.
-template <class Collect>
-void descend(const OxaWindowsFileSystemDirectory& directory, Collect collect)
+/// The folders that a walk goes on in.
+class Descent final : public detail::ItemReceiver
 {
-    std::vector<std::shared_ptr<const Directory>> folders;
-    appendDirectories(folders, directory, OXA_TEXT("*"));
-    for (const auto& below : folders)
+   public:
+    void take(std::shared_ptr<const File> /*file*/) override {}
+    void take(std::shared_ptr<const Directory> directory, bool mayBeLink) override
     {
-        const auto* const impl = detail::windowsImpl(*below);
-        if (impl != nullptr && !detail::leadsToAncestor(*impl)) collect(*impl);
+        if (detail::windowsImpl(*directory) == nullptr || (mayBeLink && detail::leadsToAncestor(*directory))) return;
+        folders.push_back(std::move(directory));
+    }
+
+    std::vector<std::shared_ptr<const Directory>> folders;
+};
+
+/// Collects in this folder and, if it is to be so, in all below it, each complete before the next one beside it.
+template <class Collect>
+void walk(const OxaWindowsFileSystemDirectory& top, bool recursive, const Collect& collect)
+{
+    Descent descent;
+    const auto goInto = [&](const OxaWindowsFileSystemDirectory& directory)
+    {
+        collect(directory);
+        const auto absolute = recursive ? directory.makeAbsolute() : nullptr;
+        if (absolute == nullptr) return;
+        const auto before = static_cast<std::ptrdiff_t>(descent.folders.size());
+        detail::listFolder(*absolute, OXA_TEXT("*"), detail::Kinds::DIRECTORIES, descent);
+        std::reverse(descent.folders.begin() + before, descent.folders.end());
+    };
+    goInto(top);
+    while (!descent.folders.empty())
+    {
+        const auto next = std::move(descent.folders.back());
+        descent.folders.pop_back();
+        goInto(*detail::windowsImpl(*next));
     }
 }
 
@@ -109,6 +141,7 @@ std::vector<std::shared_ptr<const FileSystemItem>> OxaWindowsFileSystemDirectory
                                                                                                   bool recursive) const
 {
     std::vector<std::shared_ptr<const FileSystemItem>> items;
+    const detail::ListScope scope;
     collectContentsInternal(items, pattern, recursive);
     return items;
 }
@@ -117,6 +150,7 @@ std::vector<std::shared_ptr<const Directory>> OxaWindowsFileSystemDirectory::col
                                                                                                 bool recursive) const
 {
     std::vector<std::shared_ptr<const Directory>> items;
+    const detail::ListScope scope;
     collectDirectoriesInternal(items, pattern, recursive);
     return items;
 }
@@ -125,6 +159,7 @@ std::vector<std::shared_ptr<const File>> OxaWindowsFileSystemDirectory::collectF
                                                                                      bool recursive) const
 {
     std::vector<std::shared_ptr<const File>> items;
+    const detail::ListScope scope;
     collectFilesInternal(items, pattern, recursive);
     return items;
 }
@@ -132,26 +167,24 @@ std::vector<std::shared_ptr<const File>> OxaWindowsFileSystemDirectory::collectF
 void OxaWindowsFileSystemDirectory::collectContentsInternal(std::vector<std::shared_ptr<const FileSystemItem>>& items,
                                                             const String& pattern, bool recursive) const
 {
-    appendDirectories(items, *this, pattern);
-    appendFiles(items, *this, pattern);
-    if (!recursive) return;
-    descend(*this, [&](const auto& below) { below.collectContentsInternal(items, pattern, true); });
+    walk(*this, recursive,
+         [&](const auto& directory)
+         {
+             appendDirectories(items, directory, pattern);
+             appendFiles(items, directory, pattern);
+         });
 }
 
 void OxaWindowsFileSystemDirectory::collectDirectoriesInternal(std::vector<std::shared_ptr<const Directory>>& items,
                                                                const String& pattern, bool recursive) const
 {
-    appendDirectories(items, *this, pattern);
-    if (!recursive) return;
-    descend(*this, [&](const auto& below) { below.collectDirectoriesInternal(items, pattern, true); });
+    walk(*this, recursive, [&](const auto& directory) { appendDirectories(items, directory, pattern); });
 }
 
 void OxaWindowsFileSystemDirectory::collectFilesInternal(std::vector<std::shared_ptr<const File>>& items,
                                                          const String& pattern, bool recursive) const
 {
-    appendFiles(items, *this, pattern);
-    if (!recursive) return;
-    descend(*this, [&](const auto& below) { below.collectFilesInternal(items, pattern, true); });
+    walk(*this, recursive, [&](const auto& directory) { appendFiles(items, directory, pattern); });
 }
 
 bool OxaWindowsFileSystemDirectory::isEmpty() const { return platform::isEmptyFolder(getFullNameUnicode()); }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <ios>
+#include <optional>
 #include <vector>
 
 #include "base/filesystem/detail/disk.h"
@@ -10,6 +11,7 @@
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
 #include "base/platform/files/files.h"
 #include "base/platform/files/system_path.h"
+#include "base/platform/system/last_error.h"
 #include "base/platform/system/shell.h"
 #include "base/platform/system/wide_values.h"
 
@@ -29,18 +31,22 @@ int changeReadOnly(const String& path, bool readOnly)
     return detail::SUCCESS;
 }
 
+/// None when the system does not tell, and leaves the reason. A link that leads nowhere is there.
+std::optional<bool> isFileThere(const String& path)
+{
+    if (const auto attributes = platform::readAttributes(path)) return (*attributes & platform::FOLDER) == 0;
+    const DWORD reason = platform::lastError();
+    if (platform::isLink(path)) return true;
+    if (!detail::saysMissing(reason)) platform::setLastError(reason);
+    return detail::saysMissing(platform::lastError()) ? std::optional(false) : std::nullopt;
+}
+
 /// An input stream neither appends nor truncates.
 constexpr auto OUTPUT_ONLY = std::ios_base::out | std::ios_base::app | std::ios_base::trunc;
 
 }  // namespace
 
-bool OxaWindowsFileSystemFile::exists() const
-{
-    const String path = getFullNameUnicode();
-    const auto attributes = platform::readAttributes(path);
-    // A link that leads nowhere is there all the same.
-    return attributes ? (*attributes & platform::FOLDER) == 0 : platform::isLink(path);
-}
+bool OxaWindowsFileSystemFile::exists() const { return isFileThere(getFullNameUnicode()).value_or(false); }
 
 bool OxaWindowsFileSystemFile::getFileSize(ULARGE_INTEGER& size) const
 {
@@ -81,7 +87,9 @@ bool OxaWindowsFileSystemFile::touch() const
 
 bool OxaWindowsFileSystemFile::remove() const
 {
-    if (!exists() || platform::deleteFile(getFullNameUnicode())) return true;
+    const String path = getFullNameUnicode();
+    const std::optional<bool> isThere = isFileThere(path);
+    if (isThere && (!*isThere || platform::deleteFile(path))) return true;
     detail::reportFailure(OXA_TEXT("Failed to delete file '%ls'.\r\nWindows error message: %ls"), getFullName());
     return false;
 }

@@ -1,8 +1,9 @@
 #include <utility>
 
-#include "base/diagnostics/windows_error.h"
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/hand_over.h"
 #include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/progress.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
@@ -21,6 +22,7 @@ constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 constexpr DWORD ERROR_OF_FULL_DISK = 112;
 constexpr DWORD ERROR_OF_EXISTING_TARGET = 183;
 constexpr DWORD ERROR_OF_ABORTED_REQUEST = 1235;
+constexpr DWORD ERROR_OF_ENDLESS_LINKS = 1921;
 
 int codeOfLastError()
 {
@@ -35,8 +37,13 @@ int codeOfLastError()
     }
 }
 
-/// Of a file that is there all the same.
-bool leadsNowhere(const String& link) { return platform::isLink(link) && !platform::readAttributes(link); }
+/// Of a file that is there all the same. What merely cannot be asked may be somewhere.
+bool leadsNowhere(const String& link)
+{
+    if (!platform::isLink(link) || platform::readAttributes(link)) return false;
+    const DWORD reason = platform::lastError();
+    return detail::saysMissing(reason) || reason == ERROR_OF_ENDLESS_LINKS;
+}
 
 int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSystemFile& target, bool overwrite,
                IProgress* progress)
@@ -64,15 +71,6 @@ int copyContent(const File& source, const File& target, SharedItem& item)
     const int code = detail::copyThroughStreams(source, target);
     if (code == detail::SUCCESS) item = std::make_shared<File>(target);
     return code;
-}
-
-bool reportFailedMove(const String& source, const String& target)
-{
-    const String reason = getWindowsError(platform::lastError());
-    String message = OXA_TEXT("Failed to move file '");
-    message << source << OXA_TEXT("' to file '") << target << OXA_TEXT("' because: ") << reason;
-    FileSystemItem::reportError(message);
-    return false;
 }
 
 /// Whether `source` is a link to `target`: put in its place, it would lead to itself.
@@ -149,13 +147,16 @@ bool OxaWindowsFileSystemFile::move(const File& target, bool overwrite) const
     if (detail::windowsImpl(target) == nullptr)
     {
         platform::setLastError(ERROR_OF_OTHER_DEVICE);
-        return reportFailedMove(from, to);
+        return detail::reportFailedMove(from, to);
     }
     const auto attributes = platform::readAttributes(to);
     const bool isThere = attributes || platform::isLink(to);
     if (isThere && !overwrite) return false;
-    if (isThere && !clearPlace(from, to, attributes.value_or(0))) return reportFailedMove(from, to);
-    return platform::renameFile(from, to) || reportFailedMove(from, to);
+    if (isThere && !clearPlace(from, to, attributes.value_or(0))) return detail::reportFailedMove(from, to);
+    if (platform::renameFile(from, to, !overwrite)) return true;
+    // What came a moment ago is as much in the way as what was there before.
+    if (!overwrite && platform::lastError() == ERROR_OF_EXISTING_TARGET) return false;
+    return detail::reportFailedMove(from, to);
 }
 
 }  // namespace Oxa_1_1

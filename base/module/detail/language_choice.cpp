@@ -7,6 +7,7 @@
 
 #include "base/module/detail/module_file.h"
 #include "base/platform/modules/module_loader.h"
+#include "base/platform/never_destroyed.h"
 #include "base/platform/system/locales.h"
 #include "base/platform/system/process.h"
 #include "base/platform/system/user_settings.h"
@@ -21,11 +22,21 @@ namespace
 /// Set by tests.
 constinit std::optional<SystemLanguages> overridden;
 
-SystemLanguages systemLanguages()
+/// What user and system prefer, in this order.
+std::vector<detail::LanguageCandidate> systemCandidates()
 {
-    if (overridden) return *overridden;
-    return {platform::userUiLanguage(), platform::userLanguage(), platform::systemUiLanguage(),
-            platform::systemLanguage()};
+    using enum LanguageSource;
+    if (overridden)
+        return {{overridden->userInterface, USER_INTERFACE},
+                {overridden->user, USER},
+                {overridden->systemInterface, SYSTEM_INTERFACE},
+                {overridden->system, SYSTEM}};
+    std::vector<detail::LanguageCandidate> candidates;
+    for (const std::uint16_t language : platform::userUiLanguages()) candidates.push_back({language, USER_INTERFACE});
+    candidates.push_back({platform::userLanguage(), USER});
+    candidates.push_back({platform::systemUiLanguage(), SYSTEM_INTERFACE});
+    candidates.push_back({platform::systemLanguage(), SYSTEM});
+    return candidates;
 }
 
 bool isSameIgnoringCase(TextView a, TextView b) { return String(a).compareIgnoreCase(b) == 0; }
@@ -33,7 +44,8 @@ bool isSameIgnoringCase(TextView a, TextView b) { return String(a).compareIgnore
 /// The option of the process. It cannot change, so it is kept once it was found.
 const Text& commandLineLanguage()
 {
-    static Text abbreviation;
+    static platform::NeverDestroyed<Text> kept;
+    Text& abbreviation = kept.get();
     if (abbreviation.empty()) abbreviation = detail::languageOption(platform::commandLineArguments());
     return abbreviation;
 }
@@ -102,12 +114,9 @@ std::vector<LanguageCandidate> languageCandidates(unsigned short langId)
     }
     else
     {
-        const SystemLanguages system = systemLanguages();
         if (langId < ANY_LANGUAGE) candidates.push_back({langId, LanguageSource::ARGUMENT});
-        candidates.push_back({system.userInterface, LanguageSource::USER_INTERFACE});
-        candidates.push_back({system.user, LanguageSource::USER});
-        candidates.push_back({system.systemInterface, LanguageSource::SYSTEM_INTERFACE});
-        candidates.push_back({system.system, LanguageSource::SYSTEM});
+        const std::vector<LanguageCandidate> system = systemCandidates();
+        candidates.insert(candidates.end(), system.begin(), system.end());
     }
     const bool endsByItself = std::any_of(candidates.begin(), candidates.end(),
                                           [](const auto& candidate) { return candidate.langId == BUILT_IN_LANGUAGE; });

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "base/formats/version_block.h"
 #include "base/platform/modules/version_info.h"
 #include "base/string/oxa_string.h"
 
@@ -25,7 +26,7 @@ std::uint16_t readWord(Bytes bytes, std::size_t offset)
 /// \StringFileInfo\040904b0\ for the first language and code page that the resource lists; empty when it lists none.
 Text pathOfTexts(Bytes info)
 {
-    const auto translation = platform::queryVersionInfo(info, OXA_TEXT("\\VarFileInfo\\Translation"));
+    const auto translation = formats::queryVersionValue(info, OXA_TEXT("\\VarFileInfo\\Translation"));
     if (!translation || translation->size() < 4) return {};
     String path;
     path.printf_apply(OXA_TEXT("\\StringFileInfo\\%04x%04x\\"), readWord(*translation, 0), readWord(*translation, 2));
@@ -35,7 +36,7 @@ Text pathOfTexts(Bytes info)
 Text textOf(Bytes info, const Text& path, TextView name, TextView defaultText)
 {
     if (path.empty()) return Text(defaultText);
-    const auto value = platform::queryVersionInfo(info, Text(path).append(name));
+    const auto value = formats::queryVersionValue(info, Text(path).append(name));
     if (!value) return Text(defaultText);
     Text text(value->size() / sizeof(Char), 0);
     std::memcpy(text.data(), value->data(), text.size() * sizeof(Char));
@@ -63,7 +64,7 @@ std::optional<FileVersion> fileVersionOf(TextView path)
     // Behind signature and version of the structure: two words, each with the more significant half above.
     constexpr std::size_t VERSION = 8;
     const std::vector<std::byte> info = platform::readVersionInfo(path);
-    const auto fixed = platform::queryVersionInfo(info, OXA_TEXT("\\"));
+    const auto fixed = formats::queryVersionValue(info, OXA_TEXT("\\"));
     if (!fixed || fixed->size() < VERSION + 8) return std::nullopt;
     return FileVersion{readWord(*fixed, VERSION + 2), readWord(*fixed, VERSION), readWord(*fixed, VERSION + 6),
                        readWord(*fixed, VERSION + 4)};

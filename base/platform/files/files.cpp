@@ -96,9 +96,9 @@ bool deleteFile(TextView path)
     return observed("deleteFile", path, [&] { return native::deleteFile(path); });
 }
 
-bool renameFile(TextView from, TextView to)
+bool renameFile(TextView from, TextView to, bool failIfExists)
 {
-    return observed("renameFile", from, to, [&] { return native::renameFile(from, to); });
+    return observed("renameFile", from, to, [&] { return native::renameFile(from, to, failIfExists); });
 }
 
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
@@ -119,12 +119,6 @@ bool createFolder(TextView path)
 bool removeFolder(TextView path)
 {
     return observed("removeFolder", path, [&] { return native::removeFolder(path); });
-}
-
-void sweepFolder(TextView path, bool recursive)
-{
-    // An observer is to see each removal.
-    if (fileObserver() == nullptr) native::sweepFolder(path, recursive);
 }
 
 bool isEmptyFolder(TextView path)

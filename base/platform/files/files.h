@@ -76,12 +76,16 @@ bool touchFolder(TextView path);
 
 /// Removes a file, or the link to one or to nothing itself. Read-only files stay, with error 5.
 bool deleteFile(TextView path);
-/// Renames a file or folder; an existing target file is replaced, unless it is read-only.
-bool renameFile(TextView from, TextView to);
+/// Renames a file or folder; an existing target file is replaced, unless it is read-only. With `failIfExists` nothing
+/// is ever replaced, not even what came a moment ago: it fails with 183, or with 50 where the file system cannot
+/// promise it.
+bool renameFile(TextView from, TextView to, bool failIfExists = false);
 
 /// Called with the bytes copied and the size of the file, at least every MiB and once at the end.
 using CopyProgress = std::function<void(std::uint64_t done, std::uint64_t total)>;
-/// Copies content, attributes and times. An incomplete target is removed on failure. `progress` may be empty.
+/// Copies content, attributes and times. An existing target stays until the copy is whole, which then takes its place
+/// at once; only one of several names, or one in a folder that takes no new file, is written in place. What is
+/// incomplete is removed on failure. `progress` may be empty.
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress);
 /// Copies a link itself, with its time.
 bool copyLink(TextView from, TextView to, bool failIfExists);
@@ -90,9 +94,6 @@ bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);
 /// Removes an empty folder, or the link to a folder itself, even if that is gone.
 bool removeFolder(TextView path);
-/// Removes what lies in the folder, as far as that goes without trouble: read-only files stay, and so may anything else
-/// that would have to be asked for singly. Without `recursive`, only files. Links go themselves.
-void sweepFolder(TextView path, bool recursive);
 /// Whether the folder is there and holds nothing.
 bool isEmptyFolder(TextView path);
 

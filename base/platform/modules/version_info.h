@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
-#include <span>
 #include <vector>
 
 #include "base/char.h"
@@ -11,10 +9,8 @@
 namespace Oxa_1_1::platform
 {
 
-/// A copy of the version resource of a file; empty when it has none.
+/// A copy of the version resource of a file; empty when it has none. See formats::queryVersionValue() for what is in
+/// it.
 std::vector<std::byte> readVersionInfo(TextView path);
-
-/// A value of it, by a path like \VarFileInfo\Translation. Texts come without their zero. None when it is not there.
-std::optional<std::span<const std::byte>> queryVersionInfo(std::span<const std::byte> info, TextView query);
 
 }  // namespace Oxa_1_1::platform

@@ -70,4 +70,7 @@ CONTEXT contextOfFault(const void* fault) noexcept;
 /// The process that this is, as a handle for memory and symbols.
 HANDLE currentProcess() noexcept;
 
+/// Whether a process that is named by a number and a handle, which counts more, is the one that asks. 0 and null are.
+bool isCurrentProcess(std::uint32_t processId, HANDLE process) noexcept;
+
 }  // namespace Oxa_1_1::platform

@@ -25,6 +25,26 @@ struct ModuleInfo
     std::string symbolFile;
     /// Four 16-bit numbers, the major one in the highest bits; 0 when the file has no version.
     std::uint64_t fileVersion = 0;
+    /// Tells modules apart that are loaded to the same place one after the other.
+    std::uint64_t stamp = 0;
+};
+
+/// Where a module lies, and which one it is.
+struct ModuleStamp
+{
+    std::uint64_t begin;
+    std::uint64_t end;
+    std::uint64_t stamp;
+};
+
+/// A function that the compiler made a part of the one that called it.
+struct InlinedFunction
+{
+    std::string name;
+    std::string plainName;
+    std::string fullName;
+    std::string file;
+    std::uint32_t line = 0;
 };
 
 /// What is known of an address. Texts are empty and numbers 0 where nothing is.
@@ -41,6 +61,9 @@ struct SymbolInfo
     std::uint32_t line = 0;
     std::uint32_t lineOffset = 0;
 
+    /// The functions that the address lies in within the one above, from the inside to the outside.
+    std::vector<InlinedFunction> inlined;
+
     ModuleInfo module;
 };
 
@@ -50,6 +73,8 @@ struct SymbolParts
     bool names = false;
     bool lines = false;
     bool modules = false;
+    /// With names and lines: of inlined functions, too.
+    bool inlined = false;
 };
 
 /// The symbol reader of the system at work for one process. Sessions may be used from several threads at once.
@@ -70,6 +95,8 @@ class SymbolSession
 
     /// A number that changes when the process loads or unloads modules.
     virtual std::uint64_t moduleGeneration() const = 0;
+    /// The modules of the process, ascending by address.
+    virtual std::vector<ModuleStamp> moduleStamps() const = 0;
     /// The modules that the process has loaded since the last call, or ever at the first one.
     virtual std::vector<ModuleInfo> loadModules(bool withVersions) = 0;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "base/char.h"
 #include "base/platform/platform_types.h"
@@ -12,7 +13,8 @@ namespace Oxa_1_1::platform
 LCID threadLocale() noexcept;
 void setThreadLocale(LCID locale) noexcept;
 
-std::uint16_t userUiLanguage();
+/// The languages of the user for programs, the best first; at least one.
+std::vector<std::uint16_t> userUiLanguages();
 std::uint16_t userLanguage();
 std::uint16_t systemUiLanguage();
 std::uint16_t systemLanguage();

@@ -32,6 +32,17 @@ std::string signText(const Directive& directive, bool negative)
 template <class T>
 constexpr int MOST_DIGITS = std::numeric_limits<T>::digits - std::numeric_limits<T>::min_exponent + 1;
 
+/// Some run-time libraries write the decimal point of the locale into a long double, of one byte or more.
+void restorePoint(std::string& digits)
+{
+    constexpr std::string_view PLAIN = "0123456789e+-";
+    const std::size_t begin = digits.find_first_not_of(PLAIN);
+    if (begin == NONE || digits[begin] == '.') return;
+    const std::size_t end = std::min(digits.find_first_of(PLAIN, begin), digits.size());
+    digits.erase(begin, end - begin);
+    digits.insert(begin, 1, '.');
+}
+
 template <class T>
 std::string toChars(T magnitude, std::chars_format format, int precision)
 {
@@ -39,6 +50,7 @@ std::string toChars(T magnitude, std::chars_format format, int precision)
     std::string text(static_cast<std::size_t>(std::numeric_limits<T>::max_exponent10 + precision + 16), '\0');
     const auto result = std::to_chars(text.data(), text.data() + text.size(), magnitude, format, precision);
     text.resize(static_cast<std::size_t>(result.ptr - text.data()));
+    if (format != std::chars_format::hex) restorePoint(text);
     return text;
 }
 

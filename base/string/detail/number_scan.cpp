@@ -1,5 +1,7 @@
 #include "base/string/detail/number_scan.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <limits>
 #include <string>
@@ -12,35 +14,6 @@ namespace Oxa_1_1::detail
 
 namespace
 {
-
-bool isSign(TextView text) { return !text.empty() && (text.front() == '-' || text.front() == '+'); }
-
-/// The magnitude of the digits at the front, at most `highest`.
-Scanned<std::uint64_t> scanDigits(TextView text, std::uint64_t highest, bool& tooLarge)
-{
-    const std::uint64_t limit = highest / 10;
-    const std::uint64_t lastDigit = highest % 10;
-    Scanned<std::uint64_t> result;
-    tooLarge = false;
-    for (const Char c : text)
-    {
-        if (!text::isDigit(c)) break;
-        const auto digit = static_cast<std::uint64_t>(c - '0');
-        tooLarge = tooLarge || result.value > limit || (result.value == limit && digit > lastDigit);
-        result.value = tooLarge ? highest : result.value * 10 + digit;
-        ++result.length;
-    }
-    return result;
-}
-
-/// The length of `word` in lower case when the text begins with it, in any case; else 0.
-std::size_t matchWord(TextView text, std::string_view word)
-{
-    if (text.size() < word.size()) return 0;
-    for (std::size_t i = 0; i < word.size(); ++i)
-        if (text::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
-    return word.size();
-}
 
 std::size_t matchNan(TextView text)
 {
@@ -55,6 +28,59 @@ bool isDigitOf(Char c, bool hexadecimal)
 {
     const auto lower = static_cast<Char>(c | 0x20);
     return text::isDigit(c) || (hexadecimal && lower >= 'a' && lower <= 'f');
+}
+
+/// The powers of ten that doubles are without rounding.
+constexpr std::array POWERS{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                            1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// A decimal number of a few digits, as most are: its digits and its power of ten are doubles without rounding, so that
+/// one operation makes the nearest double of them. 0 units for whatever else stands there.
+Scanned<double> scanExact(TextView text)
+{
+    constexpr int LARGEST_POWER = POWERS.size() - 1;
+    constexpr std::uint64_t LARGEST = std::uint64_t(1) << std::numeric_limits<double>::digits;
+    constexpr std::ptrdiff_t MOST_DIGITS = std::numeric_limits<std::uint64_t>::digits10;
+    constexpr std::ptrdiff_t MOST_EXPONENT_DIGITS = 4;
+
+    const Char* p = text.data();
+    const Char* const end = p + text.size();
+    // Too many digits wrap around, and are refused afterwards.
+    const auto readDigits = [end](const Char* from, std::uint64_t& value)
+    {
+        for (; from != end && text::isDigit(*from); ++from)
+            value = value * 10 + static_cast<std::uint64_t>(*from - '0');
+        return from;
+    };
+    std::uint64_t digits = 0;
+    const Char* const point = p = readDigits(p, digits);
+    std::ptrdiff_t count = p - text.data();
+    std::ptrdiff_t exponent = 0;
+    if (p != end && *p == '.')
+    {
+        p = readDigits(point + 1, digits);
+        exponent = point + 1 - p;
+        count -= exponent;
+    }
+    if (count == 0 || count > MOST_DIGITS || digits > LARGEST) return {};
+    if (p != end && (*p | 0x20) == 'x') return {};
+    if (p != end && (*p | 0x20) == 'e')
+    {
+        const Char* const first = p + 1 + signLength(withoutFront(text, static_cast<std::size_t>(p + 1 - text.data())));
+        std::uint64_t power = 0;
+        const Char* const last = readDigits(first, power);
+        if (last - first > MOST_EXPONENT_DIGITS) return {};
+        if (last != first)
+        {
+            exponent += first[-1] == '-' ? -static_cast<std::ptrdiff_t>(power) : static_cast<std::ptrdiff_t>(power);
+            p = last;
+        }
+    }
+    if (exponent < -LARGEST_POWER || exponent > LARGEST_POWER) return {};
+    const auto value = static_cast<double>(digits);
+    const auto length = static_cast<std::size_t>(p - text.data());
+    if (exponent > 0) return {value * POWERS[static_cast<std::size_t>(exponent)], length};
+    return {value / POWERS[static_cast<std::size_t>(-exponent)], length};
 }
 
 /// A number by its grammar, as std::from_chars takes it: narrow, without sign and base prefix.
@@ -77,18 +103,25 @@ struct Literal
         if (digits == 0) return;
 
         length = end + matchExponent(text.substr(end));
-        narrow.reserve(length);
-        for (const Char c : text.substr(0, length)) narrow += static_cast<char>(c);
-        if (length == end) return;
-        // from_chars takes no plus sign there.
-        if (narrow[end + 1] == '+') narrow.erase(end + 1, 1);
+        if (length > m_short.size()) m_long.resize(length);
+        char* const begin = length > m_short.size() ? m_long.data() : m_short.data();
+        char* out = begin;
+        for (std::size_t i = 0; i < length; ++i)
+        {
+            // from_chars takes no plus sign there.
+            if (i == end + 1 && text[i] == '+') continue;
+            *out++ = static_cast<char>(text[i]);
+        }
+        narrow = {begin, static_cast<std::size_t>(out - begin)};
     }
+    Literal(const Literal&) = delete;
+    Literal& operator=(const Literal&) = delete;
 
     /// The length of an exponent that has digits; else 0.
     std::size_t matchExponent(TextView text) const
     {
         if (text.empty() || (text[0] | 0x20) != (hexadecimal ? 'p' : 'e')) return 0;
-        const std::size_t digits = isSign(text.substr(1)) ? 2 : 1;
+        const std::size_t digits = 1 + signLength(text.substr(1));
         std::size_t end = digits;
         while (end < text.size() && text::isDigit(text[end])) ++end;
         return end == digits ? 0 : end;
@@ -105,7 +138,7 @@ struct Literal
         const long long places =
             (static_cast<long long>(point) - static_cast<long long>(first)) * (hexadecimal ? 4 : 1);
 
-        if (mark == std::string::npos) return places <= 0;
+        if (mark == std::string_view::npos) return places <= 0;
         const bool negative = narrow[mark + 1] == '-';
         long long exponent = 0;
         const char* const from = narrow.data() + mark + 1 + negative;
@@ -123,17 +156,29 @@ struct Literal
         return isSmall() ? 0.0 : std::numeric_limits<double>::infinity();
     }
 
-    std::string narrow;
+    std::string_view narrow;
     std::size_t length = 0;
     bool hexadecimal;
+
+   private:
+    std::array<char, 48> m_short;
+    std::string m_long;
 };
 
-Scanned<double> scanMagnitude(TextView text)
+Scanned<double> scanWord(TextView text)
 {
     if (const std::size_t length = matchWord(text, "infinity"))
         return {std::numeric_limits<double>::infinity(), length};
     if (const std::size_t length = matchWord(text, "inf")) return {std::numeric_limits<double>::infinity(), length};
     if (const std::size_t length = matchNan(text)) return {std::numeric_limits<double>::quiet_NaN(), length};
+    return {};
+}
+
+Scanned<double> scanMagnitude(TextView text)
+{
+    if (const auto exact = scanExact(text); exact.length != 0) return exact;
+    if (text.empty()) return {};
+    if (!text::isDigit(text.front()) && text.front() != '.') return scanWord(text);
 
     if (matchWord(text, "0x") != 0)
     {
@@ -147,32 +192,26 @@ Scanned<double> scanMagnitude(TextView text)
 
 }  // namespace
 
-Scanned<std::int64_t> scanSigned(TextView text, std::int64_t lowest, std::int64_t highest) noexcept
+bool exceeds64Bits(TextView digits) noexcept
 {
-    const std::size_t sign = isSign(text);
-    const bool negative = sign != 0 && text.front() == '-';
-    const auto limit = negative ? 0 - static_cast<std::uint64_t>(lowest) : static_cast<std::uint64_t>(highest);
-    bool tooLarge = false;
-    const auto digits = scanDigits(text.substr(sign), limit, tooLarge);
-    if (digits.length == 0) return {};
-    const std::uint64_t value = negative ? 0 - digits.value : digits.value;
-    return {static_cast<std::int64_t>(value), sign + digits.length};
+    constexpr TextView LARGEST = OXA_TEXT("18446744073709551615");
+    digits.remove_prefix(std::min(digits.find_first_not_of(Char('0')), digits.size()));
+    return digits.size() > LARGEST.size() || (digits.size() == LARGEST.size() && digits > LARGEST);
 }
 
-Scanned<std::uint64_t> scanUnsigned(TextView text, std::uint64_t highest) noexcept
+std::size_t matchWord(TextView text, std::string_view word) noexcept
 {
-    const std::size_t sign = isSign(text);
-    bool tooLarge = false;
-    auto digits = scanDigits(text.substr(sign), highest, tooLarge);
-    if (digits.length == 0) return {};
-    if (sign != 0 && text.front() == '-' && !tooLarge) digits.value = (0 - digits.value) & highest;
-    return {digits.value, sign + digits.length};
+    if (text.size() < word.size()) return 0;
+    // The case fold of the library would take other letters for those of ASCII.
+    for (std::size_t i = 0; i < word.size(); ++i)
+        if (text[i] >= 0x80 || text::toLower(text[i]) != static_cast<Char>(word[i])) return 0;
+    return word.size();
 }
 
 Scanned<double> scanFloating(TextView text)
 {
-    const std::size_t sign = isSign(text);
-    Scanned<double> result = scanMagnitude(text.substr(sign));
+    const std::size_t sign = signLength(text);
+    Scanned<double> result = scanMagnitude(withoutFront(text, sign));
     if (result.length == 0) return {};
     if (sign != 0 && text.front() == '-') result.value = -result.value;
     result.length += sign;

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <string_view>
 
 #include "base/char.h"
+#include "base/text/character.h"
 
 /// Numbers read from the front of a text, with the limits of the C run-time library of Windows.
 namespace Oxa_1_1::detail
@@ -17,14 +21,87 @@ struct Scanned
     std::size_t length = 0;
 };
 
+/// A decimal digit or '-'.
+inline bool isSignedDigit(Char c) noexcept { return text::isDigit(c) || c == '-'; }
+
+/// The ASCII characters that a number can begin with, as far as searches know: letters, digits, '-', '.' and '+'.
+inline constexpr auto NUMBER_STARTS = []
+{
+    std::array<bool, 128> starts{};
+    for (std::size_t i = 0; i < starts.size(); ++i)
+    {
+        const auto c = static_cast<Char>(i);
+        starts[i] = text::detail::isAsciiLetter(c) || text::isDigit(c) || c == '-' || c == '.' || c == '+';
+    }
+    return starts;
+}();
+
+/// A letter, a digit, '-', '.' or '+'.
+inline bool isNumberStart(Char c) noexcept
+{
+    return c < NUMBER_STARTS.size() ? NUMBER_STARTS[c] : text::isAlphaNumeric(c);
+}
+
+/// The text behind its first `count` units, which it has.
+inline TextView withoutFront(TextView text, std::size_t count) noexcept
+{
+    text.remove_prefix(count);
+    return text;
+}
+
+/// The length of the sign at the front.
+inline std::size_t signLength(TextView text) noexcept
+{
+    return !text.empty() && (text.front() == '-' || text.front() == '+') ? 1 : 0;
+}
+
+/// Whether digits, of which there may be any number, exceed 64 bits.
+bool exceeds64Bits(TextView digits) noexcept;
+
+/// The magnitude of the digits at the front, at most `highest`; `tooLarge` says whether it is more.
+inline Scanned<std::uint64_t> scanDigits(TextView text, std::uint64_t highest, bool& tooLarge) noexcept
+{
+    // So many digits fit 64 bits, whatever they are.
+    constexpr std::size_t SAFE = std::numeric_limits<std::uint64_t>::digits10;
+    const Char* p = text.data();
+    const Char* const end = p + text.size();
+    std::uint64_t value = 0;
+    for (; p != end && text::isDigit(*p); ++p) value = value * 10 + static_cast<std::uint64_t>(*p - '0');
+
+    const auto length = static_cast<std::size_t>(p - text.data());
+    tooLarge = value > highest || (length > SAFE && exceeds64Bits({text.data(), length}));
+    return {tooLarge ? highest : value, length};
+}
+
 /// Optional sign and decimal digits; beyond the limits the nearest one.
-Scanned<std::int64_t> scanSigned(TextView text, std::int64_t lowest, std::int64_t highest) noexcept;
+inline Scanned<std::int64_t> scanSigned(TextView text, std::int64_t lowest, std::int64_t highest) noexcept
+{
+    const std::size_t sign = signLength(text);
+    const bool negative = sign != 0 && text.front() == '-';
+    const auto limit = negative ? 0 - static_cast<std::uint64_t>(lowest) : static_cast<std::uint64_t>(highest);
+    bool tooLarge = false;
+    const auto digits = scanDigits(withoutFront(text, sign), limit, tooLarge);
+    if (digits.length == 0) return {};
+    const std::uint64_t value = negative ? 0 - digits.value : digits.value;
+    return {static_cast<std::int64_t>(value), sign + digits.length};
+}
 
 /// The same without negative results: a '-' negates modulo highest + 1, a number too large gives `highest`.
-Scanned<std::uint64_t> scanUnsigned(TextView text, std::uint64_t highest) noexcept;
+inline Scanned<std::uint64_t> scanUnsigned(TextView text, std::uint64_t highest) noexcept
+{
+    const std::size_t sign = signLength(text);
+    bool tooLarge = false;
+    auto digits = scanDigits(withoutFront(text, sign), highest, tooLarge);
+    if (digits.length == 0) return {};
+    if (sign != 0 && text.front() == '-' && !tooLarge) digits.value = (0 - digits.value) & highest;
+    return {digits.value, sign + digits.length};
+}
 
 /// What C's strtod reads: decimal or hexadecimal with an exponent, "inf", "infinity", "nan", "nan(...)". Too large a
 /// number is infinite.
 Scanned<double> scanFloating(TextView text);
+
+/// The length of `word`, which is in lower case, when the text begins with it, in any case; else 0.
+std::size_t matchWord(TextView text, std::string_view word) noexcept;
 
 }  // namespace Oxa_1_1::detail

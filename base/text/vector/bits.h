@@ -9,6 +9,13 @@
 
 #include <cstddef>
 
+/// Keeps a function out of its callers, which are small and must not save what it needs.
+#ifdef __GNUC__
+#define OXA_KEPT_APART __attribute__((noinline))
+#else
+#define OXA_KEPT_APART __declspec(noinline)
+#endif
+
 namespace Oxa_1_1::text
 {
 

@@ -19,8 +19,10 @@ struct Progress
 struct TextKernels
 {
     const char* name;
+    /// Whether the conversions take texts of any length up to their end, so that short ones need no way of their own.
+    bool takesShort;
 
-    // As text_scan.h describes them.
+    // As scan.h describes them.
     std::size_t (*findUnit)(const Char* text, std::size_t length, Char c);
     std::size_t (*findText)(const Char* text, std::size_t length, const Char* pattern, std::size_t patternLength);
     int (*compareUnits)(const Char* a, const Char* b, std::size_t length);
@@ -40,7 +42,7 @@ struct TextKernels
     Progress (*decodeUtf8)(const char* bytes, std::size_t length, Char* units, std::size_t capacity);
     Progress (*encodeUtf8)(const Char* units, std::size_t length, char* bytes, std::size_t capacity);
 
-    // As text_escape.h describes them.
+    // As escape.h describes them.
     std::size_t (*escapedLength)(const Char* text, std::size_t length, bool unicode);
     void (*escape)(const Char* text, std::size_t length, bool unicode, Char* out);
 };
@@ -55,6 +57,7 @@ extern const TextKernels SCALAR_KERNELS;
 #if defined(__x86_64__) || defined(_M_X64)
 extern const TextKernels SSE2_KERNELS;
 extern const TextKernels AVX2_KERNELS;
+extern const TextKernels AVX512_KERNELS;
 #endif
 
 }  // namespace Oxa_1_1::text

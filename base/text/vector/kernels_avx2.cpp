@@ -25,6 +25,7 @@ namespace
 
 constinit const TextKernels AVX2_KERNELS{
     "avx2",
+    false,
     findUnit<Avx2>,
     findText<Avx2>,
     compareUnits<Avx2>,

@@ -23,6 +23,7 @@ Progress none(const Char*, std::size_t, char*, std::size_t) { return {0, 0}; }
 
 constinit const TextKernels SCALAR_KERNELS{
     "scalar",
+    false,
     findUnit<Scalar>,
     findText<Scalar>,
     compareUnits<Scalar>,

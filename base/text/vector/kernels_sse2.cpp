@@ -28,6 +28,7 @@ Progress none(const Char*, std::size_t, char*, std::size_t) { return {0, 0}; }
 
 constinit const TextKernels SSE2_KERNELS{
     "sse2",
+    false,
     findUnit<Sse2>,
     findText<Sse2>,
     compareUnits<Sse2>,

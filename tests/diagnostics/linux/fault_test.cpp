@@ -13,6 +13,7 @@
 #include "tests/diagnostics/stack_samples.h"
 
 extern "C" int fork();
+extern "C" int getpid();
 extern "C" int waitpid(int process, int* status, int options);
 
 namespace Oxa_1_1
@@ -128,6 +129,26 @@ TEST(StackWalkerFault, ACorruptStackEndsTheWalkOfItsHandler)
     int status = -1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
+}
+
+TEST(StackWalkerFault, AForkedChildWalksItself)
+{
+    for (const bool byHandle : {false, true})
+    {
+        const HANDLE self = reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(byHandle ? -1 : 0));
+        RecordingWalker walker(StackWalker::AllOptions, nullptr, static_cast<DWORD>(getpid()), self);
+        const int child = fork();
+        if (child == 0)
+        {
+            auto walk = [&] { walker.ShowCallstack(); };
+            test::knownFunction<7>(walk);
+            std::_Exit(walker.framesNamed("knownFunction<").size() == 7 ? 0 : 1);
+        }
+        ASSERT_GT(child, 0);
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
 }
 
 /// Walks another process, whose handle is its number.

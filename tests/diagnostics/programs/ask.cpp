@@ -10,7 +10,7 @@ int main()
     {
         std::printf("round %d\n", round);
         std::fflush(stdout);
-        OXA_ASSERT_MSG(round < 0, "a message");
+        OXA_ASSERT_MSG(round < 0, "größer als 0 ✓");
     }
     std::printf("end\n");
     return 0;

@@ -94,6 +94,8 @@ TEST_F(FullDisk, TakesNoIncompleteFiles)
                       EXPECT_EQ(copy("large", "disk/large"), DISK_FULL);
                       temp.write("disk/old", "old");
                       EXPECT_EQ(copy("large", "disk/old", true), DISK_FULL);
+                      EXPECT_EQ(temp.read("disk/old"), "old");
+                      std::filesystem::remove(temp.path("disk/old"));
                       EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("disk"), false, nullptr), nullptr);
                       EXPECT_EQ(temp.contents("disk"), Names{});
                       // Too small to be reserved, so that writing it fails.

@@ -146,6 +146,88 @@ TEST(Links, DoNotReplaceFilesWhenTheyMove)
     }
 }
 
+TEST(Links, AreMovedToNoPlaceThatHoldsThemOrThatTheyLeadTo)
+{
+    const TempFolder temp;
+    temp.write("d/b/file");
+    temp.write("d/g");
+    link(temp, "b", "d/link");
+    link(temp, "d/b", "outside");
+    const Names before = temp.contents();
+    for (const bool overwrite : {false, true})
+    {
+        for (const char* const name : {"d/link", "outside"})
+            for (const char* const target : {"d", "d/b"})
+                EXPECT_FALSE(temp.directory(name)->move(*temp.directory(target), overwrite)) << name << target;
+        EXPECT_EQ(temp.contents(), before);
+    }
+    temp.write("old/file");
+    EXPECT_TRUE(temp.directory("d/link")->move(*temp.directory("old"), true));
+    EXPECT_EQ(std::filesystem::read_symlink(temp.path("old")), "b");
+}
+
+TEST(Links, TakeThePlaceOfListedFoldersWithoutHarm)
+{
+    for (const int operation : {0, 1, 2, 3})
+    {
+        const TempFolder temp;
+        temp.write("outside/file");
+        temp.makeFolder("tree/listed");
+        temp.write("other/file", "other");
+        const auto listed = temp.directory("tree")->collectDirectories("*", false).at(0);
+        std::filesystem::remove(temp.path("tree/listed"));
+        link(temp, "../outside", "tree/listed");
+        switch (operation)
+        {
+            case 0:
+                EXPECT_TRUE(listed->removeContents(true));
+                break;
+            case 1:
+                EXPECT_TRUE(listed->move(*temp.directory("moved"), true));
+                break;
+            case 2:
+                EXPECT_FALSE(listed->move(*temp.directory("outside"), true));
+                break;
+            default:
+                EXPECT_TRUE(listed->remove(true));
+        }
+        EXPECT_EQ(temp.read("outside/file"), "content") << operation;
+
+        // The other way round, what is a folder by now is none.
+        link(temp, "../outside", "tree/link");
+        const auto link = temp.directory("tree")->collectDirectories("link", false).at(0);
+        std::filesystem::remove(temp.path("tree/link"));
+        temp.write("tree/link/file");
+        EXPECT_TRUE(link->removeContents(true));
+        EXPECT_FALSE(temp.has("tree/link/file"));
+    }
+}
+
+TEST(Links, IntoTheOtherSideOfACopyEndIt)
+{
+    const TempFolder temp;
+    temp.makeFolder("source/x");
+    temp.makeFolder("target");
+    link(temp, "../../target/x", "source/x/link");
+    EXPECT_FALSE(temp.directory("source")->copyContents(*temp.directory("target"), true, false, nullptr));
+    EXPECT_EQ(temp.directory("target")->collectDirectories("*", true).size(), 2U);
+    EXPECT_EQ(temp.directory("source")->copy(*temp.directory("target/x"), true, nullptr), nullptr);
+
+    // Nothing is made in the source before it is refused.
+    temp.write("whole/a/file");
+    link(temp, "whole/a", "way");
+    const Names before = temp.contents();
+    EXPECT_FALSE(temp.directory("whole")->copyContents(*temp.directory("way"), true, true, nullptr));
+    EXPECT_EQ(temp.contents(), before);
+    // Nor is removed what links of the source lead to, when what was there before is.
+    temp.write("from/name/clash");
+    link(temp, "../../to/name/kept", "from/name/link");
+    temp.write("to/name/clash");
+    temp.write("to/name/kept");
+    EXPECT_EQ(temp.directory("from/name")->copy(*temp.directory("to"), false, nullptr), nullptr);
+    EXPECT_EQ(temp.read("to/name/kept"), "content");
+}
+
 TEST(Links, DoNotMakeAFileItsOwnCopy)
 {
     const TempFolder temp;

@@ -1,13 +1,20 @@
 // Trees as packages and their users leave them, compared with what the system's own tools see.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
@@ -32,7 +39,8 @@ std::string outputOf(const std::string& command)
 std::string listing(const fs::path& tree)
 {
     return outputOf("cd '" + tree.string() +
-                    "' && find . -type d -printf '%P %y\\n' -o -printf '%P %y %m %s %T@ %l\\n'" + " | LC_ALL=C sort");
+                    "' && find . -type d -printf '%P %y %m\\n' -o -printf '%P %y %m %s %T@ %l\\n'" +
+                    " | LC_ALL=C sort");
 }
 
 /// What two entries of the same kind have in common; the content is compared by other means.
@@ -40,8 +48,9 @@ std::string describe(const fs::path& path)
 {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) return "leads to " + fs::read_symlink(path).string();
-    if (S_ISDIR(status.st_mode)) return "folder";
     std::ostringstream text;
+    if (S_ISDIR(status.st_mode)) text << "folder " << std::oct << (status.st_mode & 0777);
+    if (S_ISDIR(status.st_mode)) return text.str();
     text << std::oct << (status.st_mode & 07777) << std::dec << ' ' << status.st_size << ' ' << status.st_mtim.tv_sec
          << '.' << status.st_mtim.tv_nsec;
     return text.str();
@@ -107,6 +116,90 @@ TEST(RealTrees, AreCopiedMergedMovedAndRemoved)
         EXPECT_TRUE(temp.directory("copies/moved")->remove(true));
         EXPECT_EQ(temp.contents(), Names{"copies/"});
     }
+    EXPECT_TRUE(messages.take().empty());
+}
+
+TEST(RealTrees, KeepThePermissionsOfTheirFolders)
+{
+    const TempFolder temp;
+    temp.write("tree/private/deep/file");
+    temp.write("tree/open/file");
+    temp.write("tree/fixed/file");
+    const auto modeOf = [&](const std::string& path) { return describe(temp.path(path)); };
+    for (const auto& [name, mode] : std::map<std::string, unsigned>{{"tree/private/deep", 0750},
+                                                                    {"tree/private", 0700},
+                                                                    {"tree/open", 0777},
+                                                                    {"tree/fixed", 0555},
+                                                                    {"tree", 0711}})
+        ASSERT_EQ(chmod(temp.path(name).c_str(), mode), 0);
+    temp.makeFolder("copies");
+    EXPECT_NE(temp.directory("tree")->copy(*temp.directory("copies"), false, nullptr), nullptr);
+    for (const char* const name : {"tree", "tree/private", "tree/private/deep", "tree/open", "tree/fixed"})
+        EXPECT_EQ(modeOf("copies/" + std::string(name)), modeOf(name)) << name;
+    ASSERT_EQ(chmod(temp.path("copies/tree/fixed").c_str(), 0755), 0);
+    EXPECT_TRUE(temp.directory("copies/tree")->move(*temp.directory("moved/tree"), false));
+    for (const char* const name : {"tree", "tree/private", "tree/private/deep", "tree/open"})
+        EXPECT_EQ(modeOf("moved/" + std::string(name)), modeOf(name)) << name;
+    // They do not keep a copy that is not to remain. A device is not copied.
+    std::filesystem::create_symlink("/dev/null", temp.path("tree/device"));
+    EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("copies"), false, nullptr), nullptr);
+    EXPECT_EQ(temp.contents("copies"), Names{});
+    ASSERT_EQ(chmod(temp.path("tree/fixed").c_str(), 0755), 0);
+}
+
+/// Makes it with a file in each of its folders, by a way that no path is too long for.
+void makeDeep(const fs::path& top, int levels)
+{
+    fs::create_directory(top);
+    int folder = open(top.c_str(), O_PATH | O_DIRECTORY);
+    for (int level = 0; level < levels; ++level)
+    {
+        ASSERT_EQ(mkdirat(folder, "d", 0755), 0);
+        close(openat(folder, "f", O_CREAT | O_WRONLY, 0644));
+        const int below = openat(folder, "d", O_PATH | O_DIRECTORY);
+        close(std::exchange(folder, below));
+    }
+    close(folder);
+}
+
+/// With few open files and a small stack.
+TEST(RealTrees, MayBeOfAnyDepth)
+{
+    const TempFolder temp;
+    Messages messages;
+    constexpr int LEVELS = 2500;
+    makeDeep(temp.path("top"), LEVELS);
+    temp.makeFolder("copies");
+    struct rlimit files = {};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &files), 0);
+    const struct rlimit few = {.rlim_cur = 128, .rlim_max = files.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+    std::function<void()> work = [&]
+    {
+        unsigned long long bytes = 1;
+        EXPECT_TRUE(temp.directory("top")->size(bytes));
+        EXPECT_EQ(bytes, 0U);
+        EXPECT_NE(temp.directory("top")->copy(*temp.directory("copies"), false, nullptr), nullptr);
+        EXPECT_TRUE(temp.directory("copies/top")->move(*temp.directory("moved"), false));
+        EXPECT_EQ(outputOf("find '" + temp.path("moved").string() + "' -name f | wc -l"),
+                  std::to_string(LEVELS) + "\n");
+        EXPECT_TRUE(temp.directory("moved")->remove(true));
+        EXPECT_TRUE(temp.directory("top")->remove(true));
+    };
+    pthread_attr_t small;
+    pthread_attr_init(&small);
+    pthread_attr_setstacksize(&small, 256 * 1024);
+    pthread_t thread{};
+    const auto start = [](void* data) -> void*
+    {
+        (*static_cast<std::function<void()>*>(data))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &small, start, &work), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&small);
+    setrlimit(RLIMIT_NOFILE, &files);
+    EXPECT_EQ(temp.contents(), Names{"copies/"});
     EXPECT_TRUE(messages.take().empty());
 }
 

@@ -29,8 +29,7 @@ class SystemKey
 
 ResourceKey keyOf(const wchar_t* key)
 {
-    if (IS_INTRESOURCE(key))
-        return ResourceKey::number(static_cast<unsigned>(reinterpret_cast<ULONG_PTR>(key)));
+    if (IS_INTRESOURCE(key)) return ResourceKey::number(static_cast<unsigned>(reinterpret_cast<ULONG_PTR>(key)));
     return ResourceKey::text(key);
 }
 
@@ -123,8 +122,7 @@ TEST_P(SystemResources, Strings)
         {
             wchar_t text[4096];
             const int length = LoadStringW(m_module, id, text, std::size(text));
-            ASSERT_EQ(ResourceIndex::stringAt(*language, id), TextView(text, static_cast<std::size_t>(length)))
-                << id;
+            ASSERT_EQ(ResourceIndex::stringAt(*language, id), TextView(text, static_cast<std::size_t>(length))) << id;
         }
     }
 }

@@ -17,7 +17,7 @@ namespace
 std::filesystem::path settingsFile()
 {
     const std::string program = std::filesystem::read_symlink("/proc/self/exe").stem();
-    return std::filesystem::path(testing::TempDir()) / "settings/Maraq" / program / "13.2/Settings.reg";
+    return std::filesystem::temp_directory_path() / OXA_TEST_RUN "_settings/Maraq" / program / "13.2/Settings.reg";
 }
 
 std::string settingText(const std::string& value, SavedLanguage::Type type)
@@ -53,7 +53,7 @@ bool isLoaded(const std::string& path)
 SavedLanguage::SavedLanguage(const std::string& value, Type type)
 {
     const std::filesystem::path path = settingsFile();
-    setenv("XDG_CONFIG_HOME", (testing::TempDir() + "/settings").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (std::filesystem::temp_directory_path() / OXA_TEST_RUN "_settings").c_str(), 1);
     std::filesystem::create_directories(path.parent_path());
     std::ofstream file(path);
     file << "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\Maraq\\"
@@ -65,7 +65,7 @@ SavedLanguage::~SavedLanguage() { std::filesystem::remove(settingsFile()); }
 
 std::string commonFilesFolder()
 {
-    const std::string folder = testing::TempDir() + "/common files";
+    const std::string folder = std::filesystem::temp_directory_path() / OXA_TEST_RUN "_common files";
     setenv("OXA_COMMON_FILES", folder.c_str(), 1);
     return folder;
 }

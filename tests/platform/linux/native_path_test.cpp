@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <pwd.h>
+#include <unistd.h>
+
 #include <cstdlib>
 #include <random>
 #include <set>
@@ -135,6 +138,11 @@ TEST_F(Drives, FolderOfTheUser)
     setenv("XDG_CONFIG_HOME", "/cfg", 1);
     EXPECT_EQ(nativePathOf(u"D:\\"), "/cfg/OxaBase/drives/d:/");
     unsetenv("XDG_CONFIG_HOME");
+    // Without the variable the home is the one that the system knows.
+    const std::string home = getenv("HOME") != nullptr ? getenv("HOME") : "";
+    unsetenv("HOME");
+    EXPECT_EQ(nativePathOf(u"D:\\"), getpwuid(geteuid())->pw_dir + std::string("/.config/OxaBase/drives/d:/"));
+    setenv("HOME", home.c_str(), 1);
 }
 
 }  // namespace

@@ -6,16 +6,20 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
 
 #include "base/platform/files/files.h"
+#include "base/platform/files/system_path.h"
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/system/error_code.h"
 #include "base/platform/system/last_error.h"
@@ -115,6 +119,53 @@ TEST_F(SpecialFiles, CopiesThroughLinksAndOntoThemselves)
     EXPECT_EQ(folder.read("hard"), "content");
 }
 
+TEST_F(SpecialFiles, ReplacedFilesStayWholeForTheirReaders)
+{
+    folder.write("new", "new");
+    chmod(native("new").c_str(), 0600);
+    folder.write("old", "old");
+    chown(native("old").c_str(), geteuid(), getegid());
+    const bool hasAttributes = setxattr(native("old").c_str(), "user.oxa", "1", 1, 0) == 0;
+    createFolder(folder / "sub");
+    link("../old", "sub/link");
+    std::ifstream reader(native("old"));
+    EXPECT_TRUE(copyFile(folder / "new", folder / "sub/link", false, {}));
+    std::string text;
+    reader >> text;
+    EXPECT_EQ(text, "old");
+    EXPECT_EQ(folder.read("old"), "new");
+    EXPECT_TRUE(isLink(folder / "sub/link"));
+    EXPECT_EQ(modeOf("old"), 0600u);
+    if (hasAttributes)
+    {
+        EXPECT_EQ(getxattr(native("old").c_str(), "user.oxa", nullptr, 0), 1);
+    }
+    // All names of a file lead to the same one afterwards, too.
+    std::filesystem::create_hard_link(folder.path() / "old", folder.path() / "name");
+    folder.write("new", "newer");
+    EXPECT_TRUE(copyFile(folder / "new", folder / "name", false, {}));
+    EXPECT_EQ(folder.read("old"), "newer");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 4);
+}
+
+TEST_F(SpecialFiles, TouchIsNotDisturbedByRemovers)
+{
+    std::atomic<bool> isOver = false;
+    std::thread remover(
+        [&]
+        {
+            while (!isOver) unlink(native("file").c_str());
+        });
+    int failures = 0;
+    for (int round = 0; round < 3000; ++round)
+        if (touchFile(folder / "file") == Touch::FAILED) ++failures;
+    isOver = true;
+    remover.join();
+    EXPECT_EQ(failures, 0);
+    link("nowhere", "lost");
+    EXPECT_EQ(errorOf(touchFile(folder / "lost") != Touch::FAILED), 2u);
+}
+
 TEST_F(SpecialFiles, ReadOnlyBindsEverybody)
 {
     folder.write("file", "old");
@@ -180,15 +231,69 @@ TEST_F(SpecialFiles, NothingHangsOnPipesAndSockets)
         EXPECT_FALSE(folder.has("new"));
     }
     EXPECT_EQ(touchFile(folder / "pipe"), Touch::FAILED);
+    std::ofstream out;
+    openStream(out, folder / "pipe", std::ios_base::out);
+    EXPECT_FALSE(out.is_open());
+    std::ifstream in;
+    openStream(in, folder / "pipe", std::ios_base::in);
+    EXPECT_EQ(in.get(), std::ifstream::traits_type::eof());
+    EXPECT_TRUE(in.is_open());
     EXPECT_TRUE(canOpen(folder / "pipe", true, true, 0));
     flushFile(folder / "pipe");
     EXPECT_TRUE(deleteFile(folder / "pipe"));
 }
 
-TEST_F(SpecialFiles, FilesWithoutASize)
+TEST_F(SpecialFiles, Streams)
 {
-    EXPECT_TRUE(copyFile(u"\\proc\\self\\status", folder / "status", false, {}));
-    EXPECT_NE(folder.read("status").find("Umask:"), std::string::npos);
+    using std::ios_base;
+    const auto write = [&](const char* text, ios_base::openmode mode)
+    {
+        std::ofstream stream;
+        openStream(stream, folder / "file", mode | ios_base::out);
+        stream << text;
+    };
+    write("one", ios_base::binary);
+    write("two", ios_base::app);
+    EXPECT_EQ(folder.read("file"), "onetwo");
+    write("three", ios_base::app | ios_base::trunc);
+    EXPECT_EQ(folder.read("file"), "onetwo");
+    std::ifstream stream;
+    openStream(stream, folder / "file", ios_base::in | ios_base::ate);
+    EXPECT_EQ(stream.tellg(), 6);
+    stream.seekg(3);
+    EXPECT_EQ(stream.get(), 't');
+    int inherited = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
+    {
+        std::error_code ignored;
+        if (std::filesystem::read_symlink(entry.path(), ignored) != folder.path() / "file") continue;
+        const int number = std::atoi(entry.path().filename().c_str());
+        EXPECT_EQ(fcntl(number, F_GETFL) & O_NONBLOCK, 0);
+        if ((fcntl(number, F_GETFD) & FD_CLOEXEC) == 0) ++inherited;
+    }
+    EXPECT_EQ(inherited, 0);
+    stream.close();
+    for (const char* const name : {"", "missing"})
+    {
+        openStream(stream, folder / name, ios_base::in);
+        EXPECT_FALSE(stream.is_open() || stream.good());
+    }
+    write("more", ios_base::trunc);
+    EXPECT_EQ(folder.read("file"), "more");
+}
+
+TEST_F(SpecialFiles, SizesThatAreNone)
+{
+    // What the system makes when it is read claims to be empty, or a page long.
+    for (const char* const file : {"/proc/self/cgroup", "/sys/kernel/mm/transparent_hugepage/enabled"})
+    {
+        if (!std::filesystem::exists(file)) continue;
+        std::string spelling(file);
+        std::ranges::replace(spelling, '/', '\\');
+        EXPECT_TRUE(copyFile(text::decodeUtf8(spelling), folder / "copy", false, {}));
+        EXPECT_EQ(folder.read("copy"), folder.read(file)) << file;
+        unlink(native("copy").c_str());
+    }
 }
 
 TEST_F(SpecialFiles, HolesStayHoles)
@@ -248,7 +353,7 @@ class SizeLimit
     void (*m_handler)(int);
 };
 
-TEST_F(SpecialFiles, IncompleteTargetsAreRemoved)
+TEST_F(SpecialFiles, IncompleteCopiesAreRemovedAndWhatTheyWereToReplaceStays)
 {
     createFolder(folder / "elsewhere");
     folder.write("full", std::string(3'000'000, 'a'));
@@ -258,20 +363,28 @@ TEST_F(SpecialFiles, IncompleteTargetsAreRemoved)
     {
         folder.write("existing", "x");
         folder.write("elsewhere/linked", "y");
+        folder.write("one", "z");
+        std::filesystem::create_hard_link(folder.path() / "one", folder.path() / "two");
         link("elsewhere/linked", "link");
-        const SizeLimit limit(1'500'000);
-        for (const char* const target : {"new", "existing", "link"})
-            EXPECT_EQ(errorOf(copyFile(folder / source, folder / target, false, {})), 223u) << source << target;
-        EXPECT_FALSE(folder.has("new") || folder.has("existing") || folder.has("elsewhere/linked")) << source;
-        EXPECT_TRUE(deleteFile(folder / "link"));
+        {
+            const SizeLimit limit(1'500'000);
+            for (const char* const target : {"new", "existing", "link", "two"})
+                EXPECT_EQ(errorOf(copyFile(folder / source, folder / target, false, {})), 223u) << source << target;
+        }
+        EXPECT_FALSE(folder.has("new") || folder.has("two")) << source;
+        EXPECT_EQ(folder.read("existing") + folder.read("elsewhere/linked"), "xy") << source;
+        // What has more names than one is written in place, and so for all of them.
+        EXPECT_EQ(folder.read("one"), "") << source;
+        for (const char* const name : {"link", "one"}) EXPECT_TRUE(deleteFile(folder / name));
     }
     // As when a receiver throws.
     folder.write("existing", "x");
     EXPECT_THROW(
         copyFile(folder / "full", folder / "existing", false, [](auto, auto) { throw std::runtime_error(""); }),
         std::runtime_error);
-    EXPECT_FALSE(folder.has("existing"));
+    EXPECT_EQ(folder.read("existing"), "x");
     EXPECT_EQ(folder.read("full").size(), 3'000'000u);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 4);
     EXPECT_EQ(errorCodeOfErrno(ENOSPC), 112u);
     EXPECT_EQ(errorCodeOfErrno(ECANCELED), 1235u);
 }

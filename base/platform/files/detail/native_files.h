@@ -18,13 +18,12 @@ Touch touchFile(TextView path);
 void flushFile(TextView path);
 bool touchFolder(TextView path);
 bool deleteFile(TextView path);
-bool renameFile(TextView from, TextView to);
+bool renameFile(TextView from, TextView to, bool failIfExists);
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress);
 bool copyLink(TextView from, TextView to, bool failIfExists);
 bool createFolder(TextView path);
 bool removeFolder(TextView path);
 bool isEmptyFolder(TextView path);
-void sweepFolder(TextView path, bool recursive);
 std::unique_ptr<FolderReader> openFolder(TextView path);
 Text currentFolder(int drive);
 

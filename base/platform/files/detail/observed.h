@@ -1,16 +1,17 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 #include <type_traits>
 
 #include "base/platform/files/file_observer.h"
 #include "base/platform/system/last_error.h"
 
+/// Operations pass by the observer on their way to the system.
 namespace Oxa_1_1::platform
 {
 
-/// Passes by the observer, who may make the operation fail, and goes to the system. The empty result of every operation
-/// is its failure.
+/// The empty result of every operation is its failure.
 template <class Perform>
 std::invoke_result_t<Perform> observed(std::string_view operation, TextView path, TextView target,
                                        const Perform& perform)

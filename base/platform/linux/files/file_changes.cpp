@@ -3,11 +3,12 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <string_view>
 
 #include "base/platform/files/detail/native_files.h"
-#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/linux/files/places.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -16,6 +17,8 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
+constexpr DWORD FILE_NOT_FOUND = 2;
+constexpr DWORD NOT_SUPPORTED = 50;
 constexpr DWORD NOT_A_FOLDER = 267;
 
 constexpr struct timespec NOW_WRITTEN[]
@@ -85,13 +88,54 @@ bool replaceByRenaming(const ReachablePath& from, const ReachablePath& to)
     return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || to.fail();
 }
 
+/// Where renaming itself always replaces: by calls that never do.
+bool renameToFreeName(const ReachablePath& from, const ReachablePath& to)
+{
+    struct stat source;
+    if (!from.readOwnStatus(source)) return false;
+    if (S_ISDIR(source.st_mode))
+    {
+        // Of folders, only an empty one gives way, and it is this one.
+        if (mkdirat(to.folder(), to.itself(), 0700) != 0) return to.fail();
+        if (renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0) return true;
+        const int number = errno;
+        unlinkat(to.folder(), to.itself(), AT_REMOVEDIR);
+        return from.fail(number);
+    }
+    if (linkat(from.folder(), from.itself(), to.folder(), to.itself(), 0) == 0)
+    {
+        if (unlinkat(from.folder(), from.itself(), 0) == 0) return true;
+        const int number = errno;
+        unlinkat(to.folder(), to.itself(), 0);
+        return from.fail(number);
+    }
+    if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS && errno != EMLINK) return to.fail();
+    setLastError(NOT_SUPPORTED);
+    return false;
+}
+
+/// A link that leads nowhere is in the way of a new file, and never goes by itself.
+bool isLostLink(const ReachablePath& path)
+{
+    struct stat status;
+    return path.readOwnStatus(status) && S_ISLNK(status.st_mode) && !path.readStatus(status);
+}
+
 }  // namespace
 
 Touch touchFile(TextView path)
 {
+    // Who removes the file between two looks at it, again and again, is not after this one.
+    constexpr int ROUNDS = 1000;
     const ReachablePath reachable(path);
-    if (FileDescriptor(reachable.open(O_WRONLY | O_CREAT | O_EXCL, 0666)).isOpen()) return Touch::CREATED;
-    if (errno == EEXIST) return touchExisting(reachable);
+    for (int round = 1;; ++round)
+    {
+        if (FileDescriptor(reachable.open(O_WRONLY | O_CREAT | O_EXCL, 0666)).isOpen()) return Touch::CREATED;
+        if (errno != EEXIST) break;
+        const Touch result = touchExisting(reachable);
+        const bool isGone = result == Touch::FAILED && lastError() == FILE_NOT_FOUND;
+        if (!isGone || round == ROUNDS || isLostLink(reachable)) return result;
+    }
     reachable.fail();
     return Touch::FAILED;
 }
@@ -111,9 +155,8 @@ bool touchFolder(TextView path)
            reachable.fail();
 }
 
-bool deleteFile(TextView path)
+bool deleteFile(const ReachablePath& reachable)
 {
-    const ReachablePath reachable(path);
     struct stat status;
     if (!reachable.readOwnStatus(status)) return false;
     if (S_ISDIR(status.st_mode)) return failWith(EISDIR);
@@ -121,15 +164,15 @@ bool deleteFile(TextView path)
     return unlinkat(reachable.folder(), reachable.path(), 0) == 0 || reachable.fail();
 }
 
-bool renameFile(TextView from, TextView to)
+bool renameFile(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
 {
-    const ReachablePath source(from);
-    const ReachablePath target(to);
     if (renameat2(source.folder(), source.itself(), target.folder(), target.itself(), RENAME_NOREPLACE) == 0)
         return true;
     const int number = errno;
     // Not every file system knows how to leave an existing target alone.
-    if (number == EEXIST || number == EINVAL || number == ENOSYS) return replaceByRenaming(source, target);
+    const bool isUnknown = number == EINVAL || number == ENOSYS;
+    if (!failIfExists && (isUnknown || number == EEXIST)) return replaceByRenaming(source, target);
+    if (isUnknown) return renameToFreeName(source, target);
     struct stat status;
     if (number == ENOENT && source.readOwnStatus(status)) return target.fail(number);
     return source.fail(number);
@@ -141,9 +184,8 @@ bool createFolder(TextView path)
     return mkdirat(reachable.folder(), reachable.path(), 0777) == 0 || reachable.fail();
 }
 
-bool removeFolder(TextView path)
+bool removeFolder(const ReachablePath& reachable)
 {
-    const ReachablePath reachable(path);
     if (unlinkat(reachable.folder(), reachable.itself(), AT_REMOVEDIR) == 0) return true;
     if (errno != ENOTDIR) return reachable.fail();
     // A link is no folder, but one that may have led to a folder is removed like it.
@@ -157,5 +199,14 @@ bool removeFolder(TextView path)
     setLastError(NOT_A_FOLDER);
     return false;
 }
+
+bool deleteFile(TextView path) { return deleteFile(ReachablePath(path)); }
+
+bool renameFile(TextView from, TextView to, bool failIfExists)
+{
+    return renameFile(ReachablePath(from), ReachablePath(to), failIfExists);
+}
+
+bool removeFolder(TextView path) { return removeFolder(ReachablePath(path)); }
 
 }  // namespace Oxa_1_1::platform::native

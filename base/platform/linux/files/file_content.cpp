@@ -27,9 +27,9 @@ void CopyReporter::advance(std::uint64_t done)
     m_progress(done, m_total);
 }
 
-void CopyReporter::finish(std::uint64_t done) const
+void CopyReporter::finish() const
 {
-    if (m_progress) m_progress(done, std::max(done, m_total));
+    if (m_progress) m_progress(m_total, m_total);
 }
 
 bool FileContent::copy()
@@ -47,11 +47,13 @@ bool FileContent::copy()
     return m_done >= size || ftruncate(m_to, static_cast<off_t>(m_done)) == 0 || failWith(errno);
 }
 
-/// With holes, and on a file system that tells where.
+/// With holes, and on a file system that tells where. Others say that there is none before the end, and so do those
+/// whose files are made while they are read and have less in them than their size.
 bool FileContent::isSparse() const
 {
     if (m_source.st_blocks * 512 >= m_source.st_size) return false;
-    return lseek(m_from, 0, SEEK_HOLE) >= 0 && lseek(m_from, 0, SEEK_SET) == 0;
+    const off_t hole = lseek(m_from, 0, SEEK_HOLE);
+    return hole >= 0 && lseek(m_from, 0, SEEK_SET) == 0 && hole < m_source.st_size;
 }
 
 /// The system lays a large file out best when it knows the size.
@@ -92,8 +94,9 @@ bool FileContent::copyUntil(std::uint64_t end)
         if (count == 0) return true;
         if (!writeAll(static_cast<std::size_t>(count))) return false;
         m_reporter.advance(m_done);
-        // A short piece ends the file: asking once more would take as long as reading a small one.
-        if (static_cast<std::size_t>(count) < wanted && m_done == static_cast<std::uint64_t>(m_source.st_size))
+        // A short piece ends a file on a disk: asking once more would take as long as reading a small one.
+        if (static_cast<std::size_t>(count) < wanted && m_source.st_blocks > 0 &&
+            m_done == static_cast<std::uint64_t>(m_source.st_size))
             return true;
     }
     return true;

@@ -19,7 +19,9 @@ class CopyReporter
     CopyReporter(const CopyProgress& progress, std::uint64_t total) : m_progress(progress), m_total(total) {}
 
     void advance(std::uint64_t done);
-    void finish(std::uint64_t done) const;
+    /// What there was to copy after all: a file may have become shorter, or never had the size that it claims.
+    void setDone(std::uint64_t done) noexcept { m_total = done; }
+    void finish() const;
 
    private:
     const CopyProgress& m_progress;

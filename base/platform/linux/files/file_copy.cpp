@@ -4,14 +4,13 @@
 #include <sys/stat.h>
 
 #include <climits>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <utility>
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/linux/files/file_content.h"
-#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/linux/files/places.h"
+#include "base/platform/linux/files/replacement.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -39,12 +38,32 @@ bool isCopyable(const struct stat& status)
 
 FileDescriptor openSource(const ReachablePath& path, struct stat& status)
 {
-    // It is looked at before it is opened, since opening a device may do something already.
-    if (!path.readStatus(status) || !isCopyable(status)) return FileDescriptor();
-    FileDescriptor file(path.open(O_RDONLY));
+    const bool isPlain = path.expectsPlainFile();
+    // What may be a device is looked at before it is opened, since that may do something already.
+    if (!isPlain && (!path.readStatus(status) || !isCopyable(status))) return FileDescriptor();
+    FileDescriptor file(path.open(O_RDONLY | (isPlain ? O_NOFOLLOW : 0)));
     if (!file.isOpen())
         path.fail();
     else if (fstat(file.get(), &status) != 0 || !isCopyable(status))
+        file.close();
+    return file;
+}
+
+/// Opened for writing, and as it was; not open when it may not be replaced: the last error tells why.
+FileDescriptor openReplaceable(const ReachablePath& path, const struct stat& source)
+{
+    const auto isReplaceable = [&](const struct stat& target)
+    {
+        if (!isCopyable(target)) return false;
+        if (isSameFile(target, source)) return failWithCode(SHARING_VIOLATION);
+        return !isReadOnly(target) || failWith(EACCES);
+    };
+    struct stat status;
+    if (!path.readStatus(status) || !isReplaceable(status)) return FileDescriptor();
+    FileDescriptor file(path.open(O_WRONLY));
+    if (!file.isOpen())
+        path.fail();
+    else if (fstat(file.get(), &status) != 0 || !isReplaceable(status))
         file.close();
     return file;
 }
@@ -67,13 +86,8 @@ class Target
         return m_file.isOpen();
     }
 
-    bool openExisting(const struct stat& source)
+    bool takeExisting(FileDescriptor file)
     {
-        struct stat status;
-        if (!m_path.readStatus(status) || !isReplaceable(status, source)) return false;
-        FileDescriptor file(m_path.open(O_WRONLY));
-        if (!file.isOpen()) return m_path.fail();
-        if (fstat(file.get(), &status) != 0 || !isReplaceable(status, source)) return false;
         if (uninterrupted([&] { return ftruncate(file.get(), 0); }) != 0) return m_path.fail();
         m_file = std::move(file);
         return true;
@@ -92,13 +106,6 @@ class Target
     }
 
    private:
-    static bool isReplaceable(const struct stat& target, const struct stat& source)
-    {
-        if (!isCopyable(target)) return false;
-        if (isSameFile(target, source)) return failWithCode(SHARING_VIOLATION);
-        return !isReadOnly(target) || failWith(EACCES);
-    }
-
     void remove(const FileDescriptor& file) const
     {
         const DWORD reason = lastError();
@@ -112,15 +119,11 @@ class Target
     /// Removes the file, not a link that leads to it.
     void unlinkSame(const struct stat& status) const
     {
+        const auto place = placeBehind(m_path.folder(), m_path.itself());
         struct stat found;
-        const bool isThere = fstatat(m_path.folder(), m_path.itself(), &found, AT_SYMLINK_NOFOLLOW) == 0;
-        if (isThere && isSameFile(found, status))
-        {
-            unlinkat(m_path.folder(), m_path.itself(), 0);
-            return;
-        }
-        const std::unique_ptr<char, decltype(&std::free)> real(realpath(m_path.path(), nullptr), &std::free);
-        if (real != nullptr && lstat(real.get(), &found) == 0 && isSameFile(found, status)) unlink(real.get());
+        if (place && fstatat(place->folder.get(), place->name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
+            isSameFile(found, status))
+            unlinkat(place->folder.get(), place->name.c_str(), 0);
     }
 
     const ReachablePath& m_path;
@@ -135,8 +138,45 @@ void copyModeAndTimes(const struct stat& source, int to)
     {
         {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, source.st_mtim
     };
-    (void)!fchmod(to, source.st_mode & 0777);
+    // A new file may have all of it already, and to look is less than to set.
+    struct stat target;
+    const bool isSet = fstat(to, &target) == 0 && (target.st_mode & 0777) == (source.st_mode & 0777);
+    if (!isSet) (void)!fchmod(to, source.st_mode & 0777);
     futimens(to, times);
+}
+
+/// An open file, from its beginning, into an empty one.
+bool copyInto(int target, int source, const struct stat& status, CopyReporter& reporter)
+{
+    FileContent content(source, target, status, reporter);
+    if (!content.copy()) return false;
+    copyModeAndTimes(status, target);
+    reporter.setDone(content.done());
+    return true;
+}
+
+bool copyToTarget(Target& target, int source, const struct stat& status, CopyReporter& reporter)
+{
+    return copyInto(target.get(), source, status, reporter) && target.keep();
+}
+
+bool replaceFile(const ReachablePath& path, int source, const struct stat& status, CopyReporter& reporter)
+{
+    FileDescriptor existing = openReplaceable(path, status);
+    if (!existing.isOpen()) return false;
+    Target target(path);
+    auto replacement = Replacement::of(existing.get(), path.folder(), path.itself());
+    if (!replacement) return target.takeExisting(std::move(existing)) && copyToTarget(target, source, status, reporter);
+
+    if (!copyInto(replacement->get(), source, status, reporter)) return false;
+    const auto result = replacement->takePlace();
+    if (result != Replacement::Result::REFUSED) return result == Replacement::Result::DONE;
+    // All has been reported.
+    const CopyProgress none;
+    CopyReporter silent(none, 0);
+    replacement.reset();
+    if (lseek(source, 0, SEEK_SET) != 0) return failWith(errno);
+    return target.takeExisting(std::move(existing)) && copyToTarget(target, source, status, silent);
 }
 
 /// Empty when it cannot be read.
@@ -150,35 +190,32 @@ std::string readLink(const ReachablePath& path)
 
 }  // namespace
 
-bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+bool copyFile(const ReachablePath& sourcePath, const ReachablePath& targetPath, bool failIfExists,
+              const CopyProgress& progress)
 {
-    const ReachablePath sourcePath(from);
-    const ReachablePath targetPath(to);
     struct stat status;
     const FileDescriptor source = openSource(sourcePath, status);
     if (!source.isOpen()) return false;
 
+    CopyReporter reporter(progress, static_cast<std::uint64_t>(status.st_size));
     Target target(targetPath);
     // Whoever finds an incomplete copy, after a crash, can replace it.
-    if (!target.create((status.st_mode & 0777) | S_IWUSR))
+    if (target.create((status.st_mode & 0777) | S_IWUSR))
+    {
+        if (!copyToTarget(target, source.get(), status, reporter)) return false;
+    }
+    else
     {
         if (errno != EEXIST) return targetPath.fail();
         if (failIfExists) return failWithCode(FILE_EXISTS);
-        if (!target.openExisting(status)) return false;
+        if (!replaceFile(targetPath, source.get(), status, reporter)) return false;
     }
-    CopyReporter reporter(progress, static_cast<std::uint64_t>(status.st_size));
-    FileContent content(source.get(), target.get(), status, reporter);
-    if (!content.copy()) return false;
-    copyModeAndTimes(status, target.get());
-    if (!target.keep()) return false;
-    reporter.finish(content.done());
+    reporter.finish();
     return true;
 }
 
-bool copyLink(TextView from, TextView to, bool failIfExists)
+bool copyLink(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
 {
-    const ReachablePath source(from);
-    const ReachablePath target(to);
     struct stat status;
     if (!source.readOwnStatus(status)) return false;
     const std::string text = readLink(source);
@@ -199,6 +236,16 @@ bool copyLink(TextView from, TextView to, bool failIfExists)
     };
     utimensat(target.folder(), target.itself(), times, AT_SYMLINK_NOFOLLOW);
     return true;
+}
+
+bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
+{
+    return copyFile(ReachablePath(from), ReachablePath(to), failIfExists, progress);
+}
+
+bool copyLink(TextView from, TextView to, bool failIfExists)
+{
+    return copyLink(ReachablePath(from), ReachablePath(to), failIfExists);
 }
 
 }  // namespace Oxa_1_1::platform::native

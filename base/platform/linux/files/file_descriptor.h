@@ -34,6 +34,8 @@ class FileDescriptor
 
     int get() const noexcept { return m_number; }
     bool isOpen() const noexcept { return m_number >= 0; }
+    /// For a new owner.
+    int release() noexcept { return std::exchange(m_number, -1); }
     /// False when the system tells only now that something could not be written. `errno` is kept in a success.
     bool close() noexcept
     {

@@ -12,7 +12,7 @@
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/linux/files/current_folder.h"
 #include "base/platform/linux/files/native_path.h"
-#include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/linux/files/places.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -94,9 +94,10 @@ Text currentFolderOfDrive(int drive)
 
 }  // namespace
 
-std::optional<FileInformation> readInformation(TextView path)
+std::optional<FileInformation> readInformation(TextView path) { return readInformation(ReachablePath(path)); }
+
+std::optional<FileInformation> readInformation(const ReachablePath& reachable)
 {
-    const ReachablePath reachable(path);
     constexpr unsigned WANTED = STATX_BASIC_STATS | STATX_BTIME;
     struct statx status;
     if (statx(reachable.folder(), reachable.itself(), AT_SYMLINK_NOFOLLOW, WANTED, &status) != 0)

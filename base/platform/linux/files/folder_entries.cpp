@@ -1,5 +1,8 @@
 #include "base/platform/linux/files/folder_entries.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <string_view>
 #include <utility>
 
@@ -14,12 +17,42 @@ namespace
 
 constexpr std::size_t BUFFER_SIZE = 32768;
 
+EntryKind kindOfMode(mode_t mode)
+{
+    if (S_ISDIR(mode)) return EntryKind::SUBFOLDER;
+    return S_ISREG(mode) ? EntryKind::PLAIN_FILE : EntryKind::OTHER;
+}
+
+EntryKind kindOfLink(int folder, const char* name)
+{
+    struct stat status;
+    const bool leadsToFolder = fstatat(folder, name, &status, 0) == 0 && S_ISDIR(status.st_mode);
+    return leadsToFolder ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+}
+
 }  // namespace
 
-FolderEntries::FolderEntries(FileDescriptor folder)
-    : m_folder(std::move(folder)), m_buffer(std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE))
+EntryKind kindOf(int folder, const struct dirent64& entry)
 {
+    struct stat status;
+    switch (entry.d_type)
+    {
+        case DT_REG:
+            return EntryKind::PLAIN_FILE;
+        case DT_DIR:
+            return EntryKind::SUBFOLDER;
+        case DT_LNK:
+            return kindOfLink(folder, entry.d_name);
+        case DT_UNKNOWN:
+            // A few file systems do not tell.
+            if (fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) return EntryKind::OTHER;
+            return S_ISLNK(status.st_mode) ? kindOfLink(folder, entry.d_name) : kindOfMode(status.st_mode);
+        default:
+            return EntryKind::OTHER;
+    }
 }
+
+FolderEntries::FolderEntries(FileDescriptor folder) : m_folder(std::move(folder)) {}
 
 const struct dirent64* FolderEntries::next()
 {
@@ -35,10 +68,13 @@ const struct dirent64* FolderEntries::next()
 
 bool FolderEntries::fill()
 {
+    if (m_buffer == nullptr) m_buffer = std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE);
     const ssize_t size = uninterrupted([&] { return getdents64(m_folder.get(), m_buffer.get(), BUFFER_SIZE); });
     if (size < 0) return failWith(errno);
     if (size == 0)
     {
+        m_buffer.reset();
+        m_position = m_end = 0;
         setLastError(NO_MORE_FILES);
         return false;
     }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <memory>
 
+#include "base/platform/files/tree.h"
 #include "base/platform/linux/files/file_descriptor.h"
 #include "base/platform/platform_types.h"
 
@@ -13,6 +14,9 @@ namespace Oxa_1_1::platform
 
 /// The last error behind the last entry of a folder.
 inline constexpr DWORD NO_MORE_FILES = 18;
+
+/// What an entry of the folder is. The system is asked only where the entry does not tell.
+EntryKind kindOf(int folder, const struct dirent64& entry);
 
 /// The entries of an open folder, read in large pieces as the system has them.
 class FolderEntries

@@ -31,28 +31,15 @@ class NativeFolderReader : public FolderReader
         {
             found = m_entries.next();
             if (found == nullptr) return false;
-            readKind(*found, entry);
+            const EntryKind kind = kindOf(m_entries.folder(), *found);
+            entry.isLink = kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK;
+            entry.isFolder = kind == EntryKind::SUBFOLDER || kind == EntryKind::FOLDER_LINK;
         } while (!isOf(entry, kinds));
         spellName(found->d_name, entry.name);
         return true;
     }
 
    private:
-    /// The kind stands in the entry, except on a few file systems.
-    void readKind(const struct dirent64& found, FolderEntry& entry) const
-    {
-        struct stat status;
-        entry.isLink = found.d_type == DT_LNK;
-        entry.isFolder = found.d_type == DT_DIR;
-        if (found.d_type == DT_UNKNOWN && fstatat(m_entries.folder(), found.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
-        {
-            entry.isLink = S_ISLNK(status.st_mode);
-            entry.isFolder = S_ISDIR(status.st_mode);
-        }
-        if (entry.isLink)
-            entry.isFolder = fstatat(m_entries.folder(), found.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
-    }
-
     FolderEntries m_entries;
 };
 

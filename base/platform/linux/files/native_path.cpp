@@ -177,8 +177,10 @@ Parsed parse(TextView text)
 /// The folder of links that stand for drives and shares.
 std::string drivesFolder()
 {
-    const std::string folder = environmentVariable("OXA_DRIVES");
-    return folder.empty() ? configurationFolder() + "/OxaBase/drives" : folder;
+    if (std::string folder = environmentVariable("OXA_DRIVES"); !folder.empty()) return folder;
+    const std::string settings = configurationFolder();
+    // Without a home there are no drives: nobody can make this folder.
+    return settings.empty() ? "/proc/none" : settings + "/OxaBase/drives";
 }
 
 /// Where the drive, or the server and the share, end.
@@ -229,6 +231,23 @@ Text spellingOf(std::string_view nativePath)
         text += u'\\';
         nativePath.remove_prefix(end + 1);
     }
+}
+
+Text decodeKeepingBytes(std::string_view bytes)
+{
+    Text text;
+    text.reserve(bytes.size());
+    while (!bytes.empty())
+    {
+        const Sequence sequence = readSequence(bytes);
+        const std::size_t length = std::max<std::size_t>(sequence.length, 1);
+        if (sequence.length == 0)
+            appendStray(text, bytes.substr(0, length));
+        else
+            appendCharacter(text, sequence.c);
+        bytes.remove_prefix(length);
+    }
+    return text;
 }
 
 void spellName(std::string_view name, Text& spelling)

@@ -23,6 +23,9 @@ Text spellingOf(std::string_view nativePath);
 /// separator or for all of "." and ".." stays as it is.
 std::string nativePathOf(TextView spelling);
 
+/// Text that names of files may stand in: U+DC00 + byte for each byte that is not UTF-8, all else as it is.
+Text decodeKeepingBytes(std::string_view bytes);
+
 /// Spells the single name of a folder's entry.
 void spellName(std::string_view name, Text& spelling);
 

@@ -39,6 +39,11 @@ ReachablePath::ReachablePath(TextView spelling) : m_spelling(spelling), m_path(n
     if (m_failure == 0) m_itself = itselfOf(m_path);
 }
 
+ReachablePath::ReachablePath(int folder, TextView name)
+    : m_spelling(name), m_path(nativePathOf(name)), m_itself(m_path), m_folder(folder)
+{
+}
+
 void ReachablePath::walk()
 {
     std::string_view rest = m_path;

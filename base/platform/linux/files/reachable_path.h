@@ -19,6 +19,11 @@ class ReachablePath
 {
    public:
     explicit ReachablePath(TextView spelling);
+    /// The entry of an open folder.
+    ReachablePath(int folder, TextView name);
+    /// It was listed as an ordinary file, so that opening it does nothing else, unless a link stands there now.
+    void expectPlainFile() noexcept { m_isPlainFile = true; }
+    bool expectsPlainFile() const noexcept { return m_isPlainFile; }
 
     /// For the calls that begin with a folder. When none could be reached, they fail.
     int folder() const noexcept { return m_folder; }
@@ -53,6 +58,7 @@ class ReachablePath
     FileDescriptor m_opened;
     int m_folder = AT_FDCWD;
     int m_failure = 0;
+    bool m_isPlainFile = false;
 };
 
 /// Sets the last error for a value of `errno`, and returns false.

@@ -1,5 +1,10 @@
 #include "base/platform/files/system_path.h"
 
+#include <fcntl.h>
+#include <ext/stdio_filebuf.h>
+
+#include <utility>
+
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/files/reachable_path.h"
 
@@ -9,16 +14,45 @@ namespace Oxa_1_1::platform
 namespace
 {
 
-template <class Stream>
-void open(Stream& stream, TextView spelling, std::ios_base::openmode mode)
+using OpenMode = std::ios_base::openmode;
+
+bool has(OpenMode mode, OpenMode bits) { return (mode & bits) == bits; }
+
+/// -1 for modes that contradict themselves.
+int flagsOf(OpenMode mode)
+{
+    if (has(mode, std::ios_base::in)) return O_RDONLY;
+    if (has(mode, std::ios_base::app)) return has(mode, std::ios_base::trunc) ? -1 : O_WRONLY | O_CREAT | O_APPEND;
+    return O_WRONLY | O_CREAT | O_TRUNC;
+}
+
+/// Not open when it cannot be read or written, as folders and pipes that nobody reads.
+FileDescriptor openFile(TextView spelling, OpenMode mode)
 {
     const ReachablePath path(spelling);
+    const int flags = flagsOf(mode);
+    FileDescriptor file(flags < 0 ? -1 : path.open(flags, 0666));
     struct stat status;
     // The system would open a folder, and fail when it is read.
-    if (path.readStatus(status) && S_ISDIR(status.st_mode))
-        stream.setstate(std::ios_base::failbit);
-    else
-        stream.open(path.fromAnywhere(), mode);
+    if (!file.isOpen() || fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode)) return FileDescriptor();
+    // Only opening must not wait.
+    const int former = fcntl(file.get(), F_GETFL);
+    if (former < 0 || fcntl(file.get(), F_SETFL, former & ~O_NONBLOCK) != 0) return FileDescriptor();
+    return file;
+}
+
+/// The standard streams open files that programs started meanwhile would inherit.
+template <class Stream>
+void open(Stream& stream, TextView spelling, OpenMode mode)
+{
+    FileDescriptor file = openFile(spelling, mode);
+    if (!file.isOpen()) return stream.setstate(std::ios_base::failbit);
+    __gnu_cxx::stdio_filebuf<char> buffer(file.get(), mode);
+    if (!buffer.is_open()) return stream.setstate(std::ios_base::failbit);
+    file.release();
+    if (has(mode, std::ios_base::ate) && buffer.pubseekoff(0, std::ios_base::end, mode) == std::streampos(-1))
+        return stream.setstate(std::ios_base::failbit);
+    *stream.rdbuf() = std::move(static_cast<std::filebuf&>(buffer));
 }
 
 }  // namespace

@@ -8,11 +8,10 @@
 #include <fstream>
 #include <memory>
 #include <string>
-#include <utility>
 
-#include "base/platform/linux/files/file_bytes.h"
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/modules/resource_store.h"
+#include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1::platform
 {
@@ -71,10 +70,21 @@ Text moduleFileName(HINSTANCE module)
 
 Text longPathName(TextView path) { return spellingOf(realPath(nativePathOf(path).c_str())); }
 
-HINSTANCE loadDataFile(TextView path)
+HINSTANCE loadDataFile(TextView path) { return openDataFile(nativePathOf(path)); }
+
+HINSTANCE loadModule(TextView path, Text& error)
 {
-    std::optional<std::vector<std::byte>> bytes = readFileBytes(nativePathOf(path));
-    return bytes ? openDataFile(std::move(*bytes)) : nullptr;
+    void* const handle = dlopen(nativePathOf(path).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (handle == nullptr) error = decodeNarrow(dlerror());
+    return static_cast<HINSTANCE>(handle);
+}
+
+void* findSymbol(HINSTANCE module, const char* name) noexcept { return dlsym(module, name); }
+
+void keepModule(HINSTANCE module) noexcept
+{
+    const auto* const entry = reinterpret_cast<const link_map*>(module);
+    dlopen(entry->l_name, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
 }
 
 void freeModule(HINSTANCE module) noexcept

@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/platform/linux/files/mapped_file.h"
 #include "base/platform/modules/module_loader.h"
 
 namespace Oxa_1_1::platform
@@ -58,12 +59,12 @@ Slot* freeSlotFor(HINSTANCE module) noexcept
                        { return owner == nullptr || slot.resources.load(std::memory_order_relaxed) == nullptr; });
 }
 
-// ---- Data files: the handle is the address of what was read, marked in its lowest bit, as the system's own loader
-// marks such handles on Windows.
+// ---- Data files: the handle is the address of what is known of it, marked in its lowest bit, as the system's own
+// loader marks such handles on Windows.
 
 struct DataFile
 {
-    std::vector<std::byte> bytes;
+    MappedFile file;
     formats::ResourceIndex resources;
 };
 
@@ -105,13 +106,16 @@ std::vector<HINSTANCE> modulesWithResources()
     return modules;
 }
 
-HINSTANCE openDataFile(std::vector<std::byte> bytes)
+HINSTANCE openDataFile(const std::string& nativePath)
 {
-    std::optional<formats::ResourceIndex> resources = formats::ResourceIndex::fromPortableExecutable(bytes);
+    MappedFile file(nativePath);
+    if (file.bytes().size() > MAX_DATA_FILE) return nullptr;
+    std::optional<formats::ResourceIndex> resources =
+        formats::ResourceIndex::fromPortableExecutable(std::as_bytes(file.bytes()));
     if (!resources) return nullptr;
-    // The bytes keep their place when the vector is moved.
-    auto file = std::make_unique<DataFile>(DataFile{std::move(bytes), std::move(*resources)});
-    return reinterpret_cast<HINSTANCE>(reinterpret_cast<std::uintptr_t>(file.release()) | DATA_FILE_MARK);
+    // The bytes keep their place when the mapping changes hands.
+    auto* const known = new DataFile{std::move(file), std::move(*resources)};
+    return reinterpret_cast<HINSTANCE>(reinterpret_cast<std::uintptr_t>(known) | DATA_FILE_MARK);
 }
 
 bool isDataFile(HINSTANCE module) noexcept { return (reinterpret_cast<std::uintptr_t>(module) & DATA_FILE_MARK) != 0; }

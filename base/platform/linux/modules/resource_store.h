@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <memory>
-#include <span>
+#include <string>
 #include <vector>
 
 #include "base/formats/resource_index.h"
@@ -22,8 +22,8 @@ void setResources(HINSTANCE module, std::unique_ptr<const formats::ResourceIndex
 /// The modules that have resources.
 std::vector<HINSTANCE> modulesWithResources();
 
-/// A handle for the bytes of a Portable Executable; null when they are none.
-HINSTANCE openDataFile(std::vector<std::byte> bytes);
+/// A handle for a file that is a Portable Executable; null when it is none, or larger than MAX_DATA_FILE.
+HINSTANCE openDataFile(const std::string& nativePath);
 bool isDataFile(HINSTANCE module) noexcept;
 void closeDataFile(HINSTANCE module) noexcept;
 

@@ -1,10 +1,5 @@
 #include "base/platform/modules/version_info.h"
 
-#include <algorithm>
-
-#include "base/formats/version_block.h"
-#include "base/platform/linux/files/file_bytes.h"
-#include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/modules/resource_store.h"
 #include "base/platform/modules/module_loader.h"
 #include "base/platform/modules/resources.h"
@@ -35,15 +30,11 @@ std::vector<std::byte> readVersionInfo(TextView path)
         if (resources != nullptr && moduleFileName(module) == realPath) return versionIn(*resources);
     }
 
-    const auto bytes = readFileBytes(nativePathOf(path));
-    if (!bytes) return {};
-    const auto resources = formats::ResourceIndex::fromPortableExecutable(*bytes);
-    return resources ? versionIn(*resources) : std::vector<std::byte>();
-}
-
-std::optional<std::span<const std::byte>> queryVersionInfo(std::span<const std::byte> info, TextView query)
-{
-    return formats::queryVersionValue(info, query);
+    const HINSTANCE file = loadDataFile(path);
+    if (file == nullptr) return {};
+    std::vector<std::byte> version = versionIn(*resourcesOf(file));
+    freeModule(file);
+    return version;
 }
 
 }  // namespace Oxa_1_1::platform

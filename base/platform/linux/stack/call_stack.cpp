@@ -113,27 +113,12 @@ std::size_t walkFrom(const formats::UnwindSource& source, const formats::Registe
 
 std::size_t walkCaller(const formats::Registers& registers, detail::FrameList list)
 {
-    QuickWalk walk(registers);
-    bool isAfterCall = false;
-    for (;;)
-    {
-        if (!list.add(walk.address(), walk.stackPointer(), std::exchange(isAfterCall, true))) return list.count();
-        switch (walk.step())
-        {
-            case formats::Step::Done:
-                break;
-            case formats::Step::Outermost:
-                return list.count();
-            case formats::Step::Failed:
-                list.clear();
-                return walkFrom(OwnSource(), registers, list);
-        }
-    }
+    if (walkQuickly(registers, [&](auto... frame) { return list.add(frame...); })) return list.count();
+    list.clear();
+    return walkFrom(OwnSource(), registers, list);
 }
 
 constexpr pid_t CALLING_THREAD = 0;
-
-pid_t currentThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
 
 pid_t threadOf(HANDLE handle)
 {
@@ -213,17 +198,10 @@ std::size_t captureStack(std::span<void*> addresses, const void* innermost) noex
         if (count > 0 || stackPointer > bound) addresses[count++] = reinterpret_cast<void*>(address);
         return true;
     };
-    QuickWalk walk(registers);
-    for (;;)
-    {
-        if (!add(walk.address(), walk.stackPointer(), true)) return count;
-        const formats::Step step = walk.step();
-        if (step == formats::Step::Outermost) return count;
-        if (step == formats::Step::Done) continue;
-        count = 0;
-        formats::walkFrames(OwnSource(), registers, add);
-        return count;
-    }
+    if (walkQuickly(registers, add)) return count;
+    count = 0;
+    formats::walkFrames(OwnSource(), registers, add);
+    return count;
 }
 
 HANDLE openCurrentThread() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(currentThread())); }
@@ -233,6 +211,13 @@ void closeThread(HANDLE) noexcept {}
 CONTEXT contextOfFault(const void* fault) noexcept
 {
     return fault == nullptr ? CONTEXT{} : contextOf(registersOfSignal(fault));
+}
+
+bool isCurrentProcess(std::uint32_t processId, HANDLE process) noexcept
+{
+    const auto number = reinterpret_cast<std::intptr_t>(process);
+    if (number != 0) return number < 0 || number == ::getpid();
+    return processId == 0 || processId == static_cast<std::uint32_t>(::getpid());
 }
 
 // Means the caller's own, which a child that is forked later is, too.

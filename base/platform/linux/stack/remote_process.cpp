@@ -104,6 +104,7 @@ std::vector<RemoteModule> listRemoteModules(pid_t process)
     struct Mapped
     {
         RemoteModule module;
+        std::uint64_t lastOffset = 0;
         bool isCode = false;
     };
     std::vector<Mapped> files;
@@ -117,11 +118,16 @@ std::vector<RemoteModule> listRemoteModules(pid_t process)
         std::string rights;
         std::string skipped;
         std::string file;
-        fields >> std::hex >> begin >> dash >> end >> rights >> skipped >> skipped >> skipped >> std::ws;
+        std::uint64_t offset = 0;
+        fields >> std::hex >> begin >> dash >> end >> rights >> offset >> skipped >> skipped >> std::ws;
         std::getline(fields, file);
         if (!file.starts_with('/') && file != "[vdso]") continue;
-        if (files.empty() || files.back().module.file != file) files.push_back({{file, begin, end}});
+        // A file that is also mapped as data, beside its module, begins anew.
+        const bool isOther = files.empty() || files.back().module.file != file ||
+                             (offset == 0 && (!files.back().isCode || files.back().lastOffset > 0));
+        if (isOther) files.push_back({{file, begin, end}});
         files.back().module.end = end;
+        files.back().lastOffset = offset;
         files.back().isCode |= rights.find('x') != std::string::npos;
     }
     std::vector<RemoteModule> modules;

@@ -42,8 +42,6 @@ constinit std::mutex oneAtATime;
 constexpr std::chrono::seconds LONGEST_WAIT{2};
 constexpr long WAIT_SLICE_NANOSECONDS = 10'000'000;
 
-pid_t currentThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
-
 void waitWhile(const Word& word, std::uint32_t value, const timespec* timeout)
 {
     ::syscall(SYS_futex, &word, FUTEX_WAIT_PRIVATE, value, timeout, nullptr, 0);
@@ -107,6 +105,8 @@ int awaitStop(pid_t thread, std::uint32_t requested)
 }
 
 }  // namespace
+
+pid_t currentThread() { return static_cast<pid_t>(::syscall(SYS_gettid)); }
 
 formats::Registers registersOfSignal(const void* signalContext)
 {

@@ -30,6 +30,9 @@ class StoppedThread
     std::uint32_t m_error = 0;
 };
 
+/// The calling thread, as the system numbers it.
+pid_t currentThread();
+
 /// The registers that a signal handler was handed.
 formats::Registers registersOfSignal(const void* signalContext);
 

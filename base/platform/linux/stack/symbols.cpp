@@ -9,7 +9,9 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <set>
@@ -18,12 +20,11 @@
 #include <system_error>
 #include <utility>
 
-#include "base/formats/demangle.h"
 #include "base/formats/elf_file.h"
 #include "base/platform/linux/files/mapped_file.h"
 #include "base/platform/linux/stack/remote_process.h"
-#include "base/platform/linux/stack/source_lines.h"
 #include "base/platform/linux/stack/walk_stack.h"
+#include "base/platform/stack/detail/symbol_files.h"
 #include "base/platform/system/last_error.h"
 #include "base/platform/system/system_info.h"
 
@@ -122,57 +123,146 @@ std::string moduleFile(const char* loaderName)
 
 std::string moduleName(const std::string& file) { return file.substr(file.find_last_of('/') + 1); }
 
-/// The addresses that the segments of a module take.
-void readRange(const dl_phdr_info& info, ModuleInfo& module)
+constexpr std::uint64_t mix(std::uint64_t stamp, std::uint64_t value)
+{
+    stamp = (stamp ^ value) * 0x9E3779B97F4A7C15U;
+    return stamp ^ stamp >> 29;
+}
+
+std::uint64_t mix(std::uint64_t stamp, std::string_view text)
+{
+    return mix(stamp, std::hash<std::string_view>()(text));
+}
+
+/// A module as the loader knows it.
+struct LoadedModule
+{
+    ModuleStamp place{};
+    const char* loaderName = "";
+
+    bool contains(std::uint64_t address) const { return address >= place.begin && address < place.end; }
+};
+
+/// The identification of a build among the notes of a loaded module; empty without one.
+std::string_view buildIdIn(const char* notes, std::size_t size)
+{
+    constexpr std::uint32_t BUILD_ID = 3;
+    while (size >= sizeof(ElfW(Nhdr)))
+    {
+        ElfW(Nhdr) note;
+        std::memcpy(&note, notes, sizeof note);
+        const std::size_t nameSize = (std::size_t{note.n_namesz} + 3) / 4 * 4;
+        const std::size_t whole = sizeof note + nameSize + (std::size_t{note.n_descsz} + 3) / 4 * 4;
+        if (whole > size) break;
+        if (note.n_type == BUILD_ID && note.n_namesz == 4 && std::memcmp(notes + sizeof note, "GNU", 4) == 0)
+            return {notes + sizeof note + nameSize, note.n_descsz};
+        notes += whole;
+        size -= whole;
+    }
+    return {};
+}
+
+LoadedModule describe(const dl_phdr_info& info)
 {
     std::uint64_t begin = UINT64_MAX;
     std::uint64_t end = 0;
+    LoadedModule module;
+    if (info.dlpi_name != nullptr) module.loaderName = info.dlpi_name;
+    std::uint64_t stamp = mix(info.dlpi_addr, module.loaderName);
     for (const ElfW(Phdr) & segment : std::span(info.dlpi_phdr, info.dlpi_phnum))
     {
+        if (segment.p_type == PT_NOTE)
+            stamp =
+                mix(stamp, buildIdIn(reinterpret_cast<const char*>(info.dlpi_addr + segment.p_vaddr), segment.p_memsz));
         if (segment.p_type != PT_LOAD) continue;
+        stamp = mix(stamp, segment.p_filesz);
         begin = std::min<std::uint64_t>(begin, segment.p_vaddr);
         end = std::max<std::uint64_t>(end, segment.p_vaddr + segment.p_memsz);
     }
-    if (end <= begin) return;
-    module.base = info.dlpi_addr + begin;
-    module.size = static_cast<std::uint32_t>(end - begin);
+    constexpr std::uint64_t PAGE = 4096;
+    if (end > begin) module.place = {info.dlpi_addr + begin / PAGE * PAGE, info.dlpi_addr + end, stamp};
+    return module;
 }
 
-std::vector<ModuleInfo> listModules()
+std::vector<LoadedModule> listModules()
 {
-    std::vector<ModuleInfo> modules;
+    std::vector<LoadedModule> modules;
+    modules.reserve(64);
     const auto add = [](dl_phdr_info* info, std::size_t, void* list)
     {
-        ModuleInfo module;
-        module.file = moduleFile(info->dlpi_name);
-        module.name = moduleName(module.file);
-        readRange(*info, module);
-        static_cast<std::vector<ModuleInfo>*>(list)->push_back(std::move(module));
+        static_cast<std::vector<LoadedModule>*>(list)->push_back(describe(*info));
         return 0;
     };
     ::dl_iterate_phdr(add, &modules);
     return modules;
 }
 
-void readPlainNames(SymbolInfo& info)
+/// False when no module lies there.
+bool findModule(std::uint64_t address, LoadedModule& module)
 {
-    if (info.name.empty()) return;
-    info.fullName = formats::demangle(info.name);
-    info.plainName = formats::nameAlone(info.fullName);
+    struct Search
+    {
+        std::uint64_t address;
+        LoadedModule& module;
+    } search{address, module};
+    const auto look = [](dl_phdr_info* info, std::size_t, void* data)
+    {
+        auto& wanted = *static_cast<Search*>(data);
+        const LoadedModule found = describe(*info);
+        if (!found.contains(wanted.address)) return 0;
+        wanted.module = found;
+        return 1;
+    };
+    return ::dl_iterate_phdr(look, &search) != 0;
 }
 
-using ModuleKey = std::pair<std::uint64_t, std::string>;
+ModuleInfo plainInfo(const LoadedModule& loaded)
+{
+    ModuleInfo module;
+    module.file = moduleFile(loaded.loaderName);
+    module.name = moduleName(module.file);
+    module.base = loaded.place.begin;
+    module.size = static_cast<std::uint32_t>(loaded.place.end - loaded.place.begin);
+    module.stamp = loaded.place.stamp;
+    return module;
+}
 
-ModuleKey keyOf(const ModuleInfo& module) { return {module.base, module.file}; }
+/// Where the file of a module of this process is opened.
+std::string ownPath(const LoadedModule& module)
+{
+    return *module.loaderName == 0 ? std::string("/proc/self/exe") : std::string(module.loaderName);
+}
+
+std::string separateDebugFile(std::span<const std::uint8_t> bytes)
+{
+    const formats::ElfFile file(bytes);
+    return file.hasSection(".debug_info") ? std::string() : debugFileOf(file);
+}
+
+/// The files of this process, which all its sessions share.
+detail::SymbolFiles& ownFiles()
+{
+    // Never destroyed: destructors of static objects may walk the stack, too.
+    static auto& files = *new detail::SymbolFiles(separateDebugFile);
+    return files;
+}
+
+std::vector<ModuleStamp> sorted(std::vector<ModuleStamp> stamps)
+{
+    std::sort(stamps.begin(), stamps.end(),
+              [](const ModuleStamp& a, const ModuleStamp& b) { return a.begin < b.begin; });
+    return stamps;
+}
 
 /// What is known of a module of another process, but for its version.
-ModuleInfo describe(const RemoteModule& from)
+ModuleInfo plainInfo(const RemoteModule& from)
 {
     ModuleInfo module;
     module.file = from.file;
     module.name = moduleName(from.file);
     module.base = from.begin;
     module.size = static_cast<std::uint32_t>(from.end - from.begin);
+    module.stamp = mix(mix(from.begin, from.end), from.file);
     return module;
 }
 
@@ -197,41 +287,51 @@ class OwnSession : public SymbolSession
         return generation;
     }
 
+    std::vector<ModuleStamp> moduleStamps() const override
+    {
+        std::vector<ModuleStamp> stamps;
+        const std::lock_guard lock(m_mutex);
+        refresh();
+        stamps.reserve(m_present.size());
+        for (const LoadedModule& module : m_present) stamps.push_back(module.place);
+        return sorted(std::move(stamps));
+    }
+
     std::vector<ModuleInfo> loadModules(bool withVersions) override
     {
-        std::map<ModuleKey, ModuleInfo> present;
         std::vector<ModuleInfo> added;
         const std::lock_guard lock(m_mutex);
-        for (ModuleInfo& module : listModules())
+        refresh();
+        for (const LoadedModule& loaded : m_present)
         {
-            const auto known = m_modules.find(keyOf(module));
-            if (known != m_modules.end())
-            {
-                present.insert(m_modules.extract(known));
-                continue;
-            }
-            readSymbolType(module, module.file);
+            if (m_modules.contains(loaded.place.stamp)) continue;
+            ModuleInfo module = plainInfo(loaded);
+            readSymbolType(module, ownPath(loaded));
             if (withVersions) module.fileVersion = versionOfFile(module.file);
             added.push_back(module);
-            present.emplace(keyOf(module), std::move(module));
+            m_modules.emplace(loaded.place.stamp, std::move(module));
         }
-        m_modules = std::move(present);
+        if (m_modules.size() != m_present.size()) forgetOthers();
         return added;
     }
 
     SymbolInfo find(std::uint64_t address, const SymbolParts& parts) const override
     {
         SymbolInfo info;
-        if (parts.names || parts.lines) readSource(address, parts, info);
+        LoadedModule module;
+        if (!findModule(address, module)) return info;
+        if (parts.names || parts.lines)
+            takeFound(ownFiles().find(ownPath(module), module.place.stamp, address - module.place.begin), parts, info);
+        // The system's own code has no file.
         Dl_info found{};
-        if (::dladdr(reinterpret_cast<void*>(address), &found) == 0) return info;
-        if (parts.names && info.name.empty() && found.dli_sname != nullptr)
+        if (parts.names && info.name.empty() && ::dladdr(reinterpret_cast<void*>(address), &found) != 0 &&
+            found.dli_sname != nullptr)
         {
             info.name = found.dli_sname;
             info.offset = address - reinterpret_cast<std::uintptr_t>(found.dli_saddr);
+            detail::readPlainNames(info);
         }
-        if (parts.names) readPlainNames(info);
-        if (parts.modules) readModule(found, info.module);
+        if (parts.modules) info.module = moduleInfo(module);
         return info;
     }
 
@@ -242,103 +342,102 @@ class OwnSession : public SymbolSession
     }
 
    private:
-    static void readSource(std::uint64_t address, const SymbolParts& parts, SymbolInfo& info)
+    ModuleInfo moduleInfo(const LoadedModule& module) const
     {
-        SourcePlace place = findSource(address);
-        if (parts.names)
-        {
-            info.name = std::move(place.function);
-            info.offset = place.functionOffset;
-        }
-        if (parts.lines)
-        {
-            info.file = std::move(place.file);
-            info.line = place.line;
-        }
+        const std::lock_guard lock(m_mutex);
+        const auto known = m_modules.find(module.place.stamp);
+        return known == m_modules.end() ? plainInfo(module) : known->second;
     }
 
-    void readModule(const Dl_info& found, ModuleInfo& module) const
+    /// Lists the modules when others have come or gone. Names are of the loader, and valid as long as their modules.
+    void refresh() const
     {
-        // The loader knows the program by what it was called as.
-        link_map* map = nullptr;
-        Dl_info again{};
-        const bool isKnown = ::dladdr1(found.dli_fbase, &again, reinterpret_cast<void**>(&map), RTLD_DL_LINKMAP) != 0;
-        module.file = moduleFile(isKnown && map != nullptr ? map->l_name : found.dli_fname);
-        module.base = reinterpret_cast<std::uintptr_t>(found.dli_fbase);
-        const std::lock_guard lock(m_mutex);
-        const auto loaded = m_modules.find(keyOf(module));
-        if (loaded != m_modules.end())
-            module = loaded->second;
-        else
-            module.name = moduleName(module.file);
+        const std::uint64_t generation = moduleGeneration();
+        if (!m_present.empty() && m_presentAt == generation) return;
+        m_present = listModules();
+        m_presentAt = generation;
+    }
+
+    void forgetOthers()
+    {
+        const auto isPresent = [&](std::uint64_t stamp)
+        {
+            return std::any_of(m_present.begin(), m_present.end(),
+                               [stamp](const LoadedModule& module) { return module.place.stamp == stamp; });
+        };
+        std::erase_if(m_modules, [&](const auto& module) { return !isPresent(module.first); });
+        ownFiles().keepOnly(isPresent);
     }
 
     std::string m_searchPath;
     mutable std::mutex m_mutex;
-    std::map<ModuleKey, ModuleInfo> m_modules;
+    mutable std::vector<LoadedModule> m_present;
+    mutable std::uint64_t m_presentAt = 0;
+    /// By their stamps.
+    std::map<std::uint64_t, ModuleInfo> m_modules;
 };
 
-/// The symbols of another process, from the files of its modules. Lines are known for modules that this process has
-/// loaded, too.
+/// The symbols of another process, from the files of its modules.
 class RemoteSession : public SymbolSession
 {
    public:
-    RemoteSession(pid_t process, const char* searchPath) : m_process(process), m_own(searchPath) {}
+    RemoteSession(pid_t process, const char* searchPath)
+        : m_process(process), m_searchPath(searchPath == nullptr ? "" : searchPath), m_files(separateDebugFile)
+    {
+    }
 
-    std::string searchPath() const override { return m_own.searchPath(); }
-    std::uint32_t options() const override { return m_own.options(); }
+    std::string searchPath() const override { return m_searchPath; }
+    std::uint32_t options() const override { return LOAD_LINES; }
 
     std::uint64_t moduleGeneration() const override
     {
-        std::uint64_t digest = m_own.moduleGeneration();
+        std::uint64_t digest = 0;
         for (const RemoteModule& module : listRemoteModules(m_process))
-            digest = (digest ^ module.begin ^ module.end) * 0x9E3779B97F4A7C15U;
+            digest = mix(mix(digest, module.begin), module.end);
         return digest;
+    }
+
+    std::vector<ModuleStamp> moduleStamps() const override
+    {
+        std::vector<ModuleStamp> stamps;
+        for (const RemoteModule& module : listRemoteModules(m_process))
+            stamps.push_back({module.begin, module.end, plainInfo(module).stamp});
+        return sorted(std::move(stamps));
     }
 
     std::vector<ModuleInfo> loadModules(bool withVersions) override
     {
         std::vector<ModuleInfo> added;
-        std::set<ModuleKey> present;
+        std::set<std::uint64_t> present;
         const std::lock_guard lock(m_mutex);
         for (const RemoteModule& remote : listRemoteModules(m_process))
         {
-            ModuleInfo module = describe(remote);
-            present.insert(keyOf(module));
-            if (m_known.contains(keyOf(module))) continue;
-            const std::string path = remotePath(m_process, module.file);
-            readSymbolType(module, path);
-            if (!module.symbolFile.starts_with("/usr/lib/debug/") && !module.symbolFile.empty())
-                module.symbolFile = module.file;
-            if (withVersions) module.fileVersion = versionOfFile(path);
+            ModuleInfo module = plainInfo(remote);
+            present.insert(module.stamp);
+            if (m_known.contains(module.stamp)) continue;
+            readRemoteType(module);
+            if (withVersions) module.fileVersion = versionOfFile(remotePath(m_process, module.file));
             added.push_back(std::move(module));
         }
         m_known = std::move(present);
+        m_files.keepOnly([&](std::uint64_t stamp) { return m_known.contains(stamp); });
         return added;
     }
 
     SymbolInfo find(std::uint64_t address, const SymbolParts& parts) const override
     {
         SymbolInfo info;
-        const RemoteModules modules(m_process);
-        const RemoteModules::Entry* const entry = modules.find(address);
-        if (entry == nullptr) return info;
-        const std::uint64_t place = address - entry->module.begin;
-        if (const std::uint64_t own = ownBase(entry->module.file); own != 0)
-            info = m_own.find(own + place, {parts.names, parts.lines, false});
-        if (parts.names && info.name.empty())
+        for (const RemoteModule& remote : listRemoteModules(m_process))
         {
-            const formats::ElfFile elf(entry->file.bytes());
-            std::uint64_t begin = 0;
-            const std::uint64_t meant = place + elf.firstAddress();
-            info.name = elf.functionAt(meant, begin);
-            info.offset = info.name.empty() ? 0 : meant - begin;
-            readPlainNames(info);
-        }
-        if (parts.modules)
-        {
-            info.module = describe(entry->module);
-            readSymbolType(info.module, remotePath(m_process, entry->module.file));
+            if (address < remote.begin || address >= remote.end) continue;
+            ModuleInfo module = plainInfo(remote);
+            if (parts.names || parts.lines)
+                takeFound(m_files.find(remotePath(m_process, remote.file), module.stamp, address - remote.begin), parts,
+                          info);
+            if (!parts.modules) break;
+            readRemoteType(module);
+            info.module = std::move(module);
+            break;
         }
         return info;
     }
@@ -350,24 +449,24 @@ class RemoteSession : public SymbolSession
     }
 
    private:
-    /// Where this process has loaded the file; 0 when it has not.
-    static std::uint64_t ownBase(const std::string& file)
+    void readRemoteType(ModuleInfo& module) const
     {
-        for (const RemoteModule& module : listRemoteModules(::getpid()))
-            if (module.file == file && file.starts_with('/')) return module.begin;
-        return 0;
+        readSymbolType(module, remotePath(m_process, module.file));
+        if (!module.symbolFile.starts_with("/usr/lib/debug/") && !module.symbolFile.empty())
+            module.symbolFile = module.file;
     }
 
     pid_t m_process;
-    OwnSession m_own;
+    std::string m_searchPath;
+    mutable detail::SymbolFiles m_files;
     std::mutex m_mutex;
-    std::set<ModuleKey> m_known;
+    std::set<std::uint64_t> m_known;
 };
 
 /// The handle says which process is meant; without one, the number does.
 pid_t processOf(std::uint32_t processId, HANDLE handle)
 {
-    const bool isNamed = reinterpret_cast<std::intptr_t>(handle) > 0;
+    const bool isNamed = reinterpret_cast<std::intptr_t>(handle) != 0;
     return isNamed || processId == 0 ? platform::processOf(handle) : static_cast<pid_t>(processId);
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <initializer_list>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -37,22 +38,25 @@ std::uint16_t languageNamed(std::string_view name)
     return found != LANGUAGES.end() ? found->id : std::uint16_t{0};
 }
 
-/// A language that is written in several scripts has none in the names of most locales: the first one serves.
+std::string join(std::initializer_list<std::string_view> parts)
+{
+    std::string name;
+    for (const std::string_view part : parts) name.append(name.empty() ? "" : "-").append(part);
+    return name;
+}
+
+/// A language that is written in several scripts has none in the names of most locales: the first one serves, but for
+/// Serbian, whose locales are Cyrillic.
 std::uint16_t languageInRegion(std::string_view language, std::string_view region)
 {
+    if (language == "sr")
+        if (const std::uint16_t id = languageNamed(join({language, "Cyrl", region}))) return id;
     const std::string start = std::string(language) + '-';
     const std::string end = '-' + std::string(region);
     const auto found =
         std::find_if(LANGUAGES.begin(), LANGUAGES.end(),
                      [&](const Language& l) { return l.name.starts_with(start) && l.name.ends_with(end); });
     return found != LANGUAGES.end() ? found->id : std::uint16_t{0};
-}
-
-std::string join(std::initializer_list<std::string_view> parts)
-{
-    std::string name;
-    for (const std::string_view part : parts) name.append(name.empty() ? "" : "-").append(part);
-    return name;
 }
 
 /// The name with the script or variant that the modifier of a locale means.
@@ -72,7 +76,8 @@ std::optional<std::uint16_t> languageOfLocale(std::string_view locale)
         modifierStart == std::string_view::npos ? std::string_view() : locale.substr(modifierStart + 1);
     locale = locale.substr(0, locale.find_first_of(".@"));
     if (locale.empty()) return std::nullopt;
-    if (locale == "C" || locale == "POSIX") return ENGLISH;
+    // Without a region English is the one that is built in.
+    if (locale == "C" || locale == "POSIX" || locale == "en") return ENGLISH;
 
     const std::size_t separator = locale.find_first_of("_-");
     const std::string language(locale.substr(0, separator));
@@ -93,9 +98,7 @@ std::optional<std::uint16_t> languageOfEnvironment(std::initializer_list<const c
 {
     for (const char* const variable : variables)
     {
-        const std::string value = environmentVariable(variable);
-        // LANGUAGE holds a list.
-        if (const auto id = languageOfLocale(std::string_view(value).substr(0, value.find(':')))) return id;
+        if (const auto id = languageOfLocale(environmentVariable(variable))) return id;
     }
     return std::nullopt;
 }
@@ -131,9 +134,15 @@ LCID threadLocale() noexcept
 
 void setThreadLocale(LCID locale) noexcept { currentLocale = locale; }
 
-std::uint16_t userUiLanguage()
+std::vector<std::uint16_t> userUiLanguages()
 {
-    return languageOfEnvironment({"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}).value_or(systemUiLanguage());
+    std::vector<std::uint16_t> languages;
+    std::istringstream list(environmentVariable("LANGUAGE"));
+    for (std::string locale; std::getline(list, locale, ':');)
+        if (const auto id = languageOfLocale(locale)) languages.push_back(*id);
+    if (languages.empty())
+        languages.push_back(languageOfEnvironment({"LC_ALL", "LC_MESSAGES", "LANG"}).value_or(systemUiLanguage()));
+    return languages;
 }
 
 std::uint16_t userLanguage()

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <string>
 
-#include "base/text/utf8.h"
+#include "base/platform/linux/files/native_path.h"
 
 namespace Oxa_1_1::platform
 {
@@ -12,7 +12,7 @@ std::vector<Text> commandLineArguments()
 {
     std::vector<Text> arguments;
     std::ifstream file("/proc/self/cmdline", std::ios::binary);
-    for (std::string argument; std::getline(file, argument, '\0');) arguments.push_back(text::decodeUtf8(argument));
+    for (std::string argument; std::getline(file, argument, '\0');) arguments.push_back(decodeKeepingBytes(argument));
     return arguments;
 }
 

@@ -1,10 +1,13 @@
 #include "base/platform/system/prompt.h"
 
 #include <fcntl.h>
+#include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <string>
+#include <string_view>
 
 #include "base/text/utf8.h"
 
@@ -41,52 +44,64 @@ class Terminal
         return true;
     }
 
-    /// The first character of the next line, 0 for an empty one; false at the end of input.
-    bool readChoice(char& choice) const
+    /// What was typed before the question was meant for the program.
+    void dropInput() const { ::tcflush(m_file, TCIFLUSH); }
+
+    /// The next line, in lower case and without blanks around it; false at the end of input.
+    bool readAnswer(std::string& answer) const
     {
-        choice = 0;
-        char c = 0;
-        for (bool first = true;; first = false)
+        answer.clear();
+        for (char c = 0;;)
         {
             const ssize_t count = ::read(m_file, &c, 1);
             if (count < 0 && errno == EINTR) continue;
             if (count <= 0) return false;
-            if (c == '\n') return true;
-            if (first) choice = c;
+            if (c == '\n') break;
+            answer += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
         }
+        constexpr const char* BLANKS = " \t\r";
+        answer.erase(answer.find_last_not_of(BLANKS) + 1);
+        answer.erase(0, answer.find_first_not_of(BLANKS));
+        return true;
     }
 
    private:
     int m_file;
 };
 
+struct Choice
+{
+    std::string_view word;
+    Answer answer;
+};
+
+constexpr std::array CHOICES{Choice{"abort", Answer::Abort}, Choice{"retry", Answer::Retry},
+                             Choice{"ignore", Answer::Ignore}};
+
+/// Standard error, which is where debug output goes, is the terminal that the question stands on.
+bool isOutputOnTerminal()
+{
+    const pid_t session = ::tcgetsid(STDERR_FILENO);
+    return session > 0 && session == ::getsid(0);
+}
+
 }  // namespace
 
-Answer askAbortRetryIgnore(const Char* text, const Char* caption)
+Answer askAbortRetryIgnore(const Char* text, const Char* caption, bool isWritten)
 {
+    // Before the terminal may take the number of a closed standard error.
+    const bool isShown = isWritten && isOutputOnTerminal();
     const Terminal terminal;
     if (!terminal.isOpen()) return Answer::Abort;
-    std::string question = "\n";
-    question.append(text::encodeUtf8(caption)).append("\n").append(text::encodeUtf8(text)).append("\n");
+    std::string question(1, '\n');
+    question.append(text::encodeUtf8(caption)).append("\n");
+    if (!isShown) question.append(text::encodeUtf8(text)).append("\n");
     if (!terminal.write(question)) return Answer::Abort;
-    char choice = 0;
-    while (terminal.write("(a)bort, (r)etry, (i)gnore? ") && terminal.readChoice(choice))
-    {
-        switch (choice)
-        {
-            case 'a':
-            case 'A':
-                return Answer::Abort;
-            case 'r':
-            case 'R':
-                return Answer::Retry;
-            case 'i':
-            case 'I':
-                return Answer::Ignore;
-            default:
-                break;
-        }
-    }
+    terminal.dropInput();
+    std::string answer;
+    while (terminal.write("(a)bort, (r)etry, (i)gnore? ") && terminal.readAnswer(answer))
+        for (const Choice& choice : CHOICES)
+            if (answer == choice.word || answer == choice.word.substr(0, 1)) return choice.answer;
     return Answer::Abort;
 }
 

@@ -15,12 +15,14 @@ namespace Oxa_1_1::platform
 
 std::optional<Setting> readUserSetting(std::span<const TextView> path, TextView name, std::size_t maxSize)
 {
-    if (path.empty()) return std::nullopt;
+    // No key of settings comes near this.
+    constexpr std::size_t MAX_FILE = std::size_t{16} << 20;
     std::string file = configurationFolder();
+    if (path.empty() || file.empty()) return std::nullopt;
     Text key = u"HKEY_CURRENT_USER";
     for (const TextView level : path) key.append(1, u'\\').append(level);
     for (const TextView level : path.subspan(1)) file += '/' + nativePathOf(level);
-    const auto bytes = readFileBytes(file + ".reg");
+    const auto bytes = readFileBytes(file + ".reg", MAX_FILE);
     if (!bytes) return std::nullopt;
     std::optional<formats::RegistryValue> value = formats::findRegistryValue(*bytes, key, name);
     if (!value || value->data.size() > maxSize) return std::nullopt;

@@ -70,17 +70,15 @@ bool deleteFile(TextView path)
     return false;
 }
 
-bool renameFile(TextView from, TextView to)
+bool renameFile(TextView from, TextView to, bool failIfExists)
 {
-    return MoveFileExW(withoutSeparator(from).c_str(), withoutSeparator(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+    const DWORD flags = failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING;
+    return MoveFileExW(withoutSeparator(from).c_str(), withoutSeparator(to).c_str(), flags) != 0;
 }
 
 bool createFolder(TextView path) { return CreateDirectoryW(Text(path).c_str(), nullptr) != 0; }
 
 bool removeFolder(TextView path) { return RemoveDirectoryW(Text(path).c_str()) != 0; }
-
-/// The system removes by whole paths, so one at a time is as good.
-void sweepFolder(TextView, bool) {}
 
 bool isEmptyFolder(TextView path) { return PathIsDirectoryEmptyW(Text(path).c_str()) == TRUE; }
 

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "base/platform/system/error_text.h"
+#include "base/platform/windows/modules/data_files.h"
 #include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform
@@ -43,8 +45,32 @@ Text longPathName(TextView path)
     }
 }
 
-HINSTANCE loadDataFile(TextView path) { return LoadLibraryExW(Text(path).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE); }
+HINSTANCE loadDataFile(TextView path) { return openDataFile(path); }
 
-void freeModule(HINSTANCE module) noexcept { FreeLibrary(module); }
+HINSTANCE loadModule(TextView path, Text& error)
+{
+    // What it depends on is looked for beside it, too.
+    const bool isAbsolute = path.size() > 1 && (path[1] == L':' || path[1] == L'\\');
+    const HINSTANCE module =
+        LoadLibraryExW(Text(path).c_str(), nullptr, isAbsolute ? LOAD_WITH_ALTERED_SEARCH_PATH : 0);
+    if (module != nullptr) return module;
+    error = systemErrorText(GetLastError());
+    while (!error.empty() && error.back() <= L' ') error.pop_back();
+    return nullptr;
+}
+
+void* findSymbol(HINSTANCE module, const char* name) noexcept
+{
+    return reinterpret_cast<void*>(GetProcAddress(module, name));
+}
+
+void keepModule(HINSTANCE module) noexcept
+{
+    HMODULE ignored = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                       reinterpret_cast<LPCWSTR>(module), &ignored);
+}
+
+void freeModule(HINSTANCE module) noexcept { closeDataFile(module); }
 
 }  // namespace Oxa_1_1::platform

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/platform/modules/indexed_resources.h"
+#include "base/platform/windows/modules/data_files.h"
 #include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform
@@ -13,16 +15,21 @@ void withdrawResources(HINSTANCE) noexcept {}
 
 HRSRC findResource(HINSTANCE module, const Char* type, const Char* name) noexcept
 {
-    return FindResourceW(module, name, type);
+    const formats::ResourceIndex* const file = resourcesOfDataFile(module);
+    return file != nullptr ? preferredVersion(resourceVersions(*file, type, name)) : FindResourceW(module, name, type);
 }
 
 HRSRC findResource(HINSTANCE module, const Char* type, const Char* name, std::uint16_t language) noexcept
 {
-    return FindResourceExW(module, type, name, language);
+    const formats::ResourceIndex* const file = resourcesOfDataFile(module);
+    return file != nullptr ? versionIn(resourceVersions(*file, type, name), language)
+                           : FindResourceExW(module, type, name, language);
 }
 
 std::vector<std::uint16_t> resourceLanguages(HINSTANCE module, const Char* type, const Char* name)
 {
+    if (const formats::ResourceIndex* const file = resourcesOfDataFile(module))
+        return languagesOf(resourceVersions(*file, type, name));
     const auto collect = [](HMODULE, LPCWSTR, LPCWSTR, WORD language, LONG_PTR context) -> BOOL
     {
         reinterpret_cast<std::vector<std::uint16_t>*>(context)->push_back(language);
@@ -38,6 +45,7 @@ std::vector<std::uint16_t> resourceLanguages(HINSTANCE module, const Char* type,
 
 std::span<const std::byte> resourceBytes(HINSTANCE module, HRSRC resource) noexcept
 {
+    if (resourcesOfDataFile(module) != nullptr) return indexedBytes(resource);
     const HGLOBAL loaded = LoadResource(module, resource);
     if (loaded == nullptr) return {};
     const DWORD size = SizeofResource(module, resource);
@@ -47,6 +55,7 @@ std::span<const std::byte> resourceBytes(HINSTANCE module, HRSRC resource) noexc
 
 Text loadString(HINSTANCE module, unsigned int id)
 {
+    if (const formats::ResourceIndex* const file = resourcesOfDataFile(module)) return indexedString(*file, id);
     // The system looks at the low 16 bits only.
     if (id > 0xFFFF) return {};
     // With a size of 0 the call gives the text where it lies.

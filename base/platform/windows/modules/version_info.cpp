@@ -1,37 +1,25 @@
 #include "base/platform/modules/version_info.h"
 
+#include "base/platform/modules/resources.h"
+#include "base/platform/windows/modules/data_files.h"
 #include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform
 {
 
-namespace
-{
-
-/// Values below this key are texts, whose length is counted in units with the terminating zero.
-constexpr TextView TEXTS = L"\\StringFileInfo\\";
-
-}  // namespace
-
+// The system's own functions for versions trust every length in the file.
 std::vector<std::byte> readVersionInfo(TextView path)
 {
-    const Text file(path);
-    DWORD ignored = 0;
-    const DWORD size = GetFileVersionInfoSizeW(file.c_str(), &ignored);
-    std::vector<std::byte> info(size);
-    if (size == 0 || GetFileVersionInfoW(file.c_str(), 0, size, info.data()) == 0) return {};
-    return info;
-}
-
-std::optional<std::span<const std::byte>> queryVersionInfo(std::span<const std::byte> info, TextView query)
-{
-    if (info.empty()) return std::nullopt;
-    void* value = nullptr;
-    UINT length = 0;
-    if (VerQueryValueW(info.data(), Text(query).c_str(), &value, &length) == 0) return std::nullopt;
-    if (!query.starts_with(TEXTS)) return std::span(static_cast<const std::byte*>(value), length);
-    const TextView text(static_cast<const wchar_t*>(value), length);
-    return std::as_bytes(std::span(text.substr(0, text.find(L'\0'))));
+    const HINSTANCE file = openDataFile(path);
+    if (file == nullptr) return {};
+    std::vector<std::byte> version;
+    if (const HRSRC found = findResource(file, MAKEINTRESOURCEW(16), MAKEINTRESOURCEW(1)))
+    {
+        const std::span<const std::byte> bytes = resourceBytes(file, found);
+        version.assign(bytes.begin(), bytes.end());
+    }
+    closeDataFile(file);
+    return version;
 }
 
 }  // namespace Oxa_1_1::platform

@@ -3,13 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <mutex>
+#include <string_view>
 
 #include "base/formats/demangle.h"
 #include "base/platform/stack/detail/frame_list.h"
+#include "base/platform/stack/detail/symbol_files.h"
 #include "base/platform/windows/stack/debug_help.h"
 #include "base/platform/windows/stack/process_modules.h"
+#include "base/platform/windows/stack/suspended_thread.h"
 
 namespace Oxa_1_1::platform
 {
@@ -32,26 +37,6 @@ BOOL CALLBACK readForWalk(HANDLE process, DWORD64 address, void* buffer, DWORD s
     *read = count;
     return isRead ? TRUE : FALSE;
 }
-
-/// Holds a thread still as long as it lives.
-class SuspendedThread
-{
-   public:
-    explicit SuspendedThread(HANDLE thread) : m_thread(thread), m_isSuspended(SuspendThread(thread) != FAILED) {}
-    ~SuspendedThread()
-    {
-        if (m_isSuspended) ResumeThread(m_thread);
-    }
-    SuspendedThread(const SuspendedThread&) = delete;
-    SuspendedThread& operator=(const SuspendedThread&) = delete;
-
-    bool isSuspended() const { return m_isSuspended; }
-
-   private:
-    static constexpr DWORD FAILED = 0xFFFFFFFF;
-    HANDLE m_thread;
-    bool m_isSuspended;
-};
 
 /// A handle of its own for each session, because the library knows its sessions by their handles. Without a handle, the
 /// number says which process is meant.
@@ -123,7 +108,8 @@ class Session : public SymbolSession
         for (ModuleInfo& module : listModules(m_processId, m_process.get()))
         {
             const auto known = m_modules.find(module.base);
-            if (known != m_modules.end() && known->second.file == module.file)
+            module.stamp = stampOf(module);
+            if (known != m_modules.end() && known->second.stamp == module.stamp)
             {
                 present.insert(m_modules.extract(known));
                 continue;
@@ -134,7 +120,21 @@ class Session : public SymbolSession
             present.emplace(module.base, std::move(module));
         }
         m_modules = std::move(present);
+        m_files.keepOnly(
+            [this](std::uint64_t stamp)
+            {
+                return std::any_of(m_modules.begin(), m_modules.end(),
+                                   [stamp](const auto& module) { return module.second.stamp == stamp; });
+            });
         return added;
+    }
+
+    std::vector<ModuleStamp> moduleStamps() const override
+    {
+        const std::lock_guard lock(debugHelpMutex);
+        std::vector<ModuleStamp> stamps;
+        for (const auto& [base, module] : m_modules) stamps.push_back({base, base + module.size, module.stamp});
+        return stamps;
     }
 
     SymbolInfo find(std::uint64_t address, const SymbolParts& parts) const override
@@ -143,10 +143,13 @@ class Session : public SymbolSession
         SymbolInfo info;
         if (parts.names) readName(address, info);
         if (parts.lines) readLine(address, info);
-        const auto module = m_modules.find(m_help.symGetModuleBase64(m_process.get(), address));
-        if (!parts.modules || module == m_modules.end()) return info;
-        info.module = module->second;
-        readSymbolType(info.module);
+        const auto behind = m_modules.upper_bound(address);
+        if (behind == m_modules.begin() || address - std::prev(behind)->first >= std::prev(behind)->second.size)
+            return info;
+        ModuleInfo module = std::prev(behind)->second;
+        readSymbolType(module);
+        if (parts.names || parts.lines) readFile(address, parts, module, info);
+        if (parts.modules) info.module = std::move(module);
         return info;
     }
 
@@ -191,6 +194,28 @@ class Session : public SymbolSession
         }
         module.symbolType = static_cast<std::uint32_t>(information.SymType);
         module.symbolFile = information.LoadedPdbName[0] != 0 ? information.LoadedPdbName : information.LoadedImageName;
+    }
+
+    /// What the module was built at stands in its head.
+    std::uint64_t stampOf(const ModuleInfo& module) const
+    {
+        std::array<char, 1024> head{};
+        std::uint32_t read = 0;
+        readProcessMemory(m_process.get(), module.base, head.data(), static_cast<std::uint32_t>(head.size()), read);
+        const std::hash<std::string_view> hash;
+        return module.base ^ hash(module.file) ^ hash({head.data(), head.size()}) * 0x9E3779B97F4A7C15U;
+    }
+
+    /// What the compiler of this library writes into modules is read from their files: the debug-help library knows
+    /// little of it.
+    void readFile(std::uint64_t address, const SymbolParts& parts, ModuleInfo& module, SymbolInfo& info) const
+    {
+        detail::SymbolFiles::Found found = m_files.find(module.file, module.stamp, address - module.base);
+        if (!found.hasDebugInformation && !found.hasCoffSymbols) return;
+        const bool isFromElsewhere = module.symbolType == SymPdb || module.symbolType == SymCv;
+        if (isFromElsewhere && !found.hasDebugInformation) return;
+        module.symbolType = SymCoff;
+        takeFound(std::move(found), parts, info);
     }
 
     std::string undecorated(const char* name, DWORD flags) const
@@ -285,6 +310,7 @@ class Session : public SymbolSession
     std::uint32_t m_options = 0;
     bool m_isInitialized = false;
     std::map<std::uint64_t, ModuleInfo> m_modules;
+    mutable detail::SymbolFiles m_files{nullptr};
 };
 
 }  // namespace

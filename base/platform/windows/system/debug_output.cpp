@@ -17,4 +17,6 @@ void writeDebugOutput(const char* text)
 
 void breakIntoDebugger() { DebugBreak(); }
 
+void leaveCoreFile() {}
+
 }  // namespace Oxa_1_1::platform

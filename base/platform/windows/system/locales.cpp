@@ -39,7 +39,7 @@ LCID threadLocale() noexcept { return GetThreadLocale(); }
 
 void setThreadLocale(LCID locale) noexcept { SetThreadLocale(locale); }
 
-std::uint16_t userUiLanguage() { return GetUserDefaultUILanguage(); }
+std::vector<std::uint16_t> userUiLanguages() { return {GetUserDefaultUILanguage()}; }
 std::uint16_t userLanguage() { return GetUserDefaultLangID(); }
 std::uint16_t systemUiLanguage() { return GetSystemDefaultUILanguage(); }
 std::uint16_t systemLanguage() { return GetSystemDefaultLangID(); }

@@ -5,7 +5,7 @@
 namespace Oxa_1_1::platform
 {
 
-Answer askAbortRetryIgnore(const Char* text, const Char* caption)
+Answer askAbortRetryIgnore(const Char* text, const Char* caption, bool)
 {
     constexpr UINT STYLE = MB_ABORTRETRYIGNORE | MB_ICONERROR | MB_TASKMODAL | MB_SETFOREGROUND;
     static_assert(STYLE == 0x12012);

@@ -1,5 +1,5 @@
 // The entry point of a shared library or program. Linked last, so that it is attached after all static objects of the
-// module were made.
+// module were made. It lies in an archive, out of which modules take it by this name.
 
 #include "base/module/module_entry.h"
 
@@ -8,7 +8,10 @@ extern "C"
     // The compiled resource script, if the module embeds one.
     extern const std::byte oxa_module_resources_begin[] __attribute__((weak, visibility("hidden")));
     extern const std::byte oxa_module_resources_end[] __attribute__((weak, visibility("hidden")));
+    extern const char oxa_module_entry __attribute__((visibility("hidden")));
 }
+
+const char oxa_module_entry = 0;
 
 namespace Oxa_1_1
 {

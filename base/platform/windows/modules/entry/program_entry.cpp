@@ -1,5 +1,5 @@
-// The start and end of a program. Linked last, so that it is attached after all static objects of the program were
-// made.
+// The start and end of a program. Linked first, since static objects are made against the order of linking: it is
+// attached after all others were made.
 
 #include "base/module/module_entry.h"
 

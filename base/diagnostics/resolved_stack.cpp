@@ -1,0 +1,173 @@
+#include "base/diagnostics/resolved_stack.h"
+
+#include <array>
+#include <atomic>
+#include <charconv>
+#include <utility>
+
+#include "base/diagnostics/detail/symbol_cache.h"
+#include "base/platform/stack/call_stack.h"
+#include "base/platform/stack/threads.h"
+#include "base/platform/system/last_error.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+constexpr std::size_t MOST_FRAMES = 256;
+constexpr platform::SymbolParts ALL_PARTS{true, true, true, true};
+
+/// The symbols of this process, for all who name frames.
+class Resolver
+{
+   public:
+    detail::SymbolCache::Keeper find(std::span<const std::uint64_t> addresses,
+                                     std::span<const platform::SymbolInfo*> found)
+    {
+        if (m_session == nullptr) return nullptr;
+        const std::uint64_t generation = m_session->moduleGeneration();
+        if (m_generation.exchange(generation) != generation) m_session->loadModules(false);
+        return m_cache.find(*m_session, generation, ALL_PARTS, addresses, found);
+    }
+
+   private:
+    std::unique_ptr<platform::SymbolSession> m_session = platform::SymbolSession::open(0, nullptr, nullptr);
+    std::atomic<std::uint64_t> m_generation{~std::uint64_t{0}};
+    detail::SymbolCache m_cache;
+};
+
+Resolver& resolver()
+{
+    // Never destroyed: destructors of static objects may name frames, too.
+    static auto& instance = *new Resolver;
+    return instance;
+}
+
+ResolvedFrame frameOf(const void* address, const platform::ModuleInfo& module)
+{
+    ResolvedFrame frame{};
+    frame.address = address;
+    frame.module = module.name;
+    frame.moduleFile = module.file;
+    frame.moduleBase = module.base;
+    if (module.base != 0) frame.symbolType = platform::symbolTypeText(module.symbolType);
+    return frame;
+}
+
+/// Of the function itself, or of one that is inlined.
+template <class Symbol>
+void takeSource(ResolvedFrame& frame, const Symbol& symbol)
+{
+    frame.function = symbol.plainName;
+    frame.signature = symbol.fullName;
+    frame.linkerName = symbol.name;
+    frame.file = symbol.file;
+    frame.line = symbol.line;
+}
+
+void append(std::vector<ResolvedFrame>& frames, const void* address, const platform::SymbolInfo* symbol)
+{
+    if (symbol == nullptr)
+    {
+        frames.push_back(frameOf(address, {}));
+        return;
+    }
+    ResolvedFrame frame = frameOf(address, symbol->module);
+    for (const platform::InlinedFunction& inlined : symbol->inlined)
+    {
+        takeSource(frame, inlined);
+        frame.isInlined = true;
+        frames.push_back(frame);
+    }
+    frame.isInlined = false;
+    takeSource(frame, *symbol);
+    frames.push_back(frame);
+}
+
+std::string hexadecimal(const void* address)
+{
+    std::array<char, 16> digits{};
+    const auto end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), reinterpret_cast<std::uintptr_t>(address), 16).ptr;
+    return "0x" + std::string(digits.data(), end);
+}
+
+ThreadStack captureThread(std::uint32_t thread)
+{
+    ThreadStack stack{thread, platform::threadName(thread), {}, 0};
+    stack.addresses.resize(MOST_FRAMES);
+    const std::size_t count = platform::captureThread(thread, stack.addresses);
+    if (count == 0) stack.error = platform::lastError();
+    stack.addresses.resize(count);
+    return stack;
+}
+
+}  // namespace
+
+std::string ResolvedStack::text(std::size_t first) const
+{
+    std::string lines;
+    for (std::size_t i = first; i < m_frames.size(); ++i)
+    {
+        const ResolvedFrame& frame = m_frames[i];
+        lines += "  ";
+        lines += frame.signature.empty() ? hexadecimal(frame.address) : std::string(frame.signature);
+        if (frame.line != 0)
+            lines.append(" (").append(frame.file).append(":").append(std::to_string(frame.line)).append(")");
+        else if (!frame.module.empty())
+            lines.append(" (").append(frame.module).append(")");
+        lines += '\n';
+    }
+    return lines;
+}
+
+ResolvedStack resolveFrames(std::span<void* const> addresses)
+{
+    ResolvedStack stack;
+    std::array<std::uint64_t, MOST_FRAMES> instructions;
+    std::array<const platform::SymbolInfo*, MOST_FRAMES> symbols;
+    stack.m_frames.reserve(addresses.size() + addresses.size() / 2);
+    std::vector<std::shared_ptr<const void>> keepers;
+    while (!addresses.empty())
+    {
+        const std::size_t count = std::min(addresses.size(), MOST_FRAMES);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const platform::StackFrame frame{reinterpret_cast<std::uintptr_t>(addresses[i]), 0, true};
+            instructions[i] = frame.instruction();
+            symbols[i] = nullptr;
+        }
+        auto keeper = resolver().find(std::span(instructions).first(count), std::span(symbols).first(count));
+        for (std::size_t i = 0; i < count; ++i) append(stack.m_frames, addresses[i], symbols[i]);
+        addresses = addresses.subspan(count);
+        if (stack.m_texts == nullptr)
+            stack.m_texts = std::move(keeper);
+        else if (keeper != stack.m_texts)
+            keepers.push_back(std::move(keeper));
+    }
+    if (!keepers.empty())
+    {
+        keepers.push_back(std::move(stack.m_texts));
+        stack.m_texts = std::make_shared<decltype(keepers)>(std::move(keepers));
+    }
+    return stack;
+}
+
+std::vector<ThreadStack> captureAllThreads()
+{
+    const std::uint32_t self = platform::currentThreadId();
+    std::vector<ThreadStack> stacks{{self, platform::threadName(self), std::vector<void*>(MOST_FRAMES), 0}};
+    stacks[0].addresses.resize(platform::captureStack(stacks[0].addresses, OXA_CURRENT_FRAME));
+    for (const std::uint32_t thread : platform::listThreads())
+    {
+        if (thread == self) continue;
+        ThreadStack stack = captureThread(thread);
+        // It may have ended meanwhile.
+        if (stack.error == 0 || platform::isRunning(thread)) stacks.push_back(std::move(stack));
+    }
+    return stacks;
+}
+
+}  // namespace Oxa_1_1

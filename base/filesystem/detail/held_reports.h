@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "base/string/oxa_string.h"
+
+namespace Oxa_1_1::detail
+{
+
+/// Keeps what is reported on this thread until it is known whether anybody shall hear of it: a text that one
+/// implementation refuses may be another one's. What is not released is forgotten.
+class HeldReports
+{
+   public:
+    HeldReports() noexcept;
+    HeldReports(const HeldReports&) = delete;
+    HeldReports& operator=(const HeldReports&) = delete;
+    ~HeldReports();
+
+    std::size_t count() const noexcept { return m_messages.size(); }
+    /// Holds no longer, and passes on what came, but for the first ones.
+    void release(std::size_t from = 0);
+    /// Holds no longer.
+    void forget() noexcept;
+
+    /// False when nobody holds on this thread.
+    static bool hold(const String& message);
+
+   private:
+    HeldReports* m_outer;
+    bool m_holds = true;
+    std::vector<String> m_messages;
+};
+
+}  // namespace Oxa_1_1::detail

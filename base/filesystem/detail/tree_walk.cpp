@@ -1,0 +1,144 @@
+#include "base/filesystem/detail/tree_walk.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/filesystem/detail/disk.h"
+#include "base/filesystem/detail/path_text.h"
+#include "base/platform/system/last_error.h"
+
+namespace Oxa_1_1::detail
+{
+
+namespace
+{
+
+/// So many of the innermost folders on a way stay open.
+constexpr std::size_t OPEN_FOLDERS = 24;
+constexpr DWORD NO_MORE_FILES = 18;
+/// The handle of a folder that is another one by now.
+constexpr DWORD INVALID_HANDLE = 6;
+
+}  // namespace
+
+bool FolderContents::read(platform::OpenFolder& folder)
+{
+    platform::TreeEntry entry;
+    while (folder.next(entry))
+    {
+        using platform::EntryKind;
+        const bool isFolder = entry.kind == EntryKind::SUBFOLDER || entry.kind == EntryKind::FOLDER_LINK;
+        auto& list = isFolder ? m_folders : m_files;
+        list.push_back({.begin = m_names.size(), .length = entry.name.size(), .kind = entry.kind});
+        m_names += entry.name;
+    }
+    return platform::lastError() == NO_MORE_FILES;
+}
+
+FolderWay::FolderWay(platform::OpenFolder top, SharedDirectory path) : m_path(std::move(path))
+{
+    m_levels.push_back({.folder = std::move(top), .name = {}});
+}
+
+bool FolderWay::enter(TextView name, platform::Links links)
+{
+    platform::OpenFolder folder = current().open(name, links);
+    if (!folder.isOpen()) return false;
+    // From where a link leads to, there is no way back up.
+    const bool isLink = links == platform::Links::FOLLOW && current().isLink(name);
+    m_levels.push_back({.folder = std::move(folder), .name = Text(name), .wasLink = isLink});
+    if (m_levels.size() <= OPEN_FOLDERS) return true;
+    const std::size_t i = m_levels.size() - 1 - OPEN_FOLDERS;
+    Level& far = m_levels[i];
+    if (m_levels[i + 1].wasLink) return true;
+    if (!far.identity) far.identity = far.folder.identity();
+    if (far.identity) far.folder.close();
+    return true;
+}
+
+bool FolderWay::leave()
+{
+    Level& above = m_levels[m_levels.size() - 2];
+    if (!above.folder.isOpen())
+    {
+        above.folder = current().openParent();
+        if (above.folder.isOpen() && above.folder.identity() != above.identity)
+        {
+            above.folder.close();
+            platform::setLastError(INVALID_HANDLE);
+        }
+        if (!above.folder.isOpen()) return false;
+    }
+    m_levels.pop_back();
+    return true;
+}
+
+std::optional<platform::FileIdentity> FolderWay::identityOf(const Level& level)
+{
+    return level.identity || !level.folder.isOpen() ? level.identity : level.folder.identity();
+}
+
+bool FolderWay::passes(const platform::FileIdentity& folder) const
+{
+    return std::ranges::any_of(m_levels, [&](const Level& level) { return identityOf(level) == folder; });
+}
+
+ParsedDirectory FolderWay::path() const
+{
+    ParsedDirectory path = *m_path;
+    path.levels.reserve(path.levels.size() + m_levels.size());
+    for (std::size_t i = 1; i < m_levels.size(); ++i) path.levels.emplace_back(TextView(m_levels[i].name));
+    return path;
+}
+
+String FolderWay::fullName(TextView entry, bool isFolder) const
+{
+    ParsedDirectory place = path();
+    if (!isFolder) return detail::fullName(place, SEPARATOR, entry);
+    place.levels.emplace_back(entry);
+    return detail::fullName(place, SEPARATOR);
+}
+
+String FolderWay::longName(TextView entry) const { return detail::longName(path(), entry); }
+
+bool TreeVisitor::follows(FolderWay& /*way*/, TextView /*link*/) { return false; }
+
+bool walkTree(FolderWay way, TreeVisitor& visitor)
+{
+    struct Level
+    {
+        FolderContents contents;
+        std::size_t next = 0;
+    };
+    std::vector<Level> levels;
+    const auto begin = [&]
+    {
+        FolderContents& contents = levels.emplace_back().contents;
+        return contents.read(way.current()) && visitor.visit(way, contents);
+    };
+    if (!begin()) return false;
+    for (;;)
+    {
+        Level& level = levels.back();
+        if (level.next == level.contents.folders().size())
+        {
+            levels.pop_back();
+            if (levels.empty()) return true;
+            if (!way.leave()) return false;
+            continue;
+        }
+        const auto& folder = level.contents.folders()[level.next++];
+        const TextView name = level.contents.nameOf(folder);
+        if (folder.isLink() && !visitor.follows(way, name)) continue;
+        if (way.enter(name, folder.isLink() ? platform::Links::FOLLOW : platform::Links::REFUSE))
+        {
+            if (!begin()) return false;
+        }
+        else if (!saysMissing(platform::lastError()) || way.current().readInformation(name))
+        {
+            return false;
+        }
+    }
+}
+
+}  // namespace Oxa_1_1::detail

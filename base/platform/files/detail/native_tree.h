@@ -1,0 +1,30 @@
+#pragma once
+
+#include "base/platform/files/tree.h"
+
+/// The operations of tree.h as each system makes them.
+namespace Oxa_1_1::platform::native
+{
+
+using SharedFolder = std::shared_ptr<Folder>;
+
+SharedFolder openTop(TextView path, Links links);
+SharedFolder open(const Folder& folder, TextView name, Links links);
+SharedFolder openParent(const Folder& folder);
+bool nextEntry(Folder& folder, TreeEntry& entry);
+std::optional<FileIdentity> readIdentity(const Folder& folder);
+std::vector<FileIdentity> readAncestry(const Folder& folder);
+std::optional<FileInformation> readInformation(const Folder& folder, TextView name);
+std::optional<FileIdentity> readIdentity(const Folder& folder, TextView name);
+bool isLink(const Folder& folder, TextView name);
+bool makeFolder(const Folder& folder, TextView name);
+bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess access);
+bool unlock(Folder& folder);
+bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly);
+bool removeFolder(const Folder& folder, TextView name);
+bool renameEntry(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
+bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
+              bool failIfExists, const CopyProgress& progress);
+bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
+
+}  // namespace Oxa_1_1::platform::native

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "base/char.h"
+#include "base/platform/files/files.h"
+
+/// Folders that are held open. What lies in one is reached by its name alone, so that no path can lead elsewhere
+/// meanwhile. As everywhere here, what fails leaves its reason in the last error.
+namespace Oxa_1_1::platform
+{
+
+namespace native
+{
+class Folder;
+}
+
+enum class EntryKind : std::uint8_t
+{
+    PLAIN_FILE,
+    SUBFOLDER,
+    /// To a file, to something else or to nothing.
+    FILE_LINK,
+    FOLDER_LINK,
+    /// A pipe, a device and the like.
+    OTHER
+};
+
+struct TreeEntry
+{
+    Text name;
+    EntryKind kind = EntryKind::PLAIN_FILE;
+};
+
+/// What happens to a link in the place of what is opened.
+enum class Links
+{
+    /// It fails, with 267.
+    REFUSE,
+    FOLLOW
+};
+
+enum class ReadOnlyFiles
+{
+    /// Removing one fails with 5.
+    STAY,
+    GO
+};
+
+/// What the owner of a folder may do in it.
+enum class OwnerAccess
+{
+    /// Everything, as long as the folder is filled.
+    FULL,
+    AS_GIVEN
+};
+
+/// Copies share the same open folder, which is closed with the last of them. All operations are for open ones.
+class OpenFolder
+{
+   public:
+    /// None.
+    OpenFolder() noexcept = default;
+    explicit OpenFolder(std::shared_ptr<native::Folder> folder) noexcept;
+    /// By its path, for the top of an operation. It need not be readable until next() is called.
+    static OpenFolder at(TextView path, Links links);
+
+    bool isOpen() const noexcept { return m_folder != nullptr; }
+    void close() noexcept { m_folder.reset(); }
+
+    /// Reads an entry, without "." and "..", in the system's order. False at the end (the last error is 18), or when
+    /// reading fails.
+    bool next(TreeEntry& entry);
+    /// Asks the system once.
+    std::optional<FileIdentity> identity() const;
+    /// The folder's own, then those of all folders above it, whatever way has led here. Empty when one cannot be
+    /// asked, where the system asks them singly.
+    std::vector<FileIdentity> ancestry() const;
+
+    OpenFolder open(TextView name, Links links) const;
+    /// What it lies in now.
+    OpenFolder openParent() const;
+
+    /// As the functions of files.h with the path of the entry. Links are followed.
+    /// @{
+    std::optional<FileInformation> readInformation(TextView name) const;
+    std::optional<FileIdentity> readIdentity(TextView name) const;
+    bool isLink(TextView name) const;
+    /// @}
+    /// Nobody but the owner has access to a new folder.
+    bool makeFolder(TextView name) const;
+    /// Gives this folder the permissions of another one, where the system has them.
+    bool takePermissions(const OpenFolder& from, OwnerAccess access) const;
+    /// Lets the owner remove what is in it.
+    bool unlock();
+    /// A file, or a link to one or to nothing.
+    bool deleteFile(TextView name, ReadOnlyFiles readOnly) const;
+    /// An empty folder, or the link to a folder itself.
+    bool removeFolder(TextView name) const;
+    /// Renames a file, folder or link; as renameFile().
+    bool rename(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
+    /// What was listed as a PLAIN_FILE must still be one.
+    bool copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName, bool failIfExists,
+                  const CopyProgress& progress) const;
+    bool copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
+
+   private:
+    std::shared_ptr<native::Folder> m_folder;
+};
+
+}  // namespace Oxa_1_1::platform

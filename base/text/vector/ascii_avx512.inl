@@ -1,0 +1,102 @@
+// ASCII by vectors of 512 bits, whose masks reach every byte: what is left behind the last whole vector is one more.
+// Included like scan.inl.
+
+#include "base/text/vector/avx2.inl"
+
+constexpr std::size_t VECTOR_BYTES = 64;
+constexpr std::size_t VECTOR_UNITS = 32;
+
+/// The lowest `count` bits; all for 64 and more.
+inline std::uint64_t lowBits(std::size_t count)
+{
+    return _bzhi_u64(~std::uint64_t(0), static_cast<unsigned>(count < 64 ? count : 64));
+}
+
+inline __mmask32 lowUnits(std::size_t count)
+{
+    return static_cast<__mmask32>(lowBits(count < VECTOR_UNITS ? count : VECTOR_UNITS));
+}
+
+inline std::size_t bitCount64(std::uint64_t mask) { return static_cast<std::size_t>(_mm_popcnt_u64(mask)); }
+
+inline __m512i splat512(int value) { return _mm512_set1_epi16(static_cast<short>(value)); }
+
+/// The first bytes or units of `count`, at most a vector of them; zeros behind.
+/// @{
+inline __m512i loadSome(const char* bytes, std::size_t count)
+{
+    if (count >= VECTOR_BYTES) return _mm512_loadu_si512(bytes);
+    return _mm512_maskz_loadu_epi8(lowBits(count), bytes);
+}
+
+inline __m512i loadSome(const Char* units, std::size_t count)
+{
+    if (count >= VECTOR_UNITS) return _mm512_loadu_si512(units);
+    return _mm512_maskz_loadu_epi16(lowUnits(count), units);
+}
+/// @}
+
+inline void widenBlock(__m512i bytes, Char* units)
+{
+    _mm512_storeu_si512(units, _mm512_cvtepu8_epi16(_mm512_castsi512_si256(bytes)));
+    _mm512_storeu_si512(units + VECTOR_UNITS, _mm512_cvtepu8_epi16(_mm512_extracti64x4_epi64(bytes, 1)));
+}
+
+/// Of the first `count` bytes only.
+inline void widenSome(__m512i bytes, std::size_t count, Char* units)
+{
+    const std::uint64_t mask = lowBits(count);
+    _mm512_mask_storeu_epi16(units, static_cast<__mmask32>(mask), _mm512_cvtepu8_epi16(_mm512_castsi512_si256(bytes)));
+    if (count <= VECTOR_UNITS) return;
+    _mm512_mask_storeu_epi16(units + VECTOR_UNITS, static_cast<__mmask32>(mask >> VECTOR_UNITS),
+                             _mm512_cvtepu8_epi16(_mm512_extracti64x4_epi64(bytes, 1)));
+}
+
+inline std::size_t countAsciiBytesAvx512(const char* bytes, std::size_t length)
+{
+    std::size_t i = 0;
+    for (; length - i >= 4 * VECTOR_BYTES; i += 4 * VECTOR_BYTES)
+    {
+        const char* const from = bytes + i;
+        const __m512i low = _mm512_or_si512(_mm512_loadu_si512(from), _mm512_loadu_si512(from + VECTOR_BYTES));
+        const __m512i high =
+            _mm512_or_si512(_mm512_loadu_si512(from + 2 * VECTOR_BYTES), _mm512_loadu_si512(from + 3 * VECTOR_BYTES));
+        if (_mm512_movepi8_mask(_mm512_or_si512(low, high)) != 0) return i;
+    }
+    for (; i < length; i += VECTOR_BYTES)
+        if (_mm512_movepi8_mask(loadSome(bytes + i, length - i)) != 0) return i;
+    return length;
+}
+
+inline std::size_t countAsciiUnitsAvx512(const Char* units, std::size_t length)
+{
+    const __m512i beyond = splat512(0xFF80);
+    std::size_t i = 0;
+    for (; length - i >= 4 * VECTOR_UNITS; i += 4 * VECTOR_UNITS)
+    {
+        const Char* const from = units + i;
+        const __m512i low = _mm512_or_si512(_mm512_loadu_si512(from), _mm512_loadu_si512(from + VECTOR_UNITS));
+        const __m512i high =
+            _mm512_or_si512(_mm512_loadu_si512(from + 2 * VECTOR_UNITS), _mm512_loadu_si512(from + 3 * VECTOR_UNITS));
+        if (_mm512_test_epi16_mask(_mm512_or_si512(low, high), beyond) != 0) return i;
+    }
+    for (; i < length; i += VECTOR_UNITS)
+        if (_mm512_test_epi16_mask(loadSome(units + i, length - i), beyond) != 0) return i;
+    return length;
+}
+
+inline void widenAsciiAvx512(const char* bytes, std::size_t length, Char* units)
+{
+    std::size_t i = 0;
+    for (; length - i >= VECTOR_BYTES; i += VECTOR_BYTES) widenBlock(_mm512_loadu_si512(bytes + i), units + i);
+    if (i < length) widenSome(loadSome(bytes + i, length - i), length - i, units + i);
+}
+
+inline void narrowAsciiAvx512(const Char* units, std::size_t length, char* bytes)
+{
+    std::size_t i = 0;
+    for (; length - i >= VECTOR_UNITS; i += VECTOR_UNITS)
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes + i), _mm512_cvtepi16_epi8(_mm512_loadu_si512(units + i)));
+    if (i < length)
+        _mm256_mask_storeu_epi8(bytes + i, lowUnits(length - i), _mm512_cvtepi16_epi8(loadSome(units + i, length - i)));
+}

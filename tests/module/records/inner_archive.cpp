@@ -1,0 +1,7 @@
+// Of a static library that the static library links.
+
+#include "tests/module/records/told.h"
+
+static const ToldClass record;
+
+int inInnerArchive() { return 0; }
