@@ -45,13 +45,15 @@ struct ResolvedFrame
 class OXA_API ResolvedStack
 {
    public:
+    /// As of the standard containers.
+    /// @{
     using const_iterator = std::vector<ResolvedFrame>::const_iterator;
-
     const_iterator begin() const noexcept { return m_frames.begin(); }
     const_iterator end() const noexcept { return m_frames.end(); }
     std::size_t size() const noexcept { return m_frames.size(); }
     bool empty() const noexcept { return m_frames.empty(); }
     const ResolvedFrame& operator[](std::size_t index) const noexcept { return m_frames[index]; }
+    /// @}
 
     /// A line for each function from the frame `first` on: "  function (file:line)" and a line feed, with the module,
     /// or at least the address, for what is not known.

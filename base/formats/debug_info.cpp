@@ -69,15 +69,12 @@ bool DebugInfo::find(std::uint64_t address, std::vector<SourceFrame>& frames)
     std::vector<Call> calls;
     findCalls(*loaded, address, calls);
     if (calls.empty() && line.number == 0) return false;
-    SourceFrame frame;
-    for (auto call = calls.rbegin(); call != calls.rend(); ++call)
+    std::ranges::reverse(calls);
+    for (const Call& call : calls)
     {
-        frame.function = functionName(*loaded, call->entry);
-        frame.file = loaded->lines.file(line.file);
-        frame.line = line.number;
-        frames.push_back(std::move(frame));
+        frames.push_back({functionName(*loaded, call.entry), loaded->lines.file(line.file), line.number});
         // The function outside stands where it calls this one.
-        line = {static_cast<std::uint32_t>(call->file), static_cast<std::uint32_t>(call->line)};
+        line = {static_cast<std::uint32_t>(call.file), static_cast<std::uint32_t>(call.line)};
     }
     if (calls.empty()) frames.push_back({{}, loaded->lines.file(line.file), line.number});
     return true;

@@ -291,8 +291,8 @@ OXA_API const Module& getThisModule();
 
 }  // namespace Oxa_1_1
 
-/// The ranges hold nothing: they are copied freely, and their iterators outlive them.
-/// @{
+// The ranges hold nothing: they are copied freely, and their iterators outlive them.
+/// @cond
 template <>
 inline constexpr bool std::ranges::enable_view<Oxa_1_1::Module::Range> = true;
 template <>
@@ -301,4 +301,4 @@ template <>
 inline constexpr bool std::ranges::enable_borrowed_range<Oxa_1_1::Module::Range> = true;
 template <>
 inline constexpr bool std::ranges::enable_borrowed_range<Oxa_1_1::Module::ReverseRange> = true;
-/// @}
+/// @endcond

@@ -12,7 +12,6 @@
 namespace Oxa_1_1::detail
 {
 
-using platform::EntryKind;
 using platform::FileIdentity;
 using platform::Links;
 using platform::OpenFolder;

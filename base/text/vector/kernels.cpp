@@ -46,7 +46,7 @@ int vectorLevel()
 
 constinit const std::array KERNELS{&SCALAR_KERNELS, &SSE2_KERNELS, &AVX2_KERNELS, &AVX512_KERNELS};
 
-std::size_t countAvailable() { return static_cast<std::size_t>(2 + vectorLevel()); }
+std::size_t countAvailable() { return std::size_t{2} + static_cast<std::size_t>(vectorLevel()); }
 
 // Usable before this file is initialised, and better afterwards.
 constinit const TextKernels* active = &SSE2_KERNELS;

@@ -58,8 +58,8 @@ TEST(StackMemory, StaysTheSameOverLoadedAndUnloadedModules)
             });
     }
     EXPECT_EQ(walker.named, ROUNDS);
-    // 1 MiB; a reader of lines that is made anew takes more each time.
-    EXPECT_LT(residentPages(), before + 256);
+    // 4 MiB, for what sanitizers keep; a reader of lines that is made anew takes more each time.
+    EXPECT_LT(residentPages(), before + 1024);
 }
 
 }  // namespace

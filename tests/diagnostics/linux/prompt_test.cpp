@@ -33,7 +33,8 @@ class TerminalProgram
             ::usleep(50'000);
             if (isErrorElsewhere) ::close(STDERR_FILENO);
             // Sanitizers leave no core files unless they are told to.
-            ::setenv("ASAN_OPTIONS", "disable_coredump=0", 1);
+            for (const char* const options : {"ASAN_OPTIONS", "TSAN_OPTIONS"})
+                ::setenv(options, "disable_coredump=0", 1);
             ::execl(program.c_str(), program.c_str(), nullptr);
             ::_exit(127);
         }
