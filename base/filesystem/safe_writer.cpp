@@ -70,6 +70,8 @@ struct SafeWriter::Draft
     /// Empty when no new file can be made.
     static std::unique_ptr<Draft> of(const File& named);
     bool create() const;
+    /// False when something could not be written.
+    bool finish();
     bool takePlace(Durability durability) const;
 };
 
@@ -85,7 +87,7 @@ std::unique_ptr<SafeWriter::Draft> SafeWriter::Draft::of(const File& named)
         if (draft->create())
         {
             draft->stream = draft->file->openWrite(std::ios_base::binary | std::ios_base::trunc);
-            if (draft->stream->is_open() && *draft->stream) return draft;
+            if (*draft->stream) return draft;
             draft->file->remove();
             return nullptr;
         }
@@ -101,6 +103,16 @@ bool SafeWriter::Draft::create() const
     if (path.isNil()) return !file->exists();
     if (target->exists()) return platform::createPrivateFile(path);
     return platform::touchFile(path) == platform::Touch::CREATED;
+}
+
+bool SafeWriter::Draft::finish()
+{
+    stream->flush();
+    // Some file systems write only now. Streams of other implementations may have no file.
+    if (stream->is_open()) stream->close();
+    const bool isWhole = stream->good();
+    stream.reset();
+    return isWhole;
 }
 
 bool SafeWriter::Draft::takePlace(Durability durability) const
@@ -135,8 +147,7 @@ std::ostream& SafeWriter::stream() noexcept
 bool SafeWriter::commit(Durability durability)
 {
     if (m_draft == nullptr) return false;
-    m_draft->stream->close();
-    const bool isDone = m_draft->stream->good() && m_draft->takePlace(durability);
+    const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
     if (isDone) m_draft = nullptr;
     const DWORD reason = platform::lastError();
     discard();
@@ -147,7 +158,8 @@ bool SafeWriter::commit(Durability durability)
 void SafeWriter::discard() noexcept
 {
     if (m_draft == nullptr) return;
-    m_draft->stream->close();
+    // An open file cannot be removed everywhere.
+    m_draft->stream.reset();
     m_draft->file->remove();
     m_draft = nullptr;
 }
