@@ -55,7 +55,7 @@ bool createSymbolicLink(const Text& path, const Text& target, DWORD flags)
 
 Text readLink(TextView path)
 {
-    const FileHandle link = openItself(Text(path), FILE_READ_ATTRIBUTES);
+    const FileHandle link = openItself(withoutSeparator(path), FILE_READ_ATTRIBUTES);
     if (!link.isOpen()) return {};
     std::array<std::byte, MAXIMUM_REPARSE_DATA_BUFFER_SIZE> bytes{};
     DWORD length = 0;
@@ -70,8 +70,9 @@ Text readLink(TextView path)
 
 bool createLink(TextView path, TextView target, LinkKind kind)
 {
-    if (kind == LinkKind::JUNCTION) return createJunction(Text(path), target);
-    return createSymbolicLink(Text(path), Text(target), kind == LinkKind::TO_FOLDER ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0);
+    const Text link = withoutSeparator(path);
+    if (kind == LinkKind::JUNCTION) return createJunction(link, target);
+    return createSymbolicLink(link, Text(target), kind == LinkKind::TO_FOLDER ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0);
 }
 
 }  // namespace Oxa_1_1::platform::native
