@@ -44,9 +44,19 @@ bool createJunction(const Text& path, TextView target)
     return false;
 }
 
+/// Some systems that have no links say that they made one.
+bool isThere(const Text& path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    const bool isAnything = attributes != INVALID_FILE_ATTRIBUTES;
+    if (isAnything && (attributes & LINK) != 0) return true;
+    SetLastError(isAnything ? ERROR_ALREADY_EXISTS : ERROR_NOT_SUPPORTED);
+    return false;
+}
+
 bool createSymbolicLink(const Text& path, const Text& target, DWORD flags)
 {
-    if (CreateSymbolicLinkW(path.c_str(), target.c_str(), flags | MAY_BE_UNPRIVILEGED)) return true;
+    if (CreateSymbolicLinkW(path.c_str(), target.c_str(), flags | MAY_BE_UNPRIVILEGED)) return isThere(path);
     // Systems that do not know the flag refuse it.
     return GetLastError() == ERROR_INVALID_PARAMETER && CreateSymbolicLinkW(path.c_str(), target.c_str(), flags);
 }
