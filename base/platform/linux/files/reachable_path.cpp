@@ -97,6 +97,12 @@ int ReachablePath::open(int flags, mode_t mode) const
     return uninterrupted([&] { return openat(m_folder, path(), all, mode); });
 }
 
+FileDescriptor ReachablePath::openParent(int access) const
+{
+    const std::string parent = m_itself.substr(0, m_itself.rfind('/') + 1);
+    return FileDescriptor(openat(m_folder, parent.empty() ? "." : parent.c_str(), access | O_DIRECTORY | O_CLOEXEC));
+}
+
 bool ReachablePath::fail(int number) const
 {
     if (m_failure != 0) number = m_failure;
