@@ -24,6 +24,7 @@ class FolderEntries
     int folder() const noexcept { return m_folder.get(); }
     /// Without "." and ".."; valid until the next call. Null at the end, or when reading fails: the last error tells.
     const struct dirent64* next();
+    bool rewind();
 
    private:
     bool fill();
