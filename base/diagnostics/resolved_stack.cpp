@@ -66,14 +66,16 @@ void takeSource(ResolvedFrame& frame, const Symbol& symbol)
     frame.line = symbol.line;
 }
 
-void append(std::vector<ResolvedFrame>& frames, const void* address, const detail::KnownAddress* known)
+void append(std::vector<ResolvedFrame>& frames, std::span<void* const> addresses,
+            std::span<const detail::KnownAddress* const> known)
 {
-    const std::size_t first = frames.size();
-    if (known == nullptr)
-        frames.push_back({});
-    else
-        frames.insert(frames.end(), known->frames.begin(), known->frames.end());
-    for (std::size_t i = first; i < frames.size(); ++i) frames[i].address = address;
+    static const std::vector<ResolvedFrame> UNKNOWN{ResolvedFrame{}};
+    std::size_t count = frames.size();
+    for (const detail::KnownAddress* const k : known) count += k == nullptr ? 1 : k->frames.size();
+    frames.reserve(count);
+    for (std::size_t i = 0; i < known.size(); ++i)
+        for (const ResolvedFrame& frame : known[i] == nullptr ? UNKNOWN : known[i]->frames)
+            frames.emplace_back(frame).address = addresses[i];
 }
 
 std::string hexadecimal(const void* address)
@@ -134,7 +136,6 @@ ResolvedStack resolveFrames(std::span<void* const> addresses)
     ResolvedStack stack;
     std::array<std::uint64_t, MOST_FRAMES> instructions;
     std::array<const detail::KnownAddress*, MOST_FRAMES> known;
-    stack.m_frames.reserve(addresses.size() + addresses.size() / 2);
     std::vector<std::shared_ptr<const void>> keepers;
     while (!addresses.empty())
     {
@@ -146,7 +147,7 @@ ResolvedStack resolveFrames(std::span<void* const> addresses)
             known[i] = nullptr;
         }
         auto keeper = resolver().find(std::span(instructions).first(count), std::span(known).first(count));
-        for (std::size_t i = 0; i < count; ++i) append(stack.m_frames, addresses[i], known[i]);
+        append(stack.m_frames, addresses.first(count), std::span(known).first(count));
         addresses = addresses.subspan(count);
         if (stack.m_texts == nullptr)
             stack.m_texts = std::move(keeper);

@@ -25,7 +25,8 @@ class WeakHandle::Guard
    public:
     explicit Guard(WeakHandle& handle) : m_handle(handle)
     {
-        if (!take()) wait();
+        if (!take()) [[unlikely]]
+            wait();
     }
     Guard(const Guard&) = delete;
     Guard& operator=(const Guard&) = delete;
