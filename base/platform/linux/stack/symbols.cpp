@@ -45,10 +45,6 @@ enum SymbolType : std::uint32_t
     Unknown
 };
 
-constexpr std::uint32_t ACCESS_DENIED = 5;
-constexpr std::uint32_t INVALID_PARAMETER = 87;
-constexpr std::uint32_t MODULE_NOT_FOUND = 126;
-
 /// The reader gives lines wherever it can.
 constexpr std::uint32_t LOAD_LINES = 0x10;
 
