@@ -17,13 +17,6 @@
 namespace Oxa_1_1::platform::native
 {
 
-namespace
-{
-
-constexpr DWORD NOT_A_FOLDER = 267;
-
-}  // namespace
-
 class Folder
 {
    public:

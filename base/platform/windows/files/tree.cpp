@@ -193,14 +193,6 @@ SharedFolder openChecked(Links links, TextView way, const Open& open)
     return nullptr;
 }
 
-/// What a link itself is opened by must end in a name; a root ends in its separator.
-Text withoutSeparator(TextView path)
-{
-    while (path.size() > 1 && (path.back() == L'\\' || path.back() == L'/') && path[path.size() - 2] != L':')
-        path.remove_suffix(1);
-    return Text(path);
-}
-
 FileHandle openItself(const Folder& folder, TextView name, ACCESS_MASK access)
 {
     return FileHandle(folder.openEntry(name, access, SHARE_ALL, FILE_OPEN_REPARSE_POINT));
@@ -359,7 +351,14 @@ bool makeFolder(const Folder& folder, TextView name)
 /// A new folder has those of the one that it lies in.
 bool takePermissions(const Folder& /*folder*/, const Folder& /*from*/, OwnerAccess /*access*/) { return true; }
 
-bool unlock(Folder& /*folder*/) { return true; }
+/// The system removes no folder that is marked READ_ONLY.
+bool unlock(Folder& folder)
+{
+    const FileHandle itself(
+        folder.openEntry({}, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, SHARE_ALL, FILE_DIRECTORY_FILE));
+    if (itself.isOpen()) makeWritable(itself);
+    return itself.isOpen();
+}
 
 bool canRename(const Folder& folder, const Folder& target)
 {

@@ -1,0 +1,17 @@
+#include "base/filesystem/detail/system_item.h"
+
+#include "base/filesystem/detail/items.h"
+
+namespace Oxa_1_1::detail
+{
+
+String seamPath(const FileSystemItem& item)
+{
+    const auto* const file = dynamic_cast<const File*>(&item);
+    const auto* const directory = dynamic_cast<const Directory*>(&item);
+    const bool isOwn = (file != nullptr && windowsImpl(*file) != nullptr) ||
+                       (directory != nullptr && windowsImpl(*directory) != nullptr);
+    return isOwn ? item.getFullNameUnicode() : String();
+}
+
+}  // namespace Oxa_1_1::detail

@@ -1,0 +1,58 @@
+#include "base/filesystem/disk_facts.h"
+
+#include "base/filesystem/detail/system_item.h"
+#include "base/platform/files/new_items.h"
+#include "base/platform/files/volume.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+using Ticks = FileTime::duration;
+
+/// From 1601 to 1970.
+constexpr Ticks BEFORE_UNIX_TIME = std::chrono::seconds(11644473600);
+
+std::optional<FileTime> timeOf(const FileSystemItem& item, platform::FileTicks platform::FileInformation::*ticks)
+{
+    const String path = detail::seamPath(item);
+    if (path.isNil()) return std::nullopt;
+    const auto information = platform::readInformation(path);
+    if (!information) return std::nullopt;
+    return FileTime(Ticks(static_cast<std::int64_t>((*information).*ticks)) - BEFORE_UNIX_TIME);
+}
+
+}  // namespace
+
+std::optional<DiskSpace> freeSpace(const FileSystemItem& item)
+{
+    const String path = detail::seamPath(item);
+    if (path.isNil()) return std::nullopt;
+    const auto space = platform::readVolumeSpace(path);
+    if (!space) return std::nullopt;
+    return DiskSpace{.available = space->available, .free = space->free, .total = space->total};
+}
+
+std::optional<FileTime> creationTime(const FileSystemItem& item)
+{
+    return timeOf(item, &platform::FileInformation::created);
+}
+
+std::optional<FileTime> lastWriteTime(const FileSystemItem& item)
+{
+    return timeOf(item, &platform::FileInformation::written);
+}
+
+bool setLastWriteTime(const FileSystemItem& item, FileTime time)
+{
+    const String path = detail::seamPath(item);
+    // Whoever counts from 1601 in 64 bits comes to an end before the type does, and takes 0 for no time at all.
+    if (path.isNil() || time.time_since_epoch() <= -BEFORE_UNIX_TIME || time > FileTime::max() - BEFORE_UNIX_TIME)
+        return false;
+    const Ticks ticks = time.time_since_epoch() + BEFORE_UNIX_TIME;
+    return platform::writeLastWrite(path, static_cast<platform::FileTicks>(ticks.count()));
+}
+
+}  // namespace Oxa_1_1

@@ -1,0 +1,164 @@
+#include "base/filesystem/safe_writer.h"
+
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "base/filesystem/detail/own_items.h"
+#include "base/filesystem/detail/system_item.h"
+#include "base/filesystem/detail/unique_name.h"
+#include "base/filesystem/directory.h"
+#include "base/platform/files/new_items.h"
+#include "base/platform/never_destroyed.h"
+#include "base/platform/system/last_error.h"
+
+namespace Oxa_1_1
+{
+
+namespace
+{
+
+constexpr auto PATIENCE = std::chrono::milliseconds(1000);
+constexpr auto PAUSE = std::chrono::milliseconds(20);
+
+/// The file that is written: at the end of all links. Empty for a link to nothing.
+std::shared_ptr<const File> behindLinks(const File& target)
+{
+    std::shared_ptr<const File> absolute = target.makeAbsolute();
+    const String path = absolute != nullptr ? detail::seamPath(*absolute) : String();
+    if (path.isNil() || !platform::isLink(path)) return absolute;
+    const Text final = platform::finalPath(path);
+    return final.empty() ? nullptr : File::fromString(String(final));
+}
+
+bool isHeldByAnother(DWORD reason)
+{
+    constexpr DWORD SHARING_VIOLATION = 32;
+    constexpr DWORD LOCK_VIOLATION = 33;
+    return reason == SHARING_VIOLATION || reason == LOCK_VIOLATION;
+}
+
+/// Scanners of viruses and the like hold new files for a moment.
+bool replacePatiently(const String& draft, const String& target, bool waitForDisk)
+{
+    const auto end = std::chrono::steady_clock::now() + PATIENCE;
+    while (!platform::replaceFile(draft, target, waitForDisk))
+    {
+        if (!isHeldByAnother(platform::lastError()) || std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(PAUSE);
+    }
+    return true;
+}
+
+/// Nobody's, so what somebody has set in it does not count for the next one.
+std::ostream& closedStream() noexcept
+{
+    thread_local platform::NeverDestroyed<std::ostream> closed(nullptr);
+    closed.get().exceptions(std::ios_base::goodbit);
+    closed.get().rdbuf(nullptr);
+    return closed.get();
+}
+
+}  // namespace
+
+struct SafeWriter::Draft
+{
+    std::shared_ptr<const File> target;
+    std::shared_ptr<const File> file;
+    std::unique_ptr<std::ofstream> stream;
+
+    /// Empty when no new file can be made.
+    static std::unique_ptr<Draft> of(const File& named);
+    bool create(const String& name);
+    /// False when something could not be written.
+    bool finish();
+    bool takePlace(Durability durability) const;
+};
+
+std::unique_ptr<SafeWriter::Draft> SafeWriter::Draft::of(const File& named)
+{
+    auto draft = std::make_unique<Draft>();
+    draft->target = behindLinks(named);
+    if (draft->target == nullptr) return nullptr;
+    const auto create = [&](const String& name) { return draft->create(name); };
+    if (!detail::makeWithUniqueName(OXA_TEXT("~"), create)) return nullptr;
+    draft->stream = draft->file->openWrite(std::ios_base::binary | std::ios_base::trunc);
+    if (*draft->stream) return draft;
+    draft->stream.reset();
+    detail::removeOwnFile(*draft->file);
+    return nullptr;
+}
+
+/// What replaces a private file is not to be read by others meanwhile; a new one gets what new files get.
+bool SafeWriter::Draft::create(const String& name)
+{
+    file = File::fromString(*target->getDirectory(), name);
+    const String path = file != nullptr ? detail::seamPath(*file) : String();
+    if (!path.isNil())
+        return target->exists() ? platform::createPrivateFile(path)
+                                : platform::touchFile(path) == platform::Touch::CREATED;
+    // Others make it when it is opened.
+    const bool isTaken = file != nullptr && file->exists();
+    if (isTaken) platform::setLastError(detail::NAME_IS_TAKEN);
+    return file != nullptr && !isTaken;
+}
+
+bool SafeWriter::Draft::finish()
+{
+    stream->flush();
+    // Some file systems write only now. Streams of other implementations may have no file.
+    if (stream->is_open()) stream->close();
+    const bool isWhole = stream->good();
+    stream.reset();
+    return isWhole;
+}
+
+bool SafeWriter::Draft::takePlace(Durability durability) const
+{
+    const String draftPath = detail::seamPath(*file);
+    const String targetPath = detail::seamPath(*target);
+    if (draftPath.isNil() || targetPath.isNil()) return file->move(*target, true);
+    const bool waitForDisk = durability == Durability::Power;
+    if (waitForDisk && !platform::flushToDisk(draftPath)) return false;
+    return replacePatiently(draftPath, targetPath, waitForDisk);
+}
+
+SafeWriter::SafeWriter(const File& target) : m_draft(Draft::of(target)) {}
+
+SafeWriter::SafeWriter(SafeWriter&& other) noexcept = default;
+
+SafeWriter& SafeWriter::operator=(SafeWriter&& other) noexcept
+{
+    if (this == &other) return *this;
+    discard();
+    m_draft = std::move(other.m_draft);
+    return *this;
+}
+
+SafeWriter::~SafeWriter() { discard(); }
+
+std::ostream& SafeWriter::stream() noexcept
+{
+    return m_draft != nullptr ? static_cast<std::ostream&>(*m_draft->stream) : closedStream();
+}
+
+bool SafeWriter::commit(Durability durability)
+{
+    if (m_draft == nullptr) return false;
+    // A caller's stream may throw what it could not write; then the end of this removes it.
+    const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
+    if (isDone) m_draft = nullptr;
+    discard();
+    return isDone;
+}
+
+void SafeWriter::discard() noexcept
+{
+    if (m_draft == nullptr) return;
+    // An open file cannot be removed everywhere.
+    m_draft->stream.reset();
+    detail::removeOwnFile(*m_draft->file);
+    m_draft = nullptr;
+}
+
+}  // namespace Oxa_1_1
