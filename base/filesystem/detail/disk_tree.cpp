@@ -142,10 +142,10 @@ bool canMoveLink(const OpenFolder& led, const OpenFolder& holder, const OpenFold
 {
     const auto aboveLink = holder.ancestry();
     const auto aboveLed = led.ancestry();
-    const auto place = target.isOpen() ? target.identity() : std::nullopt;
-    const bool isKnown = !aboveLink.empty() && !aboveLed.empty() && place.has_value() == target.isOpen();
-    if (!isKnown || contains(aboveLink, place) || contains(aboveLed, place)) return failWith(ERROR_OF_BAD_TARGET);
-    return true;
+    if (aboveLink.empty() || aboveLed.empty()) return failWith(ERROR_OF_BAD_TARGET);
+    if (!target.isOpen()) return true;
+    const auto place = target.identity();
+    return (place && !contains(aboveLink, place) && !contains(aboveLed, place)) || failWith(ERROR_OF_BAD_TARGET);
 }
 
 }  // namespace
