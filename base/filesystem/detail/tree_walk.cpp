@@ -5,6 +5,7 @@
 
 #include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/path_text.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -65,7 +66,7 @@ bool FolderWay::leave()
         if (above.folder.isOpen() && above.folder.identity() != above.identity)
         {
             above.folder.close();
-            platform::setLastError(INVALID_HANDLE);
+            platform::failStep(INVALID_HANDLE, "openFolder", detail::fullName(path(), SEPARATOR));
         }
         if (!above.folder.isOpen()) return false;
     }

@@ -10,6 +10,7 @@
 #include "base/filesystem/detail/wildcard.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/files.h"
 #include "base/platform/system/last_error.h"
 
@@ -91,7 +92,9 @@ void listFolder(const Directory& directory, const String& pattern, Kinds kinds, 
     platform::FolderEntry entry;
     while (reader->nextOf(entry, kindsToRead))
         if (wildcard.matches(entry.name)) maker.make(entry, receiver);
-    if (platform::lastError() != NO_MORE_FILES) ListScope::setPartial();
+    if (platform::lastError() == NO_MORE_FILES) return;
+    platform::noteFailedStep("nextEntry", maker.pathToRead());
+    ListScope::setPartial();
 }
 
 }  // namespace Oxa_1_1::detail

@@ -24,7 +24,7 @@ namespace
 std::shared_ptr<const Directory> searchable(const OxaWindowsFileSystemDirectory& directory, const String& pattern)
 {
     if (detail::isValidSearchString(pattern)) return directory.makeAbsolute();
-    detail::reportText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
+    detail::refuseText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
     return nullptr;
 }
 
