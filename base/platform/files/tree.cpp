@@ -12,8 +12,6 @@ namespace Oxa_1_1::platform
 namespace
 {
 
-constexpr DWORD NO_MORE_FILES = 18;
-
 template <class Perform>
 std::invoke_result_t<Perform> observedIn(const native::Folder& folder, std::string_view operation, TextView name,
                                          const Perform& perform)
@@ -42,11 +40,16 @@ OpenFolder OpenFolder::at(TextView path, Links links)
     return OpenFolder(observed("openFolder", path, [&] { return native::openTop(path, links); }));
 }
 
-bool OpenFolder::next(TreeEntry& entry)
+bool OpenFolder::next(TreeEntry& entry, EntryKinds kinds)
 {
-    if (asked("nextEntry", {}, [&] { return native::nextEntry(*m_folder, entry); })) return true;
+    if (asked("nextEntry", {}, [&] { return native::nextEntry(*m_folder, entry, kinds); })) return true;
     if (lastError() != NO_MORE_FILES) noteFailedStep("nextEntry", native::pathOf(*m_folder, {}));
     return false;
+}
+
+bool OpenFolder::rewind()
+{
+    return observedIn(*m_folder, "rewind", {}, [&] { return native::rewind(*m_folder); });
 }
 
 std::optional<FileIdentity> OpenFolder::identity() const
@@ -99,6 +102,11 @@ bool OpenFolder::takePermissions(const OpenFolder& from, OwnerAccess access) con
 bool OpenFolder::unlock()
 {
     return observedIn(*m_folder, "unlock", {}, [&] { return native::unlock(*m_folder); });
+}
+
+bool OpenFolder::canRenameTo(const OpenFolder& target) const
+{
+    return observedIn(*m_folder, "canRename", {}, *target.m_folder, {}, [&] { return native::canRename(*m_folder, *target.m_folder); });
 }
 
 bool OpenFolder::deleteFile(TextView name, ReadOnlyFiles readOnly) const

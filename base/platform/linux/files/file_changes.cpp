@@ -17,10 +17,6 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
-constexpr DWORD FILE_NOT_FOUND = 2;
-constexpr DWORD NOT_SUPPORTED = 50;
-constexpr DWORD NOT_A_FOLDER = 267;
-
 constexpr struct timespec NOW_WRITTEN[]
 {
     {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, { .tv_sec = 0, .tv_nsec = UTIME_NOW }

@@ -17,11 +17,6 @@ namespace Oxa_1_1::platform
 namespace
 {
 
-constexpr DWORD FILE_NOT_FOUND = 2;
-constexpr DWORD PATH_NOT_FOUND = 3;
-constexpr DWORD SHARE_NOT_FOUND = 53;
-constexpr DWORD INVALID_NAME = 123;
-
 /// Up to the last separator, which stays; empty when there is none.
 std::string parentOf(const std::string& path)
 {

@@ -127,6 +127,12 @@ class Folder
     }
     Text pathOf(TextView name) const { return Text(m_way).append(name); }
 
+    void rewind() noexcept
+    {
+        m_position = nullptr;
+        m_isFresh = true;
+    }
+
     const FILE_ID_BOTH_DIR_INFO* next()
     {
         if (m_position == nullptr && !fill()) return nullptr;
@@ -144,7 +150,9 @@ class Folder
     bool fill()
     {
         if (m_buffer == nullptr) m_buffer = std::make_unique<Buffer>();
-        if (!GetFileInformationByHandleEx(get(), FileIdBothDirectoryInfo, m_buffer->bytes, BUFFER_SIZE))
+        const auto reading = m_isFresh ? FileIdBothDirectoryRestartInfo : FileIdBothDirectoryInfo;
+        m_isFresh = false;
+        if (!GetFileInformationByHandleEx(get(), reading, m_buffer->bytes, BUFFER_SIZE))
         {
             const DWORD reason = GetLastError();
             m_buffer.reset();
@@ -159,6 +167,7 @@ class Folder
     Text m_way;
     std::unique_ptr<Buffer> m_buffer;
     const std::byte* m_position = nullptr;
+    bool m_isFresh = false;
 };
 
 namespace
@@ -265,7 +274,7 @@ SharedFolder openParent(const Folder& folder)
     return nullptr;
 }
 
-bool nextEntry(Folder& folder, TreeEntry& entry)
+bool nextEntry(Folder& folder, TreeEntry& entry, EntryKinds kinds)
 {
     for (;;)
     {
@@ -273,10 +282,17 @@ bool nextEntry(Folder& folder, TreeEntry& entry)
         if (found == nullptr) return false;
         const TextView name(found->FileName, found->FileNameLength / sizeof(WCHAR));
         if (name == L"." || name == L"..") continue;
-        entry.name = name;
         entry.kind = kindOf(folder, *found, name);
+        if (!isOf(entry.kind, kinds)) continue;
+        entry.name = name;
         return true;
     }
+}
+
+bool rewind(Folder& folder)
+{
+    folder.rewind();
+    return true;
 }
 
 std::optional<FileIdentity> readIdentity(const Folder& folder)
@@ -344,6 +360,16 @@ bool unlock(Folder& folder)
         folder.openEntry({}, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, SHARE_ALL, FILE_DIRECTORY_FILE));
     if (itself.isOpen()) makeWritable(itself);
     return itself.isOpen();
+}
+
+bool canRename(const Folder& folder, const Folder& target)
+{
+    const auto from = readIdentity(folder);
+    const auto to = readIdentity(target);
+    if (!from || !to) return false;
+    if (from->volume == to->volume) return true;
+    SetLastError(ERROR_NOT_SAME_DEVICE);
+    return false;
 }
 
 bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly)
