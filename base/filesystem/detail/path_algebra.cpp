@@ -55,6 +55,8 @@ String longName(const ParsedDirectory& path, TextView name)
     constexpr TextView LOCAL = OXA_TEXT("\\\\?\\");
     Text text;
     text.reserve(fullLength(path, name) + SHARE.size());
+    // A volume has no other spelling.
+    if (path.root.view().starts_with(LOCAL)) return fullName(path, SEPARATOR, name);
     const bool isShare = path.root.view().starts_with(OXA_TEXT("\\\\"));
     text = isShare ? SHARE : LOCAL;
     appendPath(text, path, SEPARATOR);

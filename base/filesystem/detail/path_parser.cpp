@@ -74,10 +74,49 @@ Split splitInto(std::vector<String>& levels, TextView text, Dots dots)
 
 void reportBeyondRoot(const ParsedDirectory& path)
 {
-    reportText(OXA_TEXT("Invalid path '%ls': parent references go beyond root."), fullName(path, SEPARATOR));
+    refuseText(OXA_TEXT("Invalid path '%ls': parent references go beyond root."), fullName(path, SEPARATOR));
 }
 
 Char upperLetter(Char c) noexcept { return text::detail::isAsciiLetter(c) ? static_cast<Char>(c & ~0x20) : Char(); }
+
+/// "Volume{", 36 digits and dashes, "}" at the beginning of what follows the mark of long paths: a disk by its own
+/// name, which may have no letter. Its length; 0 when it is none.
+std::size_t volumeLength(TextView text)
+{
+    constexpr TextView BEGIN = OXA_TEXT("Volume{");
+    constexpr TextView HEX = OXA_TEXT("0123456789abcdefABCDEF-");
+    constexpr std::size_t DIGITS = 36;
+    constexpr std::size_t LENGTH = BEGIN.size() + DIGITS + 1;
+    if (text.size() < LENGTH || (text.size() > LENGTH && text[LENGTH] != SEPARATOR)) return 0;
+    const bool isVolume = String(text.substr(0, BEGIN.size())).compareIgnoreCase(BEGIN) == 0 &&
+                          text.substr(BEGIN.size(), DIGITS).find_first_not_of(HEX) == TextView::npos &&
+                          text[LENGTH - 1] == '}';
+    return isVolume ? LENGTH : 0;
+}
+
+/// What follows the root of a path on a drive or volume. `text` is what is refused.
+SharedDirectory parseLevels(const std::shared_ptr<ParsedDirectory>& path, TextView rest, TextView text)
+{
+    const Split split = splitInto(path->levels, rest, path->absolute ? Dots::COLLAPSE : Dots::KEEP);
+    if (split == Split::DONE) return path;
+    if (split == Split::INVALID)
+    {
+        refuseText(INVALID_CHARACTERS, text);
+        return nullptr;
+    }
+    path->levels.clear();
+    splitInto(path->levels, rest, Dots::KEEP);
+    reportBeyondRoot(*path);
+    return nullptr;
+}
+
+SharedDirectory parseVolume(TextView text, std::size_t length)
+{
+    auto path = std::make_shared<ParsedDirectory>();
+    path->root = String(Text(LONG_PREFIX).append(text.substr(0, length)));
+    path->absolute = true;
+    return parseLevels(path, text.substr(length), text);
+}
 
 }  // namespace
 
@@ -90,25 +129,14 @@ SharedDirectory parseLocal(TextView text)
         const Char drive = upperLetter(text[0]);
         if (drive == 0)
         {
-            reportText(OXA_TEXT("Invalid drive letter in path '%ls'."), text);
+            refuseText(OXA_TEXT("Invalid drive letter in path '%ls'."), text);
             return nullptr;
         }
         path->root = String(Text{drive, OXA_TEXT(':')});
         rest.remove_prefix(2);
     }
     path->absolute = rest.starts_with(SEPARATOR);
-
-    const Split split = splitInto(path->levels, rest, path->absolute ? Dots::COLLAPSE : Dots::KEEP);
-    if (split == Split::DONE) return path;
-    if (split == Split::INVALID)
-    {
-        reportText(INVALID_CHARACTERS, text);
-        return nullptr;
-    }
-    path->levels.clear();
-    splitInto(path->levels, rest, Dots::KEEP);
-    reportBeyondRoot(*path);
-    return nullptr;
+    return parseLevels(path, rest, text);
 }
 
 SharedDirectory parseShare(TextView text)
@@ -117,12 +145,12 @@ SharedDirectory parseShare(TextView text)
     auto& levels = path->levels;
     if (splitInto(levels, text, Dots::KEEP) == Split::INVALID)
     {
-        reportText(INVALID_CHARACTERS, text);
+        refuseText(INVALID_CHARACTERS, text);
         return nullptr;
     }
     if (levels.size() < 2)
     {
-        reportText(OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
+        refuseText(OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
         return nullptr;
     }
     Text root(SHARE_PREFIX);
@@ -145,7 +173,12 @@ SharedDirectory parseDirectory(TextView text)
     if (!text.starts_with(SHARE_PREFIX)) return parseLocal(text);
     if (text.starts_with(LONG_SHARE_PREFIX))
         return parseShare(Text(text.substr(LONG_SHARE_PREFIX.size())).append(SHARE_PREFIX));
-    if (text.starts_with(LONG_PREFIX)) return parseLocal(text.substr(LONG_PREFIX.size()));
+    if (text.starts_with(LONG_PREFIX))
+    {
+        const TextView rest = text.substr(LONG_PREFIX.size());
+        const std::size_t volume = volumeLength(rest);
+        return volume != 0 ? parseVolume(rest, volume) : parseLocal(rest);
+    }
     return parseShare(text.substr(SHARE_PREFIX.size()));
 }
 

@@ -112,6 +112,8 @@ TEST_F(Drives, Roots)
         {u"c:x", "/d/c:/x", "/d/c:"},
         {u"c:", "/d/c:", "/d/c:"},
         {u"\\\\?\\C:\\x", "/d/c:/x", "/d/c:"},
+        {u"\\\\?\\Volume{0A}\\x", "/d/volume{0a}/x", "/d/volume{0a}"},
+        {u"Volume{0A}\\x", "Volume{0A}/x", ""},
         {u"\\\\srv\\sh\\x", "/d/unc/srv/sh/x", "/d/unc/srv/sh", true},
         {u"//srv/sh/x/y", "/d/unc/srv/sh/x/y", "/d/unc/srv/sh", true},
         {u"\\\\srv\\sh", "/d/unc/srv/sh", "/d/unc/srv/sh", true},

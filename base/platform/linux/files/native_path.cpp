@@ -158,7 +158,20 @@ struct Parsed
 {
     TextView text;
     bool isShare = false;
+    /// Behind the mark of long paths, where "Volume{...}" is a root and no name.
+    bool isLong = false;
 
+    bool isVolume() const { return isLong && !isShare && lengthOfVolume() != 0; }
+    /// 0 when it is none.
+    std::size_t lengthOfVolume() const
+    {
+        constexpr TextView BEGIN = u"volume{";
+        const bool isNamed =
+            text.size() > BEGIN.size() && std::ranges::equal(text.substr(0, BEGIN.size()), BEGIN, {}, &text::toLower);
+        const std::size_t end = isNamed ? text.find(u'}') : TextView::npos;
+        if (end == TextView::npos || (end + 1 < text.size() && !isSeparator(text[end + 1]))) return 0;
+        return end + 1;
+    }
     bool isDrive() const { return !isShare && startsWithDrive(text); }
     /// From the current folder of the drive on.
     bool isDriveRelative() const { return isDrive() && (text.size() == 2 || !isSeparator(text[2])); }
@@ -171,7 +184,8 @@ Parsed parse(TextView text)
     const bool isLongShare = isLong && text.size() >= 4 && (text[0] | 0x20) == 'u' && (text[1] | 0x20) == 'n' &&
                              (text[2] | 0x20) == 'c' && isSeparator(text[3]);
     if (isLongShare) return {.text = text.substr(4), .isShare = true};
-    return startsWithShare(text) ? Parsed{.text = text.substr(2), .isShare = true} : Parsed{.text = text};
+    if (startsWithShare(text)) return {.text = text.substr(2), .isShare = true};
+    return {.text = text, .isLong = isLong};
 }
 
 /// The folder of links that stand for drives and shares.
@@ -186,6 +200,7 @@ std::string drivesFolder()
 /// Where the drive, or the server and the share, end.
 std::size_t endOfRoot(const Parsed& path)
 {
+    if (path.isVolume()) return path.lengthOfVolume();
     if (!path.isShare) return path.isDrive() ? 2 : 0;
     const std::size_t server = std::min(path.text.find_first_of(SEPARATORS), path.text.size());
     return std::min(path.text.find_first_of(SEPARATORS, server + 1), path.text.size());
@@ -200,6 +215,13 @@ std::string rootOf(const Parsed& path)
         std::string drive = drivesFolder() + '/' + static_cast<char>(path.text[0] | 0x20) + ':';
         if (path.isDriveRelative() && currentFolderBelow(drive)) drive.clear();
         return drive;
+    }
+    if (path.isVolume())
+    {
+        std::string name;
+        appendNative(name, path.text.substr(0, path.lengthOfVolume()));
+        std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; });
+        return drivesFolder() + '/' + name;
     }
     if (!path.isShare) return {};
     std::string root = drivesFolder() + "/unc/";

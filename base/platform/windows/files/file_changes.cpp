@@ -7,6 +7,7 @@
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/windows/files/file_handle.h"
+#include "base/platform/windows/files/system_names.h"
 
 namespace Oxa_1_1::platform::native
 {
@@ -32,8 +33,9 @@ bool isLostFolderLink(const Text& path)
 
 Touch touchFile(TextView path)
 {
-    const FileHandle file(CreateFileW(Text(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (refusesNew(path)) return Touch::FAILED;
+    const FileHandle file(CreateFileW(pathForSystem(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.isOpen()) return Touch::FAILED;
     if (GetLastError() != ERROR_ALREADY_EXISTS) return Touch::CREATED;
     return setWrittenNow(file) ? Touch::EXISTED : Touch::FAILED;
@@ -41,21 +43,21 @@ Touch touchFile(TextView path)
 
 void flushFile(TextView path)
 {
-    const FileHandle file(CreateFileW(Text(path).c_str(), GENERIC_READ | GENERIC_WRITE, SHARE_ALL, nullptr,
+    const FileHandle file(CreateFileW(pathForSystem(path).c_str(), GENERIC_READ | GENERIC_WRITE, SHARE_ALL, nullptr,
                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (file.isOpen()) FlushFileBuffers(file.get());
 }
 
 bool touchFolder(TextView path)
 {
-    const FileHandle folder(CreateFileW(Text(path).c_str(), GENERIC_READ | FILE_WRITE_ATTRIBUTES, SHARE_ALL, nullptr,
-                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const FileHandle folder(CreateFileW(pathForSystem(path).c_str(), GENERIC_READ | FILE_WRITE_ATTRIBUTES, SHARE_ALL,
+                                        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     return folder.isOpen() && setWrittenNow(folder);
 }
 
 bool deleteFile(TextView path)
 {
-    const Text text(path);
+    const Text text = pathForSystem(path);
     if (DeleteFileW(text.c_str()) != 0) return true;
     const DWORD reason = GetLastError();
     if (isLostFolderLink(text) && RemoveDirectoryW(text.c_str()) != 0) return true;
@@ -66,13 +68,26 @@ bool deleteFile(TextView path)
 bool renameFile(TextView from, TextView to, bool failIfExists)
 {
     const DWORD flags = failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING;
-    return MoveFileExW(withoutSeparator(from).c_str(), withoutSeparator(to).c_str(), flags) != 0;
+    if (refusesNew(to)) return false;
+    return MoveFileExW(pathForSystem(withoutSeparator(from)).c_str(), pathForSystem(withoutSeparator(to)).c_str(),
+                       flags) != 0;
 }
 
-bool createFolder(TextView path) { return CreateDirectoryW(Text(path).c_str(), nullptr) != 0; }
+bool createFolder(TextView path)
+{
+    return !refusesNew(path) && CreateDirectoryW(pathForSystem(path).c_str(), nullptr) != 0;
+}
 
-bool removeFolder(TextView path) { return RemoveDirectoryW(Text(path).c_str()) != 0; }
+bool removeFolder(TextView path) { return RemoveDirectoryW(pathForSystem(path).c_str()) != 0; }
 
-bool isEmptyFolder(TextView path) { return PathIsDirectoryEmptyW(Text(path).c_str()) == TRUE; }
+bool isEmptyFolder(TextView path)
+{
+    const Text text = pathForSystem(path);
+    if (text.size() < MAX_PATH) return PathIsDirectoryEmptyW(text.c_str()) == TRUE;
+    // The shell takes no longer ones.
+    const std::unique_ptr<FolderReader> reader = openFolder(text);
+    FolderEntry entry;
+    return reader != nullptr && !reader->next(entry) && GetLastError() == ERROR_NO_MORE_FILES;
+}
 
 }  // namespace Oxa_1_1::platform::native

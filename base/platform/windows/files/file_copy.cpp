@@ -9,6 +9,7 @@
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/windows/files/file_handle.h"
+#include "base/platform/windows/files/system_names.h"
 
 namespace Oxa_1_1::platform::native
 {
@@ -139,9 +140,10 @@ bool copyReplacing(const Text& from, const Text& to, Receiver& receiver)
 
 bool copyFile(TextView from, TextView to, bool failIfExists, const CopyProgress& progress)
 {
+    if (refusesNew(to)) return false;
     Receiver receiver{.progress = progress};
-    const Text source(from);
-    const Text target(to);
+    const Text source = pathForSystem(from);
+    const Text target = pathForSystem(to);
     const bool isCopied =
         failIfExists ? copyTo(source, target, true, receiver) : copyReplacing(source, target, receiver);
     if (receiver.thrown != nullptr) std::rethrow_exception(receiver.thrown);
@@ -158,7 +160,8 @@ bool copyLink(TextView from, TextView to, bool failIfExists)
     // Not every compiler's headers have it.
     constexpr DWORD COPY_LINK_ITSELF = 0x800;
     const DWORD flags = COPY_LINK_ITSELF | (failIfExists ? COPY_FILE_FAIL_IF_EXISTS : 0);
-    return CopyFileExW(Text(from).c_str(), Text(to).c_str(), nullptr, nullptr, nullptr, flags) != 0;
+    return !refusesNew(to) &&
+           CopyFileExW(pathForSystem(from).c_str(), pathForSystem(to).c_str(), nullptr, nullptr, nullptr, flags) != 0;
 }
 
 }  // namespace Oxa_1_1::platform::native

@@ -8,6 +8,7 @@
 
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/windows/files/file_handle.h"
+#include "base/platform/windows/files/system_names.h"
 
 namespace Oxa_1_1::platform::native
 {
@@ -25,7 +26,7 @@ FileTicks ticksOf(const FILETIME& time) { return join(time.dwHighDateTime, time.
 /// Files and folders are opened alike, to ask or to set something.
 FileHandle openAny(TextView path, DWORD access, DWORD flags = 0)
 {
-    return FileHandle(CreateFileW(Text(path).c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING,
+    return FileHandle(CreateFileW(pathForSystem(path).c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr));
 }
 
@@ -45,6 +46,35 @@ std::optional<BY_HANDLE_FILE_INFORMATION> informationBehind(TextView path)
     BY_HANDLE_FILE_INFORMATION info{};
     if (!file.isOpen() || !GetFileInformationByHandle(file.get(), &info)) return std::nullopt;
     return info;
+}
+
+__time64_t secondsOf(const FILETIME& time)
+{
+    constexpr FileTicks TICKS_IN_SECOND = 10'000'000;
+    constexpr __time64_t SECONDS_FROM_1601_TO_1970 = 11644473600;
+    return static_cast<__time64_t>(ticksOf(time) / TICKS_IN_SECOND) - SECONDS_FROM_1601_TO_1970;
+}
+
+/// What the run-time library would tell, which takes no path of any length.
+bool statLong(const Text& path, struct _stat64& status)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return false;
+    constexpr unsigned FOR_OWNER = 0700;
+    const bool isFolder = (data.dwFileAttributes & FOLDER) != 0;
+    unsigned mode = _S_IREAD | (isFolder ? _S_IEXEC : 0);
+    if ((data.dwFileAttributes & READ_ONLY) == 0) mode |= _S_IWRITE;
+    if (path.ends_with(L".exe") || path.ends_with(L".com") || path.ends_with(L".bat") || path.ends_with(L".cmd"))
+        mode |= _S_IEXEC;
+    mode |= (mode & FOR_OWNER) >> 3 | (mode & FOR_OWNER) >> 6;
+    status = {};
+    status.st_mode = static_cast<unsigned short>(mode | (isFolder ? _S_IFDIR : _S_IFREG));
+    status.st_nlink = 1;
+    status.st_size = static_cast<__int64>(join(data.nFileSizeHigh, data.nFileSizeLow));
+    status.st_atime = secondsOf(data.ftLastAccessTime);
+    status.st_mtime = secondsOf(data.ftLastWriteTime);
+    status.st_ctime = secondsOf(data.ftCreationTime);
+    return true;
 }
 
 /// What is no drive for the run-time library counts as an invalid parameter, for which it may end the process.
@@ -70,7 +100,7 @@ FileInformation informationOf(const Data& data)
 std::optional<FileInformation> readInformation(TextView path)
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!GetFileAttributesExW(Text(path).c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
+    if (!GetFileAttributesExW(pathForSystem(path).c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
     FileInformation information = informationOf(data);
     if ((information.attributes & LINK) == 0) return information;
     information.attributes &= ~LINK;
@@ -84,7 +114,7 @@ std::optional<FileInformation> readInformation(TextView path)
 
 std::optional<DWORD> readAttributes(TextView path)
 {
-    const DWORD attributes = GetFileAttributesW(Text(path).c_str());
+    const DWORD attributes = GetFileAttributesW(pathForSystem(path).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return std::nullopt;
     if ((attributes & LINK) == 0) return attributes;
     const std::optional<FileInformation> information = readInformation(path);
@@ -93,12 +123,12 @@ std::optional<DWORD> readAttributes(TextView path)
 
 bool writeAttributes(TextView path, DWORD attributes)
 {
-    return SetFileAttributesW(Text(path).c_str(), attributes & ~LINK) != 0;
+    return SetFileAttributesW(pathForSystem(path).c_str(), attributes & ~LINK) != 0;
 }
 
 bool isLink(TextView path)
 {
-    const DWORD attributes = GetFileAttributesW(Text(path).c_str());
+    const DWORD attributes = GetFileAttributesW(pathForSystem(path).c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & LINK) != 0 && leadsElsewhere(path);
 }
 
@@ -113,7 +143,9 @@ bool statFile(TextView path, struct _stat64i32& result)
 {
     // The call for 32 bits cuts off what is too large in some run-time libraries.
     struct _stat64 status;
-    if (_wstat64(Text(path).c_str(), &status) != 0) return false;
+    const Text text = pathForSystem(path);
+    const bool isLong = text.starts_with(L"\\\\?\\");
+    if (!(isLong ? statLong(text, status) : _wstat64(text.c_str(), &status) == 0)) return false;
     if (status.st_size > std::numeric_limits<decltype(result.st_size)>::max())
     {
         SetLastError(ERROR_ARITHMETIC_OVERFLOW);
@@ -134,14 +166,15 @@ bool statFile(TextView path, struct _stat64i32& result)
     return true;
 }
 
-bool isReadable(TextView path) { return GetFileAttributesW(Text(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
+bool isReadable(TextView path) { return GetFileAttributesW(pathForSystem(path).c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 bool canOpen(TextView path, bool read, bool write, DWORD attributes)
 {
     const DWORD access = (read ? GENERIC_READ : 0) | (write ? GENERIC_WRITE : 0);
     const DWORD flags =
         (attributes & FOLDER) != 0 ? FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT : FILE_ATTRIBUTE_NORMAL;
-    return FileHandle(CreateFileW(Text(path).c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING, flags, nullptr))
+    return FileHandle(
+               CreateFileW(pathForSystem(path).c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING, flags, nullptr))
         .isOpen();
 }
 

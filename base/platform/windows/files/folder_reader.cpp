@@ -1,6 +1,7 @@
 // Folders, read in large pieces as the system has them.
 
 #include "base/platform/files/detail/native_files.h"
+#include "base/platform/windows/files/system_names.h"
 #include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform::native
@@ -64,7 +65,7 @@ class NativeFolderReader : public FolderReader
     static Text withSeparator(TextView path)
     {
         const bool needsSeparator = !path.empty() && TextView(L"\\/:").find(path.back()) == TextView::npos;
-        return Text(path).append(needsSeparator ? L"\\" : L"");
+        return pathForSystem(path).append(needsSeparator ? L"\\" : L"");
     }
 
     Text m_folder;
@@ -82,7 +83,7 @@ std::unique_ptr<FolderReader> openFolder(TextView path)
     if (reader->isOpen()) return reader;
     // The root of a drive that holds nothing has not even "." and "..".
     const DWORD error = GetLastError();
-    const DWORD attributes = error == ERROR_FILE_NOT_FOUND ? GetFileAttributesW(Text(path).c_str()) : 0;
+    const DWORD attributes = error == ERROR_FILE_NOT_FOUND ? GetFileAttributesW(pathForSystem(path).c_str()) : 0;
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FOLDER) != 0) return reader;
     SetLastError(error);
     return nullptr;

@@ -5,6 +5,7 @@
 #include "base/formats/reparse_point.h"
 #include "base/platform/files/detail/native_links.h"
 #include "base/platform/windows/files/file_handle.h"
+#include "base/platform/windows/files/system_names.h"
 // It needs the types of the one above.
 #include <winioctl.h>
 
@@ -65,7 +66,7 @@ bool createSymbolicLink(const Text& path, const Text& target, DWORD flags)
 
 Text readLink(TextView path)
 {
-    const FileHandle link = openItself(withoutSeparator(path), FILE_READ_ATTRIBUTES);
+    const FileHandle link = openItself(pathForSystem(withoutSeparator(path)), FILE_READ_ATTRIBUTES);
     if (!link.isOpen()) return {};
     std::array<std::byte, MAXIMUM_REPARSE_DATA_BUFFER_SIZE> bytes{};
     DWORD length = 0;
@@ -80,7 +81,8 @@ Text readLink(TextView path)
 
 bool createLink(TextView path, TextView target, LinkKind kind)
 {
-    const Text link = withoutSeparator(path);
+    if (refusesNew(path)) return false;
+    const Text link = pathForSystem(withoutSeparator(path));
     if (kind == LinkKind::JUNCTION) return createJunction(link, target);
     return createSymbolicLink(link, Text(target), kind == LinkKind::TO_FOLDER ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0);
 }

@@ -6,6 +6,7 @@
 
 #include "base/platform/files/detail/native_new_items.h"
 #include "base/platform/windows/files/file_handle.h"
+#include "base/platform/windows/files/system_names.h"
 // It needs the types of the one above.
 #include <aclapi.h>
 
@@ -34,7 +35,7 @@ Text textOf(const Ask& ask)
 
 FileHandle openAny(TextView path, DWORD access)
 {
-    return FileHandle(CreateFileW(Text(path).c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING,
+    return FileHandle(CreateFileW(pathForSystem(path).c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING,
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
@@ -136,21 +137,23 @@ Text temporaryFolder()
 bool createPrivateFile(TextView path)
 {
     PrivateAccess access;
-    return access.isKnown() && FileHandle(CreateFileW(Text(path).c_str(), GENERIC_WRITE, SHARE_ALL, access.get(),
-                                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr))
-                                   .isOpen();
+    return !refusesNew(path) && access.isKnown() &&
+           FileHandle(CreateFileW(pathForSystem(path).c_str(), GENERIC_WRITE, SHARE_ALL, access.get(), CREATE_NEW,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr))
+               .isOpen();
 }
 
 bool createPrivateFolder(TextView path)
 {
     PrivateAccess access;
-    return access.isKnown() && CreateDirectoryW(Text(path).c_str(), access.get()) != 0;
+    return !refusesNew(path) && access.isKnown() && CreateDirectoryW(pathForSystem(path).c_str(), access.get()) != 0;
 }
 
 bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
 {
-    Text from(replacement);
-    Text to(target);
+    if (refusesNew(target)) return false;
+    Text from = pathForSystem(replacement);
+    Text to = pathForSystem(target);
     const DWORD attributes = GetFileAttributesW(to.c_str());
     const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
     if (isThere)

@@ -18,6 +18,7 @@
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/files/detail/native_tree.h"
 #include "base/platform/windows/files/file_handle.h"
+#include "base/platform/windows/files/system_names.h"
 
 namespace Oxa_1_1::platform::native
 {
@@ -244,9 +245,11 @@ void makeWritable(const FileHandle& file)
 
 }  // namespace
 
+Text pathOf(const Folder& folder, TextView name) { return folder.pathOf(name); }
+
 SharedFolder openTop(TextView path, Links links)
 {
-    const Text text = links == Links::REFUSE ? withoutSeparator(path) : Text(path);
+    const Text text = pathForSystem(links == Links::REFUSE ? withoutSeparator(path) : path);
     return openChecked(links, path,
                        [&](ACCESS_MASK access, ULONG share, ULONG options)
                        {
@@ -345,7 +348,8 @@ bool isLink(const Folder& folder, TextView name)
 
 bool makeFolder(const Folder& folder, TextView name)
 {
-    return FileHandle(folder.openEntry(name, REACH, SHARE_ALL, FILE_DIRECTORY_FILE, FILE_CREATE)).isOpen();
+    return !refusesNew(folder.pathOf(name)) &&
+           FileHandle(folder.openEntry(name, REACH, SHARE_ALL, FILE_DIRECTORY_FILE, FILE_CREATE)).isOpen();
 }
 
 /// A new folder has those of the one that it lies in.
@@ -395,7 +399,7 @@ bool removeFolder(const Folder& folder, TextView name)
 bool renameEntry(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists)
 {
     const FileHandle file = openItself(folder, name, DELETE);
-    if (!file.isOpen()) return false;
+    if (!file.isOpen() || refusesNew(target.pathOf(targetName))) return false;
     const std::size_t bytes = targetName.size() * sizeof(WCHAR);
     std::vector<std::max_align_t> room((sizeof(RenameInformation) + bytes) / sizeof(std::max_align_t) + 1);
     auto* const information = reinterpret_cast<RenameInformation*>(room.data());

@@ -2,6 +2,7 @@
 
 #include "base/platform/files/detail/native_new_items.h"
 #include "base/platform/files/files.h"
+#include "base/platform/windows/files/system_names.h"
 #include "base/platform/windows/windows_api.h"
 
 namespace Oxa_1_1::platform
@@ -13,7 +14,7 @@ std::optional<VolumeSpace> readVolumeSpace(TextView path)
     if (!attributes) return std::nullopt;
     const bool isFolder = (*attributes & FOLDER) != 0;
     // The call takes folders only; a file behind a link may lie on another disk.
-    Text folder = !isFolder && (*attributes & LINK) != 0 ? native::finalPath(path) : Text(path);
+    Text folder = !isFolder && (*attributes & LINK) != 0 ? native::finalPath(path) : pathForSystem(path);
     if (!isFolder) folder.erase(folder.find_last_of(L"\\/") + 1);
     ULARGE_INTEGER available{};
     ULARGE_INTEGER total{};
