@@ -56,14 +56,35 @@ bool OpenFolder::isLink(TextView name) const
     return observed("isLink", name, [&] { return native::isLink(*m_folder, name); });
 }
 
-bool OpenFolder::makeFolder(TextView name) const
+std::optional<EntryKind> OpenFolder::readKind(TextView name) const
 {
-    return observed("createFolder", name, [&] { return native::makeFolder(*m_folder, name); });
+    return observed("readKind", name, [&] { return native::readKind(*m_folder, name); });
+}
+
+std::optional<FileIdentity> OpenFolder::readOwnIdentity(TextView name) const
+{
+    return observed("readIdentity", name, [&] { return native::readOwnIdentity(*m_folder, name); });
+}
+
+bool OpenFolder::isSameContent(TextView name, const OpenFolder& other, TextView otherName) const
+{
+    return observed("isSameContent", name, otherName,
+                    [&] { return native::isSameContent(*m_folder, name, *other.m_folder, otherName); });
+}
+
+bool OpenFolder::makeFolder(TextView name, NewFolder access) const
+{
+    return observed("createFolder", name, [&] { return native::makeFolder(*m_folder, name, access); });
 }
 
 bool OpenFolder::takePermissions(const OpenFolder& from, OwnerAccess access) const
 {
     return observed("takePermissions", {}, [&] { return native::takePermissions(*m_folder, *from.m_folder, access); });
+}
+
+bool OpenFolder::takeTimes(const OpenFolder& from) const
+{
+    return observed("takeTimes", {}, [&] { return native::takeTimes(*m_folder, *from.m_folder); });
 }
 
 bool OpenFolder::unlock()
@@ -87,12 +108,24 @@ bool OpenFolder::rename(TextView name, const OpenFolder& target, TextView target
                     [&] { return native::renameEntry(*m_folder, name, *target.m_folder, targetName, failIfExists); });
 }
 
-bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName,
-                          bool failIfExists, const CopyProgress& progress) const
+bool OpenFolder::addName(TextView name, TextView newName) const
 {
-    return observed(
-        "copyFile", name, targetName,
-        [&] { return native::copyFile(*m_folder, name, kind, *target.m_folder, targetName, failIfExists, progress); });
+    return observed("addName", name, newName, [&] { return native::addName(*m_folder, name, newName); });
+}
+
+bool OpenFolder::replace(TextView name, TextView replaced, ReadOnlyFiles readOnly) const
+{
+    return observed("renameFile", name, replaced, [&] { return native::replace(*m_folder, name, replaced, readOnly); });
+}
+
+bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName,
+                          bool failIfExists, const CopyProgress& progress, Kept kept) const
+{
+    return observed("copyFile", name, targetName,
+                    [&] {
+                        return native::copyFile(*m_folder, name, kind, *target.m_folder, targetName, failIfExists,
+                                                progress, kept);
+                    });
 }
 
 bool OpenFolder::copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "base/platform/files/tree.h"
 #include "base/platform/linux/files/file_descriptor.h"
@@ -17,6 +18,8 @@ inline constexpr DWORD NO_MORE_FILES = 18;
 
 /// What an entry of the folder is. The system is asked only where the entry does not tell.
 EntryKind kindOf(int folder, const struct dirent64& entry);
+/// Asks the system; none sets `errno`.
+std::optional<EntryKind> readKind(int folder, const char* name);
 
 /// The entries of an open folder, read in large pieces as the system has them.
 class FolderEntries
