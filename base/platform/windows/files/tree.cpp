@@ -391,7 +391,7 @@ bool isSameContent(const Folder& folder, TextView name, const Folder& other, Tex
     FILE_ATTRIBUTE_TAG_INFO tagOfB{};
     if (!a.isOpen() || !b.isOpen() || !hasAttributes(a.get(), tagOfA) || !hasAttributes(b.get(), tagOfB)) return false;
     if (isLinkTag(tagOfA) != isLinkTag(tagOfB)) return false;
-    if (isLinkTag(tagOfA)) return readLink(folder.pathOf(name)) == readLink(other.pathOf(otherName));
+    if (isLinkTag(tagOfA)) return native::readLink(folder.pathOf(name)) == native::readLink(other.pathOf(otherName));
     return ((tagOfA.FileAttributes | tagOfB.FileAttributes) & FOLDER) == 0 && isSameBytes(a, b);
 }
 
@@ -496,10 +496,10 @@ bool copyLink(const Folder& folder, TextView name, const Folder& target, TextVie
     if ((info.FileAttributes & FOLDER) == 0)
         return copyLink(folder.pathOf(name), target.pathOf(targetName), failIfExists);
     // The system copies links to files only.
-    const Text text = readLink(folder.pathOf(name));
+    const Text text = native::readLink(folder.pathOf(name));
     const bool isJunction = info.ReparseTag == IO_REPARSE_TAG_MOUNT_POINT;
     return !text.empty() &&
-           createLink(target.pathOf(targetName), text, isJunction ? LinkKind::JUNCTION : LinkKind::TO_FOLDER);
+           native::createLink(target.pathOf(targetName), text, isJunction ? LinkKind::JUNCTION : LinkKind::TO_FOLDER);
 }
 
 }  // namespace Oxa_1_1::platform::native
