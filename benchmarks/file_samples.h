@@ -34,7 +34,7 @@ CopySample smallCopies();
 /// 20,000 files of a kilobyte, a hundred in each folder, made anew there.
 FileSample doomedTree();
 
-/// A chain of 3,000 folders, and one folder of 200,000 empty files, both on the memory disk.
+/// A chain of 1,900 folders, and one folder of 200,000 empty files, both on the memory disk.
 const FileSample& deepTree();
 const FileSample& wideFolder();
 /// With half of it.

@@ -12,19 +12,9 @@ namespace
 
 String fromUtf8(const std::string& bytes) { return String(UTF8Interface(bytes.c_str())); }
 
-/// The call that is told the length, where there is one.
-template <class T>
-T fromBytes(const std::string& bytes)
-{
-    if constexpr (requires { T::fromUTF8(std::string_view(bytes)); })
-        return T::fromUTF8(std::string_view(bytes));
-    else
-        return T(UTF8Interface(bytes.c_str()));
-}
-
 void addConversions()
 {
-    add(work::FROM_UTF8_TOLD, OURS, [bytes = asciiSample(32)] { keep(fromBytes<String>(bytes)); });
+    add(work::FROM_UTF8_TOLD, OURS, [bytes = asciiSample(32)] { keep(String::fromUTF8(bytes)); });
     addUtf8(OURS, fromUtf8, [](const String& text) { return text.stringUTF8(); });
     add(work::FROM_ANSI, OURS, [bytes = ansiSample()] { keep(String(bytes)); });
 }

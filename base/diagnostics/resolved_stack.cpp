@@ -24,7 +24,7 @@ class Resolver
 {
    public:
     detail::SymbolCache::Keeper find(std::span<const std::uint64_t> addresses,
-                                     std::span<const platform::SymbolInfo*> found)
+                                     std::span<const detail::KnownAddress*> found)
     {
         if (m_session == nullptr) return nullptr;
         const std::uint64_t generation = m_session->moduleGeneration();
@@ -45,10 +45,9 @@ Resolver& resolver()
     return instance;
 }
 
-ResolvedFrame frameOf(const void* address, const platform::ModuleInfo& module)
+ResolvedFrame frameOf(const platform::ModuleInfo& module)
 {
     ResolvedFrame frame{};
-    frame.address = address;
     frame.module = module.name;
     frame.moduleFile = module.file;
     frame.moduleBase = module.base;
@@ -67,23 +66,16 @@ void takeSource(ResolvedFrame& frame, const Symbol& symbol)
     frame.line = symbol.line;
 }
 
-void append(std::vector<ResolvedFrame>& frames, const void* address, const platform::SymbolInfo* symbol)
+void append(std::vector<ResolvedFrame>& frames, std::span<void* const> addresses,
+            std::span<const detail::KnownAddress* const> known)
 {
-    if (symbol == nullptr)
-    {
-        frames.push_back(frameOf(address, {}));
-        return;
-    }
-    ResolvedFrame frame = frameOf(address, symbol->module);
-    for (const platform::InlinedFunction& inlined : symbol->inlined)
-    {
-        takeSource(frame, inlined);
-        frame.isInlined = true;
-        frames.push_back(frame);
-    }
-    frame.isInlined = false;
-    takeSource(frame, *symbol);
-    frames.push_back(frame);
+    static const std::vector<ResolvedFrame> UNKNOWN{ResolvedFrame{}};
+    std::size_t count = frames.size();
+    for (const detail::KnownAddress* const k : known) count += k == nullptr ? 1 : k->frames.size();
+    frames.reserve(count);
+    for (std::size_t i = 0; i < known.size(); ++i)
+        for (const ResolvedFrame& frame : known[i] == nullptr ? UNKNOWN : known[i]->frames)
+            frames.emplace_back(frame).address = addresses[i];
 }
 
 std::string hexadecimal(const void* address)
@@ -106,6 +98,22 @@ ThreadStack captureThread(std::uint32_t thread)
 
 }  // namespace
 
+std::vector<ResolvedFrame> detail::framesOf(const platform::SymbolInfo& symbol)
+{
+    std::vector<ResolvedFrame> frames;
+    ResolvedFrame frame = frameOf(symbol.module);
+    frame.isInlined = true;
+    for (const platform::InlinedFunction& inlined : symbol.inlined)
+    {
+        takeSource(frame, inlined);
+        frames.push_back(frame);
+    }
+    frame.isInlined = false;
+    takeSource(frame, symbol);
+    frames.push_back(frame);
+    return frames;
+}
+
 std::string ResolvedStack::text(std::size_t first) const
 {
     std::string lines;
@@ -127,8 +135,7 @@ ResolvedStack resolveFrames(std::span<void* const> addresses)
 {
     ResolvedStack stack;
     std::array<std::uint64_t, MOST_FRAMES> instructions;
-    std::array<const platform::SymbolInfo*, MOST_FRAMES> symbols;
-    stack.m_frames.reserve(addresses.size() + addresses.size() / 2);
+    std::array<const detail::KnownAddress*, MOST_FRAMES> known;
     std::vector<std::shared_ptr<const void>> keepers;
     while (!addresses.empty())
     {
@@ -137,10 +144,10 @@ ResolvedStack resolveFrames(std::span<void* const> addresses)
         {
             const platform::StackFrame frame{reinterpret_cast<std::uintptr_t>(addresses[i]), 0, true};
             instructions[i] = frame.instruction();
-            symbols[i] = nullptr;
+            known[i] = nullptr;
         }
-        auto keeper = resolver().find(std::span(instructions).first(count), std::span(symbols).first(count));
-        for (std::size_t i = 0; i < count; ++i) append(stack.m_frames, addresses[i], symbols[i]);
+        auto keeper = resolver().find(std::span(instructions).first(count), std::span(known).first(count));
+        append(stack.m_frames, addresses.first(count), std::span(known).first(count));
         addresses = addresses.subspan(count);
         if (stack.m_texts == nullptr)
             stack.m_texts = std::move(keeper);

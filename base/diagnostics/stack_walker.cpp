@@ -155,17 +155,17 @@ int StackWalker::ShowCallstack(HANDLE thread, const CONTEXT* context, ReadProces
         return 0;
     }
     const std::span frames = found.first(countUntilRepeated(found));
-    std::array<const platform::SymbolInfo*, FRAME_LIMIT> symbols;
+    std::array<const detail::KnownAddress*, FRAME_LIMIT> known;
     const platform::SymbolParts parts{(m_options & FunctionNames) != 0, (m_options & SourceLines) != 0,
                                       (m_options & FrameModules) != 0};
     std::array<std::uint64_t, FRAME_LIMIT> instructions;
     std::transform(frames.begin(), frames.end(), instructions.begin(), [](const auto& f) { return f.instruction(); });
     const auto keeper = m_symbols->cache.find(*m_symbols->session, generation, parts,
-                                              std::span(instructions).first(frames.size()), symbols);
+                                              std::span(instructions).first(frames.size()), known);
 
     for (std::size_t i = 0; i < frames.size(); ++i)
     {
-        CallstackEntry entry = entryOf(frames[i], *symbols[i]);
+        CallstackEntry entry = entryOf(frames[i], known[i]->symbol);
         OnCallstackEntry(typeOf(i, frames.size()), entry);
     }
     const platform::StackFrame& last = frames.back();

@@ -15,10 +15,10 @@ constexpr std::size_t MOST_SYMBOLS = 16'384;
 
 SymbolCache::Keeper SymbolCache::find(const platform::SymbolSession& session, std::uint64_t generation,
                                       const platform::SymbolParts& parts, std::span<const std::uint64_t> addresses,
-                                      std::span<const platform::SymbolInfo*> found)
+                                      std::span<const KnownAddress*> found)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_page == nullptr || m_page->symbols.size() > MOST_SYMBOLS)
+    if (m_page == nullptr || m_page->known.size() > MOST_SYMBOLS)
     {
         m_page = std::make_shared<Page>();
         m_recent = {};
@@ -32,19 +32,29 @@ SymbolCache::Keeper SymbolCache::find(const platform::SymbolSession& session, st
     return m_page;
 }
 
-const platform::SymbolInfo* SymbolCache::lookUp(const platform::SymbolSession& session,
-                                                const platform::SymbolParts& parts, std::uint64_t address)
+const KnownAddress* SymbolCache::lookUp(const platform::SymbolSession& session, const platform::SymbolParts& parts,
+                                        std::uint64_t address)
 {
     Recent& recent = m_recent[(address ^ address >> 9) % m_recent.size()];
-    if (recent.symbol != nullptr && recent.address == address && recent.generation == m_generation)
-        return recent.symbol;
-    Entry& entry = m_page->entries[address];
+    const bool isRecent = recent.known != nullptr && recent.address == address;
+    if (isRecent && recent.generation == m_generation) return recent.known;
     const std::uint64_t stamp = stampAt(address);
-    if (entry.symbol == nullptr || entry.stamp != stamp)
-        entry.symbol = &m_page->symbols.emplace_back(session.find(address, parts));
+    if (isRecent && recent.stamp == stamp)
+    {
+        recent.generation = m_generation;
+        return recent.known;
+    }
+    Entry& entry = m_page->entries[address];
+    if (entry.known == nullptr || entry.stamp != stamp)
+    {
+        KnownAddress& known = m_page->known.emplace_back();
+        known.symbol = session.find(address, parts);
+        if (parts.inlined) known.frames = framesOf(known.symbol);
+        entry.known = &known;
+    }
     entry.stamp = stamp;
-    recent = {address, m_generation, entry.symbol};
-    return entry.symbol;
+    recent = {address, m_generation, stamp, entry.known};
+    return entry.known;
 }
 
 std::uint64_t SymbolCache::stampAt(std::uint64_t address) const

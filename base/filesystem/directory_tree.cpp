@@ -33,7 +33,20 @@ class ContentsCopy
     {
     }
 
-    bool run(const Directory& source, const Directory& target)
+    /// A target that was made for the copy gets the permissions of the source.
+    bool run(const Directory& source, const Directory& target, bool isTargetMade)
+    {
+        if (isTargetMade) m_made.add(std::make_shared<Directory>(target), std::make_shared<Directory>(source));
+        if (!copy(source, target)) return false;
+        m_made.finish();
+        return true;
+    }
+
+    /// Whether the target turned out to be part of what is copied.
+    bool cameToItself() const noexcept { return m_cameToItself; }
+
+   private:
+    bool copy(const Directory& source, const Directory& target)
     {
         if (m_root && detail::readIdentity(source) == m_root)
         {
@@ -51,23 +64,23 @@ class ContentsCopy
         return true;
     }
 
-    /// Whether the target turned out to be part of what is copied.
-    bool cameToItself() const noexcept { return m_cameToItself; }
-
-   private:
     bool copyFolder(const Directory& folder, const Directory& target)
     {
         const auto place = target.appendLevel(folder.getName());
-        if ((place == nullptr || !place->create()) && !m_overwrites) return false;
+        const bool wasThere = place != nullptr && place->exists();
+        const bool isThere = place != nullptr && place->create();
+        if (!isThere && !m_overwrites) return false;
+        if (isThere && !wasThere) m_made.add(place, std::make_shared<Directory>(folder));
         if (!m_isRecursive || detail::leadsToAncestor(folder)) return true;
         // Where a file stands, there is no folder in spite of all.
-        return place != nullptr && folder.exists() && place->exists() && run(folder, *place);
+        return place != nullptr && folder.exists() && place->exists() && copy(folder, *place);
     }
 
     bool m_isRecursive;
     bool m_overwrites;
     std::shared_ptr<IProgress> m_progress;
     std::optional<platform::FileIdentity> m_root;
+    detail::MadeFolders m_made;
     bool m_cameToItself = false;
 };
 
@@ -85,30 +98,63 @@ bool moveLink(const Directory& link, const Directory& target, bool overwrite)
     return detail::windowsImpl(target) != nullptr && detail::moveLinkOnDisk(link, target, overwrite);
 }
 
-/// False also for a file that is in the way: that is made, as far as making goes.
-bool makeFolder(const Directory& folder) { return folder.exists() || (folder.create() && folder.exists()); }
-
-/// The place of a folder in the target, made if it is missing; null when there can be none.
-std::shared_ptr<const Directory> makePlace(const Directory& target, const Directory& folder, const Directory& inside)
+/// A move of everything in one folder to another.
+class ContentsMove
 {
-    auto place = detail::placeIn(target, folder, inside);
-    return place != nullptr && makeFolder(*place) ? place : nullptr;
-}
+   public:
+    ContentsMove(const Directory& folder, const Directory& target, bool overwrite)
+        : m_folder(folder), m_target(target), m_overwrites(overwrite)
+    {
+    }
 
-bool moveFolder(const Directory& inside, const Directory& folder, const Directory& target)
-{
-    if (!detail::isLinkItself(inside)) return makePlace(target, folder, inside) != nullptr;
-    const auto place = detail::placeIn(target, folder, inside);
-    return place != nullptr && moveLink(inside, *place, false);
-}
+    bool run(const detail::FolderTree& tree)
+    {
+        if (!makeFolder(std::make_shared<Directory>(m_target), m_folder)) return false;
+        for (const auto& directory : tree.directories)
+            if (!moveFolder(*directory)) return false;
+        for (const auto& file : tree.files)
+            if (!moveFile(*file)) return false;
+        m_made.finish();
+        return true;
+    }
 
-bool moveFile(const File& file, const Directory& folder, const Directory& target, bool overwrite)
-{
-    const auto directory = file.getDirectory();
-    const auto place = directory != nullptr ? makePlace(target, folder, *directory) : nullptr;
-    const auto targetFile = place != nullptr ? File::fromString(*place, file.getName()) : nullptr;
-    return targetFile != nullptr && file.move(*targetFile, overwrite);
-}
+   private:
+    /// False also for a file that is in the way: that is made, as far as making goes.
+    bool makeFolder(const std::shared_ptr<const Directory>& folder, const Directory& from)
+    {
+        if (folder->exists()) return true;
+        if (!folder->create() || !folder->exists()) return false;
+        m_made.add(folder, std::make_shared<Directory>(from));
+        return true;
+    }
+
+    /// The place of a folder in the target, made if it is missing; null when there can be none.
+    std::shared_ptr<const Directory> makePlace(const Directory& inside)
+    {
+        auto place = detail::placeIn(m_target, m_folder, inside);
+        return place != nullptr && makeFolder(place, inside) ? place : nullptr;
+    }
+
+    bool moveFolder(const Directory& inside)
+    {
+        if (!detail::isLinkItself(inside)) return makePlace(inside) != nullptr;
+        const auto place = detail::placeIn(m_target, m_folder, inside);
+        return place != nullptr && moveLink(inside, *place, false);
+    }
+
+    bool moveFile(const File& file)
+    {
+        const auto directory = file.getDirectory();
+        const auto place = directory != nullptr ? makePlace(*directory) : nullptr;
+        const auto targetFile = place != nullptr ? File::fromString(*place, file.getName()) : nullptr;
+        return targetFile != nullptr && file.move(*targetFile, m_overwrites);
+    }
+
+    const Directory& m_folder;
+    const Directory& m_target;
+    bool m_overwrites;
+    detail::MadeFolders m_made;
+};
 
 /// Removes what is left of a moved tree. A file that came meanwhile, or was not listed, stays, and the folders above
 /// it.
@@ -148,7 +194,7 @@ bool Directory::copyContents(const Directory& target, bool recursive, bool overw
         return detail::copyContentsOnDisk(*this, target, recursive, overwrite, std::move(progress));
     if (detail::isSameFolder(*this, target)) return false;
     if (recursive && detail::isSameOrInside(target, *this)) return false;
-    return ContentsCopy(target, recursive, overwrite, std::move(progress)).run(*this, target);
+    return ContentsCopy(target, recursive, overwrite, std::move(progress)).run(*this, target, false);
 }
 
 std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, bool overwrite,
@@ -162,7 +208,7 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
     const bool wasThere = copied->exists();
     if (!copied->create() || !copied->exists()) return nullptr;
     ContentsCopy copy(*copied, true, overwrite, std::move(progress));
-    if (copy.run(*this, *copied)) return copied;
+    if (copy.run(*this, *copied, !wasThere)) return copied;
     // Why it failed counts, not what became of the rest.
     const DWORD reason = platform::lastError();
     // What was there before and this folder is part of, or the reverse, is no half-made copy, nor is the target itself.
@@ -188,12 +234,7 @@ bool Directory::move(const Directory& target, bool overwrite) const
     const detail::FolderTree tree = detail::readTree(*this);
     if (!tree.isWhole || !detail::canMoveTree(*this, tree, target, overwrite)) return false;
     if ((overwrite || !target.exists()) && !target.removeContents(true)) return false;
-    if (!makeFolder(target)) return false;
-    for (const auto& directory : tree.directories)
-        if (!moveFolder(*directory, *this, target)) return false;
-    for (const auto& file : tree.files)
-        if (!moveFile(*file, *this, target, overwrite)) return false;
-    return removeFolders(*this, tree);
+    return ContentsMove(*this, target, overwrite).run(tree) && removeFolders(*this, tree);
 }
 
 bool Directory::move(const String& target, bool overwrite) const

@@ -47,8 +47,8 @@ std::optional<FileTime> lastWriteTime(const FileSystemItem& item)
 bool setLastWriteTime(const FileSystemItem& item, FileTime time)
 {
     const String path = detail::seamPath(item);
-    // Whoever counts from 1601 in 64 bits comes to an end before the type does.
-    if (path.isNil() || time.time_since_epoch() < -BEFORE_UNIX_TIME || time > FileTime::max() - BEFORE_UNIX_TIME)
+    // Whoever counts from 1601 in 64 bits comes to an end before the type does, and takes 0 for no time at all.
+    if (path.isNil() || time.time_since_epoch() <= -BEFORE_UNIX_TIME || time > FileTime::max() - BEFORE_UNIX_TIME)
         return false;
     const Ticks ticks = time.time_since_epoch() + BEFORE_UNIX_TIME;
     return platform::writeLastWrite(path, static_cast<platform::FileTicks>(ticks.count()));

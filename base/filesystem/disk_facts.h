@@ -27,7 +27,7 @@ struct DiskSpace
 /// Of the disk that an existing file or folder lies on; empty when it is missing.
 OXA_API std::optional<DiskSpace> freeSpace(const FileSystemItem& item);
 
-/// UTC, in steps of 100 ns; from 1601 on.
+/// UTC, in steps of 100 ns, from 1601 on.
 using FileTime = std::chrono::sys_time<std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>>;
 
 /// Of what a link leads to; empty for what is missing.
@@ -36,7 +36,7 @@ OXA_API std::optional<FileTime> creationTime(const FileSystemItem& item);
 OXA_API std::optional<FileTime> lastWriteTime(const FileSystemItem& item);
 /// @}
 
-/// False when it is missing, the system refuses, or the time lies before 1601.
+/// False when it is missing, the system refuses, or the time does not lie behind the beginning of 1601.
 OXA_API bool setLastWriteTime(const FileSystemItem& item, FileTime time);
 
 }  // namespace Oxa_1_1

@@ -1,5 +1,10 @@
 #include "base/filesystem/links.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "base/filesystem/detail/parsed_directory.h"
+#include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/system_item.h"
 #include "base/platform/files/links.h"
 
@@ -22,6 +27,22 @@ platform::LinkKind seamKind(LinkKind kind)
     }
 }
 
+/// A junction is told the whole path; the others say what they were given, in the system's own separators.
+String targetOf(const String& target, LinkKind kind)
+{
+    if (kind != LinkKind::Junction)
+    {
+        Text text(target.view());
+        std::ranges::replace(text, OXA_TEXT('/'), detail::SEPARATOR);
+        return String(std::move(text));
+    }
+    const detail::SharedDirectory folder = detail::parseDirectory(target);
+    if (folder == nullptr || !folder->absolute) return {};
+    Text text(detail::fullName(*folder, detail::SEPARATOR).view());
+    if (!folder->levels.empty()) text.pop_back();
+    return String(std::move(text));
+}
+
 }  // namespace
 
 bool isLink(const FileSystemItem& item)
@@ -41,9 +62,8 @@ String linkTarget(const FileSystemItem& link)
 bool createLink(const FileSystemItem& link, const String& target, LinkKind kind)
 {
     const String path = detail::seamPath(link);
-    if (path.isNil() || target.isEmpty()) return false;
-    if (kind == LinkKind::Junction && !Directory::fromString(target)->isAbsolute()) return false;
-    return platform::createLink(path, target, seamKind(kind));
+    const String written = targetOf(target, kind);
+    return !path.isNil() && !written.isEmpty() && platform::createLink(path, written, seamKind(kind));
 }
 
 bool isSameOnDisk(const FileSystemItem& a, const FileSystemItem& b)

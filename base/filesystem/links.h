@@ -22,12 +22,13 @@ enum class LinkKind
 {
     File,
     Folder,
-    /// To a folder by an absolute path, which on Windows needs no privilege.
+    /// To a folder by an absolute path, which on Windows must be on a drive and needs no privilege.
     Junction
 };
 
-/// Makes a link to `target`, which is written into it as it stands and need not exist. False when something of that
-/// name is there, the system refuses, or a junction is to have a relative target.
+/// Makes a link to `target`, which need not exist and is written into it as it stands, but for slashes and for the dots
+/// in that of a junction. False when something of that name is there, the system refuses, or a junction is to have a
+/// relative target.
 OXA_API bool createLink(const FileSystemItem& link, const String& target, LinkKind kind);
 
 /// Whether both are there and are one and the same on disk, by whatever spellings or links: unlike `==`, this tells

@@ -2,11 +2,14 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
 
+#include "base/filesystem/detail/own_items.h"
 #include "base/filesystem/detail/system_item.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/filesystem/directory.h"
 #include "base/platform/files/new_items.h"
+#include "base/platform/never_destroyed.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
@@ -15,7 +18,6 @@ namespace Oxa_1_1
 namespace
 {
 
-constexpr int ATTEMPTS = 100;
 constexpr auto PATIENCE = std::chrono::milliseconds(1000);
 constexpr auto PAUSE = std::chrono::milliseconds(20);
 
@@ -37,26 +39,24 @@ bool isHeldByAnother(DWORD reason)
 }
 
 /// Scanners of viruses and the like hold new files for a moment.
-bool replacePatiently(const String& draft, const String& target)
+bool replacePatiently(const String& draft, const String& target, bool waitForDisk)
 {
     const auto end = std::chrono::steady_clock::now() + PATIENCE;
-    while (!platform::replaceFile(draft, target))
+    while (!platform::replaceFile(draft, target, waitForDisk))
     {
-        const DWORD reason = platform::lastError();
-        if (!isHeldByAnother(reason) || std::chrono::steady_clock::now() > end)
-        {
-            platform::setLastError(reason);
-            return false;
-        }
+        if (!isHeldByAnother(platform::lastError()) || std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(PAUSE);
     }
     return true;
 }
 
-std::ostream& closedStream()
+/// Nobody's, so what somebody has set in it does not count for the next one.
+std::ostream& closedStream() noexcept
 {
-    thread_local std::ostream closed(nullptr);
-    return closed;
+    thread_local platform::NeverDestroyed<std::ostream> closed(nullptr);
+    closed.get().exceptions(std::ios_base::goodbit);
+    closed.get().rdbuf(nullptr);
+    return closed.get();
 }
 
 }  // namespace
@@ -69,7 +69,7 @@ struct SafeWriter::Draft
 
     /// Empty when no new file can be made.
     static std::unique_ptr<Draft> of(const File& named);
-    bool create() const;
+    bool create(const String& name);
     /// False when something could not be written.
     bool finish();
     bool takePlace(Durability durability) const;
@@ -80,29 +80,27 @@ std::unique_ptr<SafeWriter::Draft> SafeWriter::Draft::of(const File& named)
     auto draft = std::make_unique<Draft>();
     draft->target = behindLinks(named);
     if (draft->target == nullptr) return nullptr;
-    for (int attempt = 0; attempt < ATTEMPTS; ++attempt)
-    {
-        draft->file = File::fromString(*draft->target->getDirectory(), detail::uniqueName(OXA_TEXT("~")));
-        if (draft->file == nullptr) return nullptr;
-        if (draft->create())
-        {
-            draft->stream = draft->file->openWrite(std::ios_base::binary | std::ios_base::trunc);
-            if (*draft->stream) return draft;
-            draft->file->remove();
-            return nullptr;
-        }
-        if (!draft->file->exists()) return nullptr;
-    }
+    const auto create = [&](const String& name) { return draft->create(name); };
+    if (!detail::makeWithUniqueName(OXA_TEXT("~"), create)) return nullptr;
+    draft->stream = draft->file->openWrite(std::ios_base::binary | std::ios_base::trunc);
+    if (*draft->stream) return draft;
+    draft->stream.reset();
+    detail::removeOwnFile(*draft->file);
     return nullptr;
 }
 
 /// What replaces a private file is not to be read by others meanwhile; a new one gets what new files get.
-bool SafeWriter::Draft::create() const
+bool SafeWriter::Draft::create(const String& name)
 {
-    const String path = detail::seamPath(*file);
-    if (path.isNil()) return !file->exists();
-    if (target->exists()) return platform::createPrivateFile(path);
-    return platform::touchFile(path) == platform::Touch::CREATED;
+    file = File::fromString(*target->getDirectory(), name);
+    const String path = file != nullptr ? detail::seamPath(*file) : String();
+    if (!path.isNil())
+        return target->exists() ? platform::createPrivateFile(path)
+                                : platform::touchFile(path) == platform::Touch::CREATED;
+    // Others make it when it is opened.
+    const bool isTaken = file != nullptr && file->exists();
+    if (isTaken) platform::setLastError(detail::NAME_IS_TAKEN);
+    return file != nullptr && !isTaken;
 }
 
 bool SafeWriter::Draft::finish()
@@ -120,11 +118,9 @@ bool SafeWriter::Draft::takePlace(Durability durability) const
     const String draftPath = detail::seamPath(*file);
     const String targetPath = detail::seamPath(*target);
     if (draftPath.isNil() || targetPath.isNil()) return file->move(*target, true);
-    const bool flush = durability == Durability::Power;
-    if (flush && !platform::flushToDisk(draftPath)) return false;
-    if (!replacePatiently(draftPath, targetPath)) return false;
-    if (flush) platform::flushToDisk(target->getDirectory()->getFullNameUnicode());
-    return true;
+    const bool waitForDisk = durability == Durability::Power;
+    if (waitForDisk && !platform::flushToDisk(draftPath)) return false;
+    return replacePatiently(draftPath, targetPath, waitForDisk);
 }
 
 SafeWriter::SafeWriter(const File& target) : m_draft(Draft::of(target)) {}
@@ -133,7 +129,9 @@ SafeWriter::SafeWriter(SafeWriter&& other) noexcept = default;
 
 SafeWriter& SafeWriter::operator=(SafeWriter&& other) noexcept
 {
-    m_draft.swap(other.m_draft);
+    if (this == &other) return *this;
+    discard();
+    m_draft = std::move(other.m_draft);
     return *this;
 }
 
@@ -147,11 +145,10 @@ std::ostream& SafeWriter::stream() noexcept
 bool SafeWriter::commit(Durability durability)
 {
     if (m_draft == nullptr) return false;
+    // A caller's stream may throw what it could not write; then the end of this removes it.
     const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
     if (isDone) m_draft = nullptr;
-    const DWORD reason = platform::lastError();
     discard();
-    if (!isDone) platform::setLastError(reason);
     return isDone;
 }
 
@@ -160,7 +157,7 @@ void SafeWriter::discard() noexcept
     if (m_draft == nullptr) return;
     // An open file cannot be removed everywhere.
     m_draft->stream.reset();
-    m_draft->file->remove();
+    detail::removeOwnFile(*m_draft->file);
     m_draft = nullptr;
 }
 

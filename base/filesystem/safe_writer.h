@@ -26,8 +26,11 @@ class OXA_API SafeWriter
 
     /// The folder of the target must be there and take new files.
     explicit SafeWriter(const File& target);
+    /// `other` has ended afterwards; what this one had not committed is removed.
+    /// @{
     SafeWriter(SafeWriter&& other) noexcept;
     SafeWriter& operator=(SafeWriter&& other) noexcept;
+    /// @}
     /// Removes what was not committed.
     ~SafeWriter();
 
@@ -35,13 +38,15 @@ class OXA_API SafeWriter
     std::ostream& stream() noexcept;
 
     /// Puts the new file in its place and ends the writing. False, with the target as it was, when something could not
-    /// be written, when the target is read-only or a folder, or when another program held it for over a second.
+    /// be written, when the target may not be written or is no file, or when another program held it for over a second.
+    /// With Durability::Power it is also false when the disk failed in the very last step: then the new file is in its
+    /// place, but may be the old one again after a loss of power.
     bool commit(Durability durability = Durability::Program);
     /// Ends the writing without a change.
     void discard() noexcept;
 
    private:
-    struct Draft;
+    struct OXA_HIDDEN Draft;
     std::unique_ptr<Draft> m_draft;
 };
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/filesystem/detail/own_items.h"
 #include "base/filesystem/detail/system_item.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/platform/files/new_items.h"
@@ -12,24 +13,24 @@ namespace Oxa_1_1
 namespace
 {
 
-/// Chance repeats a name hardly once; more often somebody makes it fail on purpose.
-constexpr int ATTEMPTS = 100;
-
 std::shared_ptr<const Directory> systemFolder() { return Directory::fromString(String(platform::temporaryFolder())); }
 
-/// The item of a new name that `create` could make; empty when it could not for another reason than the name.
+/// The item of a new name that `create` could make; empty when it could not.
 template <class Item, class Make>
 std::shared_ptr<const Item> makeUnique(const String& prefix, const Make& itemOf, bool (*create)(TextView))
 {
-    for (int attempt = 0; attempt < ATTEMPTS; ++attempt)
+    std::shared_ptr<const Item> item;
+    const auto make = [&](const String& name)
     {
-        std::shared_ptr<const Item> item = itemOf(detail::uniqueName(prefix));
+        item = itemOf(name);
         const String path = item != nullptr ? detail::seamPath(*item) : String();
-        if (path.isNil()) return nullptr;
-        if (create(path)) return item;
-        if (!item->exists() && !platform::isLink(path)) return nullptr;
-    }
-    return nullptr;
+        if (!path.isNil()) return create(path);
+        constexpr DWORD INVALID_NAME = 123;
+        platform::setLastError(INVALID_NAME);
+        return false;
+    };
+    if (!detail::makeWithUniqueName(prefix, make)) item = nullptr;
+    return item;
 }
 
 std::shared_ptr<const Directory> makeFolder(const std::shared_ptr<const Directory>& parent, const String& prefix)
@@ -56,19 +57,18 @@ TemporaryFolder::TemporaryFolder(const Directory& parent, const String& prefix)
 {
 }
 
-TemporaryFolder::TemporaryFolder(TemporaryFolder&& other) noexcept : m_directory(std::exchange(other.m_directory, {}))
-{
-}
+TemporaryFolder::TemporaryFolder(TemporaryFolder&& other) noexcept : m_directory(other.keep()) {}
 
 TemporaryFolder& TemporaryFolder::operator=(TemporaryFolder&& other) noexcept
 {
-    m_directory.swap(other.m_directory);
+    TemporaryFolder former(std::move(*this));
+    m_directory = this == &other ? former.keep() : other.keep();
     return *this;
 }
 
 TemporaryFolder::~TemporaryFolder()
 {
-    if (m_directory != nullptr) m_directory->remove(true);
+    if (m_directory != nullptr) detail::removeOwnFolder(*m_directory);
 }
 
 std::shared_ptr<const Directory> TemporaryFolder::keep() noexcept { return std::exchange(m_directory, {}); }
@@ -80,17 +80,18 @@ TemporaryFile::TemporaryFile(const Directory& parent, const String& prefix)
 {
 }
 
-TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept : m_file(std::exchange(other.m_file, {})) {}
+TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept : m_file(other.keep()) {}
 
 TemporaryFile& TemporaryFile::operator=(TemporaryFile&& other) noexcept
 {
-    m_file.swap(other.m_file);
+    TemporaryFile former(std::move(*this));
+    m_file = this == &other ? former.keep() : other.keep();
     return *this;
 }
 
 TemporaryFile::~TemporaryFile()
 {
-    if (m_file != nullptr) m_file->remove();
+    if (m_file != nullptr) detail::removeOwnFile(*m_file);
 }
 
 std::shared_ptr<const File> TemporaryFile::keep() noexcept { return std::exchange(m_file, {}); }

@@ -9,7 +9,7 @@ namespace Oxa_1_1
 {
 
 /// A new, empty folder that only this user may enter, with a name that nobody else has; removed at the end with all
-/// that is in it, unless it is kept. One thread at a time.
+/// that is in it, read-only or not, unless it is kept. One thread at a time.
 class OXA_API TemporaryFolder
 {
    public:
@@ -18,7 +18,7 @@ class OXA_API TemporaryFolder
     explicit TemporaryFolder(const String& prefix = OXA_TEXT("oxa"));
     explicit TemporaryFolder(const Directory& parent, const String& prefix = OXA_TEXT("oxa"));
     /// @}
-    /// `other` has none afterwards.
+    /// `other` has none afterwards; what this one had is removed.
     /// @{
     TemporaryFolder(TemporaryFolder&& other) noexcept;
     TemporaryFolder& operator=(TemporaryFolder&& other) noexcept;

@@ -37,6 +37,47 @@ void addRange(std::vector<AddressRange>& ranges, std::uint64_t begin, std::uint6
     if (begin != 0 && begin < end) ranges.push_back({begin, end});
 }
 
+/// What an attribute says of an entry; attributes that nobody asks for are passed over.
+void take(DebugEntry& entry, std::uint64_t attribute, const DebugValue& value)
+{
+    switch (attribute)
+    {
+        case DW_AT_name:
+            entry.name = value;
+            break;
+        case DW_AT_linkage_name:
+        case DW_AT_MIPS_linkage_name:
+            entry.linkageName = value;
+            break;
+        case DW_AT_low_pc:
+            entry.low = value;
+            break;
+        case DW_AT_high_pc:
+            entry.high = value;
+            break;
+        case DW_AT_ranges:
+            entry.ranges = value;
+            break;
+        case DW_AT_abstract_origin:
+            entry.origin = value;
+            break;
+        case DW_AT_specification:
+            entry.specification = value;
+            break;
+        case DW_AT_sibling:
+            entry.sibling = value.kind == Kind::Reference ? value.number : 0;
+            break;
+        case DW_AT_call_file:
+            entry.callFile = value.number;
+            break;
+        case DW_AT_call_line:
+            entry.callLine = value.number;
+            break;
+        default:
+            break;
+    }
+}
+
 }  // namespace
 
 std::uint64_t readUnitLength(ByteReader& reader, std::uint8_t& offsetSize)
@@ -223,45 +264,8 @@ bool DebugUnit::readEntry(ByteReader& reader, const DebugSections& sections, con
     entry.hasChildren = abbreviation->hasChildren;
     const AbbreviationTable::Attribute* attribute = table.attributes(*abbreviation);
     for (std::uint32_t i = 0; i < abbreviation->attributeCount; ++i, ++attribute)
-    {
-        const DebugValue value = readDebugValue(reader, attribute->form, attribute->constant, m_encoding, sections);
-        switch (attribute->name)
-        {
-            case DW_AT_name:
-                entry.name = value;
-                break;
-            case DW_AT_linkage_name:
-            case DW_AT_MIPS_linkage_name:
-                entry.linkageName = value;
-                break;
-            case DW_AT_low_pc:
-                entry.low = value;
-                break;
-            case DW_AT_high_pc:
-                entry.high = value;
-                break;
-            case DW_AT_ranges:
-                entry.ranges = value;
-                break;
-            case DW_AT_abstract_origin:
-                entry.origin = value;
-                break;
-            case DW_AT_specification:
-                entry.specification = value;
-                break;
-            case DW_AT_sibling:
-                entry.sibling = value.kind == Kind::Reference ? value.number : 0;
-                break;
-            case DW_AT_call_file:
-                entry.callFile = value.number;
-                break;
-            case DW_AT_call_line:
-                entry.callLine = value.number;
-                break;
-            default:
-                break;
-        }
-    }
+        take(entry, attribute->name,
+             readDebugValue(reader, attribute->form, attribute->constant, m_encoding, sections));
     return reader.ok();
 }
 
@@ -272,7 +276,6 @@ void DebugUnit::readRoot(const DebugSections& sections)
     const AbbreviationTable::Abbreviation* const root = table.find(reader.unsignedLeb());
     if (root == nullptr) return;
     DebugEntry entry;
-    DebugValue name;
     DebugValue folder;
     const AbbreviationTable::Attribute* attribute = table.attributes(*root);
     for (std::uint32_t i = 0; i < root->attributeCount; ++i, ++attribute)
@@ -281,24 +284,12 @@ void DebugUnit::readRoot(const DebugSections& sections)
         if (!reader.ok()) return;
         switch (attribute->name)
         {
-            case DW_AT_name:
-                name = value;
-                break;
             case DW_AT_comp_dir:
                 folder = value;
                 break;
             case DW_AT_stmt_list:
                 m_lineOffset = value.number;
                 m_hasLines = static_cast<bool>(value);
-                break;
-            case DW_AT_low_pc:
-                entry.low = value;
-                break;
-            case DW_AT_high_pc:
-                entry.high = value;
-                break;
-            case DW_AT_ranges:
-                entry.ranges = value;
                 break;
             case DW_AT_str_offsets_base:
                 m_textOffsetsBase = value.number;
@@ -310,11 +301,12 @@ void DebugUnit::readRoot(const DebugSections& sections)
                 m_rangeListsBase = value.number;
                 break;
             default:
+                take(entry, attribute->name, value);
                 break;
         }
     }
     // Only now the places are known that indexes count from.
-    m_name = textOf(name, sections);
+    m_name = textOf(entry.name, sections);
     m_folder = textOf(folder, sections);
     m_low = addressOf(entry.low, sections);
     m_ranges = rangesOf(entry, sections);

@@ -45,9 +45,9 @@ Text withoutPrefix(Text name)
 {
     if (!name.starts_with(NAMESPACE_PREFIX)) return name;
     name.erase(0, NAMESPACE_PREFIX.size());
-    if (name.starts_with(SHARE_PREFIX)) return OXA_TEXT("\\\\") + name.substr(SHARE_PREFIX.size());
+    if (name.starts_with(SHARE_PREFIX)) return Text(2, '\\').append(name, SHARE_PREFIX.size());
     const bool isOnDrive = name.size() > 1 && name[1] == ':';
-    return isOnDrive ? name : OXA_TEXT("\\\\?\\") + name;
+    return isOnDrive ? name : Text(OXA_TEXT("\\\\?\\")).append(name);
 }
 
 bool isAbsoluteOnDrive(TextView path)

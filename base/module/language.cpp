@@ -29,6 +29,31 @@ void recordLanguage(HINSTANCE module, unsigned short language)
     chosenLanguages->emplace(module, language);
 }
 
+/// A file of resources, which is let go of unless it is taken.
+class DataFile
+{
+   public:
+    explicit DataFile(HINSTANCE file = nullptr) : m_file(file) {}
+    DataFile(DataFile&& other) noexcept : m_file(other.take()) {}
+    DataFile& operator=(DataFile&& other) noexcept
+    {
+        std::swap(m_file, other.m_file);
+        return *this;
+    }
+    DataFile(const DataFile&) = delete;
+    DataFile& operator=(const DataFile&) = delete;
+    ~DataFile()
+    {
+        if (m_file != nullptr) platform::freeModule(m_file);
+    }
+
+    HINSTANCE get() const { return m_file; }
+    HINSTANCE take() { return std::exchange(m_file, nullptr); }
+
+   private:
+    HINSTANCE m_file;
+};
+
 /// The search for the translation of one module. Every language that it comes by is noted.
 class TranslationSearch
 {
@@ -57,7 +82,19 @@ class TranslationSearch
         }
     }
 
+    /// Loads what was found, once, for its version, too. What is of another version, or tells none, is not taken.
+    void load(TextView modulePath)
+    {
+        LanguageAttempt* const attempt = found();
+        if (attempt == nullptr) return;
+        const auto version = detail::fileVersionOf(modulePath);
+        if (version) m_file = DataFile(platform::loadDataFile(attempt->path));
+        if (m_file.get() != nullptr && version == detail::fileVersionOf(m_file.get())) return;
+        attempt->outcome = LanguageOutcome::OTHER_VERSION;
+    }
+
     std::vector<LanguageAttempt>& attempts() { return m_attempts; }
+    DataFile& file() { return m_file; }
     /// The attempt that found a file; null when none did.
     LanguageAttempt* found()
     {
@@ -112,17 +149,14 @@ class TranslationSearch
     TextView m_pattern;
     std::vector<Text> m_folders;
     std::vector<LanguageAttempt> m_attempts;
+    DataFile m_file;
 };
 
-/// Looks for the module's translation. A file of another version, or of a module without one, is not taken.
 TranslationSearch searchTranslation(TextView modulePath, unsigned short langId)
 {
     TranslationSearch search(modulePath, OXA_TEXT("%ls.dll"));
     search.run(langId);
-    LanguageAttempt* const found = search.found();
-    if (found == nullptr) return search;
-    const auto version = detail::fileVersionOf(modulePath);
-    if (!version || version != detail::fileVersionOf(found->path)) found->outcome = LanguageOutcome::OTHER_VERSION;
+    search.load(modulePath);
     return search;
 }
 
@@ -152,7 +186,7 @@ HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId)
     // The one that was found, which is not always the one that was asked for.
     if (module == platform::programModule()) platform::setControlsLanguage(found->langId);
     recordLanguage(module, found->langId);
-    return platform::loadDataFile(found->path);
+    return search.file().take();
 }
 
 void FreeTranslationDLL(HINSTANCE module, HINSTANCE translation) noexcept

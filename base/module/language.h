@@ -34,7 +34,7 @@ OXA_API unsigned short GetCurrentLangId(const Module& module);
 OXA_API std::vector<Text> GetUsedLangAbbrevs();
 
 /// Loads the module's translation to `langId` or else to the best language. Returns `module` when it has no
-/// translation or that has another version; null when the file found cannot be loaded. Modules do this by themselves
+/// translation, or none of its own version that can be loaded. Modules do this by themselves
 /// when they are initialised.
 OXA_API HINSTANCE LoadTranslationDLL(HINSTANCE module, unsigned short langId);
 /// Lets go of what LoadTranslationDLL returned for `module`.

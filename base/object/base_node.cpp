@@ -13,9 +13,10 @@
 namespace Oxa_1_1
 {
 
-// Who drops the last reference still needs the node, to give it up and to destroy it. Were a watcher to revive it
-// meanwhile, and to drop it again, the node would be gone too early. Hence nobody revives a node that has been owned:
-// its last owner destroys it, whatever comes between. A counter of 0 is no end for a node that nobody has owned yet.
+// Who drops the last reference still needs the node, to come to its handle. A watcher may revive the node meanwhile,
+// and drop it again: then two are on their way, and the first of them must not destroy the node, which the second one
+// still needs. Hence revivals are counted: as many of those who come find the node revived and leave it alone, and
+// whoever comes when none is left is the last. A counter of 0 is no end for a node that nobody has owned yet.
 
 /// Has the handle for itself. Mostly nobody else wants it, and then to release it is a plain store, which a mutex
 /// cannot do. Of those who wait all but one sleep in the mutex.
@@ -24,7 +25,8 @@ class WeakHandle::Guard
    public:
     explicit Guard(WeakHandle& handle) : m_handle(handle)
     {
-        if (!take()) wait();
+        if (!take()) [[unlikely]]
+            wait();
     }
     Guard(const Guard&) = delete;
     Guard& operator=(const Guard&) = delete;
@@ -52,11 +54,7 @@ SmartPtr<BaseNode> WeakHandle::lock()
 {
     const Guard guard(*this);
     if (m_node == nullptr) return {};
-    if (m_node->m_counter++ == 0 && m_isOwned.exchange(true, std::memory_order_relaxed))
-    {
-        --m_node->m_counter;
-        return {};
-    }
+    if (m_node->m_counter++ == 0 && m_isOwned.exchange(true, std::memory_order_relaxed)) ++m_revivals;
     return SmartPtr<BaseNode>::adopt(m_node);
 }
 
@@ -75,7 +73,7 @@ BaseNode::BaseNode() : m_handle(std::make_shared<WeakHandle>(this)) {}
 BaseNode::~BaseNode()
 {
     // One that its last owner destroys has been given up already.
-    if (m_counter != DEAD) m_handle->giveUp();
+    if (m_counter != DEAD) m_handle->forget();
 }
 
 void BaseNode::validityCheck(unsigned int) const noexcept {}
@@ -107,7 +105,15 @@ bool WeakHandle::giveUp() noexcept
     // Without watchers nobody else can come by.
     if (!m_isWatched.load(std::memory_order_relaxed)) return std::exchange(m_node, nullptr) != nullptr;
     const Guard guard(*this);
-    return std::exchange(m_node, nullptr) != nullptr;
+    if (m_revivals == 0) return std::exchange(m_node, nullptr) != nullptr;
+    --m_revivals;
+    return false;
+}
+
+void WeakHandle::forget() noexcept
+{
+    const Guard guard(*this);
+    m_node = nullptr;
 }
 
 /// Modules that were built separately rely on these places.

@@ -37,12 +37,16 @@ class OXA_API WeakHandle
     friend class BaseNode;
     class OXA_HIDDEN Guard;
 
-    /// Gives the node up, whatever its counter says; false when it had been given up before.
+    /// Gives the node up, if the caller, who dropped its last reference, is to destroy it.
     OXA_HIDDEN bool giveUp() noexcept;
+    /// Gives the node up, whatever its counter says.
+    OXA_HIDDEN void forget() noexcept;
 
     BaseNode* m_node;
     // Those who find the handle busy line up here.
     std::mutex m_mutex;
+    /// How many have dropped the last reference, but found their node revived before they came here to give it up.
+    unsigned int m_revivals = 0;
     std::atomic<bool> m_isBusy = false;
     /// Whether the node has had an owner, and whether anybody has asked for this handle. Each is set while the node is
     /// held, so that who drops the last reference sees it.

@@ -18,9 +18,9 @@ class OXA_API CodePageInterface
     virtual ~CodePageInterface() = default;
 
     /// The Windows number of the code page.
-    std::uint32_t codePage() const noexcept { return m_codePage; }
+    [[nodiscard]] std::uint32_t codePage() const noexcept { return m_codePage; }
     /// The zero-terminated bytes; null stands for NIL.
-    const char* data() const noexcept { return m_data; }
+    [[nodiscard]] const char* data() const noexcept { return m_data; }
 
    protected:
     /// `data` ends with a zero, or is null for NIL.

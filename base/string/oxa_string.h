@@ -132,11 +132,7 @@ class OXA_API String
 
     /// The host framework's text: NIL for a null buffer.
     template <FrameworkText T>
-    String(const T& text)
-    {
-        const Char* const buffer = text.GetString();
-        if (buffer != nullptr) *this = String(TextView(buffer, static_cast<std::size_t>(text.GetLength())));
-    }
+    String(const T& text);
 
     String& operator=(const String& other) = default;
     /// Takes the text; `other` is left NIL.
@@ -170,7 +166,8 @@ class OXA_API String
     [[nodiscard]] const Char* end() const noexcept { return m_text.data() + m_text.size(); }
     /// @}
 
-    /// The whole stored text; empty for NIL. Valid until the next change.
+    /// The whole stored text; empty for NIL. Valid until the next change. Text and view turn into each other, so a
+    /// conditional expression of both says which one it is to be: `condition ? text : String(view)`.
     /// @{
     [[nodiscard]] TextView view() const noexcept { return m_text; }
     operator TextView() const noexcept { return m_text; }
@@ -187,11 +184,8 @@ class OXA_API String
     /// Appends the first min(length, length of `text`) units; null changes nothing, not even NIL.
     /// @{
     void write(const Char* text, int length);
-    template <class C>
-    requires(std::same_as<C, ForeignChar> || std::same_as<C, char8_t>) void write(const C* text, int length)
-    {
-        if (text != nullptr) append(String(text, length).view());
-    }
+    template <ForeignUnit C>
+    void write(const C* text, int length);
     /// @}
 
     // ---- Comparison -------------------------------------------------------------------------------------------
@@ -202,26 +196,10 @@ class OXA_API String
     [[nodiscard]] int compare(const String& other) const noexcept;
     [[nodiscard]] int compare(const Char* text) const noexcept;
     [[nodiscard]] int compare(Char c) const noexcept;
-    template <TextLike T>
-    [[nodiscard]] int compare(const T& text) const noexcept
-    {
-        return compareText(text);
-    }
-    template <PointedText T>
-    [[nodiscard]] int compare(const T& text) const noexcept
-    {
-        return compare(pointerTo(text));
-    }
+    template <OtherText T>
+    [[nodiscard]] int compare(const T& text) const noexcept;
     template <OtherCharacter C>
-    [[nodiscard]] int compare(C c) const noexcept
-    {
-        return compareText(textUnitsOf(c).view());
-    }
-    template <std::same_as<ForeignChar> C>
-    [[nodiscard]] int compare(const C* text) const
-    {
-        return compare(String(text));
-    }
+    [[nodiscard]] int compare(C c) const noexcept;
     /// @}
 
     /// The same after mapping each unit to lower case: a negative value, 0 or a positive one.
@@ -229,26 +207,10 @@ class OXA_API String
     [[nodiscard]] int compareIgnoreCase(const String& other) const noexcept;
     [[nodiscard]] int compareIgnoreCase(const Char* text) const noexcept;
     [[nodiscard]] int compareIgnoreCase(Char c) const noexcept;
-    template <TextLike T>
-    [[nodiscard]] int compareIgnoreCase(const T& text) const noexcept
-    {
-        return compareTextIgnoreCase(text);
-    }
-    template <PointedText T>
-    [[nodiscard]] int compareIgnoreCase(const T& text) const noexcept
-    {
-        return compareIgnoreCase(pointerTo(text));
-    }
+    template <OtherText T>
+    [[nodiscard]] int compareIgnoreCase(const T& text) const noexcept;
     template <OtherCharacter C>
-    [[nodiscard]] int compareIgnoreCase(C c) const noexcept
-    {
-        return compareTextIgnoreCase(textUnitsOf(c).view());
-    }
-    template <std::same_as<ForeignChar> C>
-    [[nodiscard]] int compareIgnoreCase(const C* text) const
-    {
-        return compareIgnoreCase(String(text));
-    }
+    [[nodiscard]] int compareIgnoreCase(C c) const noexcept;
     /// @}
 
     /// Both NIL, or both present with the same length and the same units up to the first zero.
@@ -258,27 +220,17 @@ class OXA_API String
     /// @{
     friend bool operator==(const String& a, const String& b) noexcept { return a.compare(b) == 0; }
     friend bool operator==(const String& a, const Char* b) noexcept { return a.compare(b) == 0; }
-    template <TextLike T>
+    template <OtherText T>
     friend bool operator==(const String& a, const T& b) noexcept
     {
-        return a.compareText(b) == 0;
-    }
-    template <PointedText T>
-    friend bool operator==(const String& a, const T& b) noexcept
-    {
-        return a.compare(pointerTo(b)) == 0;
+        return a.compare(b) == 0;
     }
     friend std::weak_ordering operator<=>(const String& a, const String& b) noexcept { return a.compare(b) <=> 0; }
     friend std::weak_ordering operator<=>(const String& a, const Char* b) noexcept { return a.compare(b) <=> 0; }
-    template <TextLike T>
+    template <OtherText T>
     friend std::weak_ordering operator<=>(const String& a, const T& b) noexcept
     {
-        return a.compareText(b) <=> 0;
-    }
-    template <PointedText T>
-    friend std::weak_ordering operator<=>(const String& a, const T& b) noexcept
-    {
-        return a.compare(pointerTo(b)) <=> 0;
+        return a.compare(b) <=> 0;
     }
     /// @}
 
@@ -313,20 +265,13 @@ class OXA_API String
         return append(value ? TextView(OXA_TEXT("true")) : TextView(OXA_TEXT("false")));
     }
     template <TruthObject T>
-    String& operator+=(const T& value)
-    {
-        const bool isTrue = value;
-        return *this += isTrue;
-    }
+    String& operator+=(const T& value);
     /// @}
     /// The character; a zero appends nothing, but makes NIL present.
     /// @{
     String& operator+=(Char c);
     template <OtherCharacter C>
-    String& operator+=(C c)
-    {
-        return append(c == 0 ? TextView() : textUnitsOf(c).view());
-    }
+    String& operator+=(C c);
 #ifdef OXA_NO_IMPLICIT_ANSI
     template <std::same_as<char> C>
     requires OtherCharacter<C> String& operator+=(C c) = delete;
@@ -339,19 +284,13 @@ class OXA_API String
     /// @{
     String& operator+=(const Char* text);
     template <PointedText T>
-    String& operator+=(const T& text)
-    {
-        return *this += pointerTo(text);
-    }
+    String& operator+=(const T& text);
     /// @}
     /// The text up to its first zero; NIL becomes a copy of `other`.
     /// @{
     String& operator+=(const String& other);
     template <std::same_as<Text> T>
-    String& operator+=(const T& other)
-    {
-        return m_present ? appendText(other) : append(other);
-    }
+    String& operator+=(const T& other);
     /// @}
     /// The text up to its first zero.
     template <TextLike T>
@@ -405,11 +344,7 @@ class OXA_API String
     /// the next one, {{ and }} for a brace: for texts whose translations need another order. Each argument is written
     /// as << does. Anything else in braces, or a position that has no argument, stays as it is. NIL gives NIL.
     template <class... A>
-    [[nodiscard]] static String format(const String& pattern, const A&... arguments)
-    {
-        const String texts[] = {String(), std::move(String() << arguments)...};
-        return formatted(pattern, texts + 1, sizeof...(A));
-    }
+    [[nodiscard]] static String format(const String& pattern, const A&... arguments);
 
     // ---- Trailing index: the run of decimal digits at the end -------------------------------------------------
 
@@ -464,20 +399,14 @@ class OXA_API String
     [[nodiscard]] int find(const Char* text, int start = 0) const noexcept;
     [[nodiscard]] int find(const String& text, int start = 0) const noexcept { return find(text.stringPath(), start); }
     template <PointedText T>
-    [[nodiscard]] int find(const T& text, int start = 0) const noexcept
-    {
-        return find(pointerTo(text), start);
-    }
+    [[nodiscard]] int find(const T& text, int start = 0) const noexcept;
     /// @}
     /// In the whole stored text, embedded zeros included. A character beyond U+FFFF is found as the pair that it is
     /// stored as.
     /// @{
     [[nodiscard]] int find(Char c, int start = 0) const noexcept;
     template <OtherCharacter C>
-    [[nodiscard]] int find(C c, int start = 0) const noexcept
-    {
-        return findUnits(unitsOf(c).view(), start);
-    }
+    [[nodiscard]] int find(C c, int start = 0) const noexcept;
     template <std::integral N, Character C>
     int find(N start, C c) const = delete;
     /// @}
@@ -486,19 +415,13 @@ class OXA_API String
     [[nodiscard]] int findLastOf(const Char* text) const noexcept;
     [[nodiscard]] int findLastOf(const String& text) const noexcept { return findLastOf(text.stringPath()); }
     template <PointedText T>
-    [[nodiscard]] int findLastOf(const T& text) const noexcept
-    {
-        return findLastOf(pointerTo(text));
-    }
+    [[nodiscard]] int findLastOf(const T& text) const noexcept;
     /// @}
     /// The last `c` at or after `start`.
     /// @{
     [[nodiscard]] int findLastOf(Char c, int start = 0) const noexcept;
     template <OtherCharacter C>
-    [[nodiscard]] int findLastOf(C c, int start = 0) const noexcept
-    {
-        return findLastUnits(unitsOf(c).view(), start);
-    }
+    [[nodiscard]] int findLastOf(C c, int start = 0) const noexcept;
     template <std::integral N, Character C>
     int findLastOf(N start, C c) const = delete;
     /// @}
@@ -512,10 +435,7 @@ class OXA_API String
     /// @{
     [[nodiscard]] bool contains(const String& text, bool ignoreCase = false) const noexcept;
     template <Character C>
-    [[nodiscard]] bool contains(C c) const noexcept
-    {
-        return view().find(unitsOf(c).view()) != TextView::npos;
-    }
+    [[nodiscard]] bool contains(C c) const noexcept;
     /// @}
 
     /// The first letter, digit, '-', '.' or '+'; the first unit that is none of these.
@@ -569,43 +489,21 @@ class OXA_API String
     /// @{
     [[nodiscard]] std::vector<String> split(const String& separator) const { return splitAt(separator.view()); }
     template <Character C>
-    [[nodiscard]] std::vector<String> split(C separator) const
-    {
-        return splitAt(unitsOf(separator).view());
-    }
+    [[nodiscard]] std::vector<String> split(C separator) const;
     /// @}
     /// The parts with the separator between them, each written as << does, Strings with all that they hold; present and
     /// empty without parts.
     /// @{
     template <class Range>
-    [[nodiscard]] static String join(const Range& parts, const String& separator)
-    {
-        String result(Present{});
-        bool isFirst = true;
-        for (const auto& part : parts)
-        {
-            if (!std::exchange(isFirst, false)) result.append(separator.view());
-            if constexpr (std::same_as<std::remove_cvref_t<decltype(part)>, String>)
-                result.append(part.view());
-            else
-                result << part;
-        }
-        return result;
-    }
-    [[nodiscard]] static String join(std::initializer_list<String> parts, const String& separator)
-    {
-        return join<std::initializer_list<String>>(parts, separator);
-    }
+    [[nodiscard]] static String join(Range&& parts, const String& separator);
+    [[nodiscard]] static String join(std::initializer_list<String> parts, const String& separator);
     /// @}
 
     /// Replaces units up to the first zero; the number of replacements.
     /// @{
     int replace(Char from, Char to) noexcept;
     template <Character A, Character B>
-    requires(OtherCharacter<A> || OtherCharacter<B>) int replace(A from, B to)
-    {
-        return replaceUnits(unitsOf(from), unitsOf(to));
-    }
+    requires(OtherCharacter<A> || OtherCharacter<B>) int replace(A from, B to);
     /// @}
     /// Replaces texts up to the first zero; the number of replacements. Resumes after the insertion, takes a null or
     /// NIL `to` as the empty text and does nothing for a null or empty `from`.
@@ -615,10 +513,7 @@ class OXA_API String
     int replace(const String& from, const Char* to) { return replace(from.stringPath(), to); }
     int replace(const Char* from, const String& to) { return replace(from, to.stringPath()); }
     template <class A, class B>
-    requires(PointedText<A> || PointedText<B>) int replace(const A& from, const B& to)
-    {
-        return replace(pointerTo(from), pointerTo(to));
-    }
+    requires(PointedText<A> || PointedText<B>) int replace(const A& from, const B& to);
     /// @}
 
     /// Reverses the units in place, surrogate pairs not kept together.
@@ -648,10 +543,7 @@ class OXA_API String
     static const Char* pointerTo(const Char* text) noexcept { return text; }
     static const Char* pointerTo(const String& text) noexcept { return text.stringPath(); }
     template <PointedText T>
-    static const Char* pointerTo(const T& text) noexcept
-    {
-        return text.GetString();
-    }
+    static const Char* pointerTo(const T& text) noexcept;
 
     /// As far as an int counts.
     TextView countable() const noexcept
@@ -682,37 +574,8 @@ class OXA_API String
 
 static_assert(sizeof(String) == sizeof(Text) + sizeof(void*));
 
-/// Writes the ANSI form with the stream's width and fill.
-/// Kept on purpose: NIL and empty texts write nothing, not even padding, and leave the width set.
-OXA_API std::ostream& operator<<(std::ostream& stream, const String& text);
-
-/// Reads one token of ANSI text: up to white space, or between double quotes, where a backslash makes the next
-/// character literal. The result is present; at the end of input it is empty and the stream fails.
-OXA_API std::istream& operator>>(std::istream& stream, String& text);
-
-/// The bytes of a text in UTF-8, to be written.
-struct Utf8Bytes
-{
-    /// Without the terminating zero.
-    std::string bytes;
-};
-
-/// For streams that take UTF-8: std::cout << utf8(text).
-[[nodiscard]] OXA_API Utf8Bytes utf8(const String& text);
-
-/// Writes as << of a String does, but in UTF-8.
-OXA_API std::ostream& operator<<(std::ostream& stream, const Utf8Bytes& text);
-
-/// Writes NIL, or the text in quotes with its escapes.
-OXA_API void writeReadably(std::ostream& stream, const String& text);
-
-/// The same, as GoogleTest looks for it. A template, so that a test may have one of its own.
-template <std::same_as<String> S>
-void PrintTo(const S& text, std::ostream* stream)
-{
-    writeReadably(*stream, text);
-}
-
 }  // namespace Oxa_1_1
 
+#include "base/string/string_adapters.h"
 #include "base/string/string_order.h"
+#include "base/string/string_stream.h"

@@ -12,12 +12,13 @@ namespace Oxa_1_1
 namespace
 {
 
+/// More digits than any list of arguments needs.
+constexpr std::size_t MOST_DIGITS = 4;
+
 /// The position that the text between braces names, which is `next` for none; nothing for another text.
 std::optional<std::size_t> readPosition(TextView text, std::size_t& next)
 {
     if (text.empty()) return next++;
-    // More digits than any list of arguments needs.
-    if (text.size() > 4) return std::nullopt;
     std::size_t position = 0;
     for (const Char c : text)
     {
@@ -43,7 +44,9 @@ String String::formatted(const String& pattern, const String* arguments, std::si
         if (rest.empty()) break;
 
         const bool isDouble = rest.size() > 1 && rest[0] == rest[1];
-        const std::size_t end = rest[0] == '{' && !isDouble ? rest.find(Char('}')) : TextView::npos;
+        // No further than a position reaches, so that braces without their ends cost nothing.
+        const TextView field = rest.substr(0, MOST_DIGITS + 2);
+        const std::size_t end = rest[0] == '{' && !isDouble ? field.find(Char('}')) : TextView::npos;
         const auto position = end == TextView::npos ? std::nullopt : readPosition(rest.substr(1, end - 1), next);
         if (position && *position < count)
         {

@@ -19,26 +19,19 @@ struct StringLess2
 
     /// Whether `a` comes before `b`.
     /// @{
-    bool operator()(const String& a, const String& b) const noexcept { return a.compareIgnoreCase(b) < 0; }
-    bool operator()(const String& a, const Char* b) const noexcept { return a.compareIgnoreCase(b) < 0; }
-    bool operator()(const Char* a, const String& b) const noexcept { return b.compareIgnoreCase(a) > 0; }
-    template <TextLike T>
-    bool operator()(const String& a, const T& b) const noexcept
+    [[nodiscard]] bool operator()(const String& a, const String& b) const noexcept
     {
         return a.compareIgnoreCase(b) < 0;
     }
-    template <TextLike T>
-    bool operator()(const T& a, const String& b) const noexcept
-    {
-        return b.compareIgnoreCase(a) > 0;
-    }
-    template <PointedText T>
-    bool operator()(const String& a, const T& b) const noexcept
+    [[nodiscard]] bool operator()(const String& a, const Char* b) const noexcept { return a.compareIgnoreCase(b) < 0; }
+    [[nodiscard]] bool operator()(const Char* a, const String& b) const noexcept { return b.compareIgnoreCase(a) > 0; }
+    template <OtherText T>
+    [[nodiscard]] bool operator()(const String& a, const T& b) const noexcept
     {
         return a.compareIgnoreCase(b) < 0;
     }
-    template <PointedText T>
-    bool operator()(const T& a, const String& b) const noexcept
+    template <OtherText T>
+    [[nodiscard]] bool operator()(const T& a, const String& b) const noexcept
     {
         return b.compareIgnoreCase(a) > 0;
     }
@@ -61,10 +54,13 @@ struct StringHashIgnoreCase
     {
         return text == nullptr ? 0 : ofPresent(text);
     }
-    template <TextLike T>
+    template <OtherText T>
     [[nodiscard]] std::size_t operator()(const T& text) const noexcept
     {
-        return ofPresent(text);
+        if constexpr (PointedText<T>)
+            return (*this)(static_cast<const Char*>(text.GetString()));
+        else
+            return ofPresent(text);
     }
     /// @}
 
@@ -85,13 +81,13 @@ struct StringEqualIgnoreCase
         return a.compareIgnoreCase(b) == 0;
     }
     template <class T>
-    requires(TextLike<T> || std::convertible_to<const T&, const Char*>) [[nodiscard]] bool operator()(
+    requires(OtherText<T> || std::convertible_to<const T&, const Char*>) [[nodiscard]] bool operator()(
         const String& a, const T& b) const noexcept
     {
         return a.compareIgnoreCase(b) == 0;
     }
     template <class T>
-    requires(TextLike<T> || std::convertible_to<const T&, const Char*>) [[nodiscard]] bool operator()(
+    requires(OtherText<T> || std::convertible_to<const T&, const Char*>) [[nodiscard]] bool operator()(
         const T& a, const String& b) const noexcept
     {
         return b.compareIgnoreCase(a) == 0;
@@ -106,7 +102,7 @@ template <>
 struct std::hash<Oxa_1_1::String>
 {
     /// Of the text up to its first zero.
-    std::size_t operator()(const Oxa_1_1::String& text) const noexcept
+    [[nodiscard]] std::size_t operator()(const Oxa_1_1::String& text) const noexcept
     {
         if (text.isNil()) return 0;
         return std::hash<Oxa_1_1::TextView>{}(text.view().substr(0, text.view().find(Oxa_1_1::Char())));

@@ -38,10 +38,17 @@ concept FrameworkText = requires(const T& text)
 template <class T>
 concept PointedText = FrameworkText<T> && !std::is_base_of_v<String, T> && std::convertible_to<const T&, const Char*>;
 
+/// What a String is compared with without a copy.
+template <class T>
+concept OtherText = TextLike<T> || PointedText<T>;
+
+/// The units of text that is converted: the other kind of wide characters, and UTF-8 by its type.
+template <class C>
+concept ForeignUnit = std::same_as<C, ForeignChar> || std::same_as<C, char8_t>;
+
 /// A character of another type than Char. A plain char is one of the ANSI code page.
 template <class C>
-concept OtherCharacter =
-    std::same_as<C, ForeignChar> || std::same_as<C, char> || std::same_as<C, char8_t> || std::same_as<C, char32_t>;
+concept OtherCharacter = ForeignUnit<C> || std::same_as<C, char> || std::same_as<C, char32_t>;
 
 /// A character of any type. The byte types are numbers.
 template <class C>
@@ -73,15 +80,15 @@ struct CharacterUnits
     /// @}
 
     /// Both as a text, valid as long as this lives.
-    TextView view() const noexcept { return {units, count}; }
+    [[nodiscard]] TextView view() const noexcept { return {units, count}; }
 };
 
 /// The unit of a character of the ANSI code page.
-OXA_API Char unitOfAnsi(char c) noexcept;
+[[nodiscard]] OXA_API Char unitOfAnsi(char c) noexcept;
 
 /// The units of a character; U+FFFD for what is none in Unicode. A half of a surrogate pair stays what it is.
 template <Character C>
-CharacterUnits unitsOf(C c) noexcept
+[[nodiscard]] CharacterUnits unitsOf(C c) noexcept
 {
     constexpr Char REPLACEMENT = 0xFFFD;
     if constexpr (std::same_as<C, char>)
@@ -95,7 +102,7 @@ CharacterUnits unitsOf(C c) noexcept
 
 /// The same for a character that becomes text: a half of a pair that comes alone in UTF-32 is U+FFFD.
 template <Character C>
-CharacterUnits textUnitsOf(C c) noexcept
+[[nodiscard]] CharacterUnits textUnitsOf(C c) noexcept
 {
     const CharacterUnits units = unitsOf(c);
     const bool isHalf = sizeof(C) == 4 && units.count == 1 && (units.units[0] & 0xF800) == 0xD800;

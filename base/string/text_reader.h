@@ -17,11 +17,13 @@ namespace Oxa_1_1
 class OXA_API TextReader
 {
    public:
-    /// At the front of `text`. A temporary String would be gone at the first read, so it does not compile.
+    /// At the front of `text`; at the end of nothing for null. A temporary text would be gone at the first read, so it
+    /// does not compile.
     /// @{
     explicit TextReader(TextView text) noexcept : m_text(text) {}
-    template <std::same_as<String> S>
-    explicit TextReader(const S&& text) = delete;
+    explicit TextReader(const Char* text) noexcept : m_text(text == nullptr ? TextView() : TextView(text)) {}
+    template <class T>
+    requires(std::same_as<T, String> || std::same_as<T, Text>) explicit TextReader(const T&& text) = delete;
     /// @}
 
     /// As `>>` of String does.

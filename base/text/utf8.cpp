@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <type_traits>
 
 #include "base/text/resize_and_fill.h"
@@ -258,10 +259,9 @@ std::string encodeByKernels(TextView text)
 /// @{
 Text decodeShort(std::string_view bytes)
 {
-    Char units[SHORT];
-    const auto [read, written] = textKernels().decodeUtf8(bytes.data(), bytes.size(), units, bytes.size());
-    if (read == bytes.size()) return {units, written};
-    return {units, written + decodeInto(bytes.substr(read), units + written, bytes.size() - written).written};
+    // Room for whole vectors: what is stored by a mask is not there at once for the copy.
+    Char units[2 * SHORT];
+    return {units, decodeInto(bytes, units, std::size(units)).written};
 }
 
 std::string encodeShort(TextView text)
@@ -276,14 +276,14 @@ std::string encodeShort(TextView text)
 Text decodeUtf8(std::string_view bytes)
 {
     if (bytes.size() > SHORT) return decodeByKernels(bytes);
-    if (!textKernels().takesShort && isAsciiOfWords(bytes)) return Text(bytes.begin(), bytes.end());
+    if (isAsciiOfWords(bytes)) return Text(bytes.begin(), bytes.end());
     return decodeShort(bytes);
 }
 
 std::string encodeUtf8(TextView text)
 {
     if (text.size() > SHORT) return encodeByKernels(text);
-    if (!textKernels().takesShort && isAsciiOfWords(text)) return std::string(text.begin(), text.end());
+    if (isAsciiOfWords(text)) return std::string(text.begin(), text.end());
     return encodeShort(text);
 }
 

@@ -58,6 +58,22 @@ TEST(SafeWriter, WhatCannotBeReplacedStays)
     EXPECT_EQ(folder.contents(), (Names{"folder/", "locked"}));
 }
 
+TEST(SafeWriter, IsHandedOn)
+{
+    const TempFolder folder;
+    SafeWriter first(*folder.file("first"));
+    first.stream() << "first";
+    SafeWriter second(*folder.file("second"));
+    second = std::move(first);
+    EXPECT_EQ(folder.contents().size(), 1U);
+    // What a caller does to the stream of an ended writer is not seen in another one's.
+    EXPECT_ANY_THROW(first.stream().exceptions(std::ios_base::badbit));
+    EXPECT_FALSE(first.stream() << "late");
+    EXPECT_FALSE(first.commit());
+    EXPECT_TRUE(second.commit());
+    EXPECT_EQ(folder.contents(), Names{"first"});
+}
+
 TEST(SafeWriter, AFullDiskLeavesTheOldFile)
 {
     MemoryFileSystem memory;
@@ -110,6 +126,15 @@ TEST(Temporary, NamesAreUniqueAmongThreadsAndGoneAtTheEnd)
     files.clear();
     EXPECT_TRUE(kept->exists());
     EXPECT_EQ(folder.contents().size(), 2U);
+    TemporaryFolder filled(*folder.directory());
+    folder.write(filled.directory()->getName().stringUTF8() + "/inside/file");
+    TemporaryFile locked(*folder.directory());
+    folder.setReadOnly(filled.directory()->getName().stringUTF8() + "/inside/file", true);
+    folder.setReadOnly(filled.directory()->getName().stringUTF8() + "/inside", true);
+    folder.setReadOnly(locked.file()->getName().stringUTF8(), true);
+    filled = TemporaryFolder(*folder.directory());
+    locked = TemporaryFile(*folder.directory());
+    EXPECT_EQ(folder.contents().size(), 4U);
     EXPECT_EQ(TemporaryFolder(*folder.directory("missing")).directory(), nullptr);
     EXPECT_EQ(TemporaryFile(*folder.directory(), OXA_TEXT("a/b")).file(), nullptr);
     const TemporaryFolder somewhere;
@@ -155,6 +180,7 @@ TEST(Links, WhatIsNoneHasNoTarget)
     EXPECT_FALSE(isSameOnDisk(*folder.file("missing"), *folder.file("missing")));
     EXPECT_FALSE(createLink(*folder.file("file"), OXA_TEXT("other"), LinkKind::File));
     EXPECT_FALSE(createLink(*folder.file("link"), OXA_TEXT("relative"), LinkKind::Junction));
+    EXPECT_FALSE(createLink(*folder.file("link"), OXA_TEXT("C:\\no*path"), LinkKind::Junction));
     EXPECT_FALSE(createLink(*folder.file("link"), String(), LinkKind::File));
 }
 

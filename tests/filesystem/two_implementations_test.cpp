@@ -150,6 +150,12 @@ TEST_F(TwoImplementations, CopyWholeFoldersButRenameNothingAcross)
     EXPECT_FALSE(memoryFile("tree/file")->move(*m_disk.file("moved"), true));
     EXPECT_FALSE(m_disk.directory("back")->move(*memoryFolder("moved"), false));
     EXPECT_EQ(m_disk.read("back/inner/file"), "22");
+    // Nor is a target emptied for it.
+    m_disk.write("tree/file", "old");
+    EXPECT_FALSE(memoryFolder("tree")->move(*m_disk.directory("back"), true));
+    EXPECT_FALSE(m_disk.directory("back")->move(*memoryFolder("tree"), true));
+    EXPECT_EQ(m_disk.read("back/inner/file"), "22");
+    EXPECT_EQ(contentOf(*memoryFile("tree/inner/file")), "22");
 }
 
 TEST_F(TwoImplementations, FailAsTheyAreTold)

@@ -12,6 +12,7 @@
 #include "base/platform/files/file_observer.h"
 #include "base/platform/system/last_error.h"
 #include "base/platform/system/shell.h"
+#include "tests/filesystem/foreigners.h"
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
 
@@ -170,26 +171,6 @@ TEST(Requests, LeaveNothingOfAFailedCopyOfAFolder)
     EXPECT_TRUE(messages.take().empty());
 }
 
-/// Sees to it that creators of others come before the library's own, so that all goes by virtual operations.
-class ForeignersFirst
-{
-   public:
-    ForeignersFirst() { File::creators.push_front(std::make_shared<Refuser>()); }
-    ForeignersFirst(const ForeignersFirst&) = delete;
-    ForeignersFirst& operator=(const ForeignersFirst&) = delete;
-    ~ForeignersFirst() { File::creators.pop_front(); }
-
-   private:
-    class Refuser final : public File::ImplCreator
-    {
-        std::unique_ptr<IFileImpl> create(const Directory& /*folder*/, const String& /*name*/) const override
-        {
-            return nullptr;
-        }
-        std::unique_ptr<IFileImpl> create(const String& /*path*/) const override { return nullptr; }
-    };
-};
-
 TEST(Requests, ThatFailMakeNoOperationOnATreeTrue)
 {
     for (const bool isGeneric : {false, true})
@@ -230,18 +211,17 @@ TEST(Requests, ThatFailMakeNoOperationOnATreeTrue)
     }
 }
 
-/// Everything is removed at once where the system can do that, and one by one before an observer.
-TEST(Requests, OfRemovalsEndAlikeAtOnceAndOneByOne)
+TEST(Requests, OfRemovalsEndAlikeByOpenFoldersAndByPaths)
 {
     const TempFolder temp;
     Messages messages;
     std::map<std::string, Texts> reports;
-    for (const std::string top : {"atOnce", "singly"})
+    for (const std::string top : {"open", "generic"})
     {
         for (const char* const file : {"/a", "/b/c", "/b/d/kept", "/b/e/f/g"}) temp.write(top + file);
         temp.makeFolder(top + "/b/h");
         ASSERT_EQ(temp.file(top + "/b/d/kept")->setAsReadOnly(), 0);
-        const auto recorder = top == "singly" ? std::make_unique<Recorder>() : nullptr;
+        const auto foreigners = top == "generic" ? std::make_unique<ForeignersFirst>() : nullptr;
         const auto folder = temp.directory(top);
         EXPECT_TRUE(folder->removeContents(false));
         EXPECT_FALSE(temp.has(top + "/a"));
@@ -257,8 +237,8 @@ TEST(Requests, OfRemovalsEndAlikeAtOnceAndOneByOne)
         EXPECT_TRUE(folder->remove(true));
         EXPECT_FALSE(temp.has(top));
     }
-    EXPECT_FALSE(reports["atOnce"].empty());
-    EXPECT_EQ(reports["atOnce"], reports["singly"]);
+    EXPECT_FALSE(reports["open"].empty());
+    EXPECT_EQ(reports["open"], reports["generic"]);
 }
 
 TEST(Requests, FailWithMessages)
@@ -313,10 +293,13 @@ TEST(Requests, AreAsManyAsTheOrderNeeds)
     Recorder recorder;
     constexpr int FOLDERS = 4;
     EXPECT_EQ(temp.directory()->collectFiles("*", true).size(), 4U);
-    EXPECT_EQ(recorder.counts["openFolder"], 2 * FOLDERS);
+    // A folder is read once for the list and once to go on.
+    EXPECT_EQ(recorder.counts["openFolder"], FOLDERS);
+    EXPECT_EQ(recorder.counts["rewind"], FOLDERS);
     recorder.counts.clear();
     EXPECT_EQ(temp.directory()->collectContents("*", true).size(), 7U);
-    EXPECT_EQ(recorder.counts["openFolder"], 3 * FOLDERS);
+    EXPECT_EQ(recorder.counts["openFolder"], FOLDERS);
+    EXPECT_EQ(recorder.counts["rewind"], 2 * FOLDERS);
     EXPECT_EQ(recorder.counts["readAttributes"] + recorder.counts["isLink"] + recorder.counts["readIdentity"], 0);
 }
 

@@ -38,6 +38,9 @@ TEST(Wildcard, Matches)
         {OXA_TEXT("\u00C4*"), OXA_TEXT("\u00E4x"), true},
         {OXA_TEXT("abc"), OXA_TEXT("abcd"), false},
         {OXA_TEXT("[a-z]"), OXA_TEXT("b"), false},
+        {OXA_TEXT("*"), OXA_TEXT("*a"), false},
+        {OXA_TEXT("*a"), OXA_TEXT("x*a"), true},
+        {OXA_TEXT("**"), OXA_TEXT("*b"), true},
     };
     for (const Case& c : cases) EXPECT_EQ(Wildcard(c.pattern).matches(c.name), c.matches) << &c - cases;
 }

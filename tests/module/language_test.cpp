@@ -180,6 +180,20 @@ TEST_F(Language, OfADamagedTranslationIsTakenAsFarAsItIsWhole)
     }
 }
 
+/// A new version of the program is written over the old one, which still runs.
+TEST_F(Language, OfATranslationThatIsCutShortMeanwhileIsWhole)
+{
+    speak({GERMAN, ENGLISH, ENGLISH, ENGLISH});
+    const fs::path folder = copyFixture() / "languages";
+    fs::create_directories(folder);
+    fs::copy_file(SCANNER_FOLDER / "languages/DEU.dll", folder / "DEU.dll");
+    const LoadedFixture fixture("scanner", "copy");
+    // Refused where the system keeps files that are in use.
+    std::error_code refused;
+    fs::resize_file(folder / "DEU.dll", 0, refused);
+    EXPECT_EQ(String::loadFromResource(IDS_GREETING, fixture.module()), GERMAN_GREETING);
+}
+
 TEST_F(Language, StaysTheOneThatWasRecordedFirst)
 {
     speak({GERMAN, ENGLISH, ENGLISH, ENGLISH});

@@ -96,9 +96,12 @@ TEST(PlugIn, IsHeldByItsCopiesUnlessItIsKept)
     copy = {};
     EXPECT_EQ(Module::find(OXA_TEXT("plain.x")), nullptr);
 
-    String reason;
-    EXPECT_FALSE(PlugIn::load(file + OXA_TEXT(".none"), reason));
-    EXPECT_FALSE(reason.isEmpty());
+    for (const String& missing : {file + OXA_TEXT(".none"), String::EMPTY, String::NIL})
+    {
+        String reason;
+        EXPECT_FALSE(PlugIn::load(missing, reason));
+        EXPECT_FALSE(reason.isEmpty());
+    }
     EXPECT_TRUE(PlugIn().module() == nullptr && PlugIn().symbol("x") == nullptr);
 }
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 #include <unordered_set>
 #include <utility>
@@ -198,6 +199,45 @@ TEST(WeakHandle, GivesUpANodeOnce)
     EXPECT_FALSE(handle->lock());
     SmartPtr<BaseNode>(node.get()).reset();
     EXPECT_EQ(node->getRefCounter(), 0U);
+}
+
+/// The handle as one has it who is just using it.
+template <auto Member>
+struct Busy
+{
+    friend std::atomic<bool>& busy(WeakHandle& handle) { return handle.*Member; }
+};
+template struct Busy<&WeakHandle::m_isBusy>;
+std::atomic<bool>& busy(WeakHandle& handle);
+
+/// A watcher comes to the handle before the thread that dropped the last reference does.
+TEST(WeakHandle, RevivesANodeWhoseLastOwnerIsOnItsWay)
+{
+    bool isRevived = false;
+    for (int round = 0; round < 100 && !isRevived; ++round)
+    {
+        std::atomic<int> destroyed = 0;
+        CountedNode* const node = new CountedNode(destroyed);
+        SmartPtr<BaseNode> owner = node;
+        const std::shared_ptr<WeakHandle> handle = node->getWeakHandle().lock();
+        SmartPtr<BaseNode> revived;
+        busy(*handle) = true;
+        std::thread watcher([&] { revived = handle->lock(); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::thread last([&] { owner.reset(); });
+        while (node->getRefCounter() != 0) std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        busy(*handle) = false;
+        watcher.join();
+        last.join();
+        isRevived = revived != nullptr;
+        ASSERT_EQ(destroyed, isRevived ? 0 : 1);
+        EXPECT_TRUE(!isRevived || node->getRefCounter() == 1);
+        revived.reset();
+        EXPECT_EQ(destroyed, 1);
+        EXPECT_FALSE(handle->lock());
+    }
+    EXPECT_TRUE(isRevived);
 }
 
 /// Owners let go while watchers revive: the node dies once, and nobody sees it dead.

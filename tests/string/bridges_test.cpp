@@ -154,6 +154,8 @@ TEST(StringBridges, TextOfTheHostFrameworkThatIsAPointerToo)
     EXPECT_TRUE(StringLess2()(text, b) && !StringLess2()(b, text) && StringLess2()(nil, text));
     EXPECT_EQ(text.replace(b, L"c") + text.replace(OXA_TEXT("c"), b) + text.replace(b, b), 6);
     EXPECT_EQ(String(b), OXA_TEXT("b"));
+    const std::unordered_set<String, StringHashIgnoreCase, StringEqualIgnoreCase> set{OXA_TEXT("B"), String::NIL};
+    EXPECT_EQ(set.count(b) + set.count(nil) + set.count(HostText(b)), 3u);
 }
 
 TEST(StringBridges, TakesTheHostFrameworksText)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ranges>
 #include <vector>
 
 // Where {fmt} is installed, without its library.
@@ -37,7 +38,9 @@ TEST(StringEveryday, SplitAndJoinAreInverse)
     EXPECT_EQ(String(OXA_TEXT("a;b")).split(';').back(), OXA_TEXT("b"));
     EXPECT_EQ(String(OXA_TEXT("a;b")).split(String::EMPTY).size(), 1u);
     EXPECT_EQ(String::join({OXA_TEXT("a"), String::NIL}, u8"-"), OXA_TEXT("a-"));
-    EXPECT_EQ(String::join(std::vector{1.5, 2.0}, OXA_TEXT(" ")), OXA_TEXT("1.5 2"));
+    // A view that filters has no elements while it is const.
+    EXPECT_EQ(String::join(std::vector{1.5, 0.0, 2.0} | std::views::filter([](double d) { return d > 1; }), u8" "),
+              OXA_TEXT("1.5 2"));
     EXPECT_TRUE(String::join(std::vector<String>(), OXA_TEXT(",")).compareEquality(String::EMPTY));
 }
 
@@ -109,6 +112,9 @@ TEST(StringEveryday, PositionsNameArguments)
             << testing::PrintToString(String::format(pattern, 5, OXA_TEXT("b"), true));
     EXPECT_EQ(String::format(u8"{0}{1}{2}", String::NIL, OXA_TEXT("{3}"), 'c', 1), OXA_TEXT("{3}c"));
     EXPECT_EQ(String::format(OXA_TEXT("{0}")), OXA_TEXT("{0}"));
+    // Braces without their ends cost no look at all that follows each.
+    const String braces = String::join(std::vector<String>(300000, OXA_TEXT("{ ")), String::EMPTY);
+    EXPECT_EQ(String::format(braces, 1), braces);
 }
 
 TEST(StringEveryday, PathsAreShortenedAtBothSeparators)

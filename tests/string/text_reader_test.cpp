@@ -18,9 +18,10 @@ namespace Oxa_1_1
 namespace
 {
 
-static_assert(!std::is_constructible_v<TextReader, String>, "it would read what is gone");
+static_assert(!std::is_constructible_v<TextReader, String> && !std::is_constructible_v<TextReader, Text>,
+              "it would read what is gone");
 static_assert(std::is_constructible_v<TextReader, const String&>);
-static_assert(std::is_constructible_v<TextReader, TextView>);
+static_assert(std::is_constructible_v<TextReader, TextView> && std::is_constructible_v<TextReader, const Text&>);
 
 template <class T>
 auto bitsOf(const T& value)
@@ -172,6 +173,7 @@ TEST(TextReader, TellsWhetherSomethingWasRead)
     EXPECT_TRUE(reader.isAtEnd());
     reader.setPosition(100);
     EXPECT_EQ(reader.position(), 6U);
+    EXPECT_TRUE(TextReader(nullptr).isAtEnd());
 }
 
 TEST(TextReader, DoublesAreTheNearestOnes)

@@ -9,10 +9,22 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/diagnostics/resolved_stack.h"
 #include "base/platform/stack/symbols.h"
 
 namespace Oxa_1_1::detail
 {
+
+/// What was found for an address. It stays in its place, because the frames point to the symbol's texts.
+struct KnownAddress
+{
+    platform::SymbolInfo symbol;
+    /// Of the functions there, but for the address itself; only where inlined ones were looked for, too.
+    std::vector<ResolvedFrame> frames;
+};
+
+/// The functions that stand at a place, from the inside to the outside.
+std::vector<ResolvedFrame> framesOf(const platform::SymbolInfo& symbol);
 
 /// What was found for addresses, so that each is looked for only once as long as its module stays.
 class SymbolCache
@@ -24,24 +36,24 @@ class SymbolCache
     /// Points `found` to what is known of each address, and returns what keeps it alive. `generation` is the session's
     /// at this moment. Safe on several threads.
     Keeper find(const platform::SymbolSession& session, std::uint64_t generation, const platform::SymbolParts& parts,
-                std::span<const std::uint64_t> addresses, std::span<const platform::SymbolInfo*> found);
+                std::span<const std::uint64_t> addresses, std::span<const KnownAddress*> found);
 
    private:
     struct Entry
     {
         /// Of the module that the address lay in when it was looked for; 0 for none.
         std::uint64_t stamp = 0;
-        const platform::SymbolInfo* symbol = nullptr;
+        const KnownAddress* known = nullptr;
     };
     struct Page
     {
         std::unordered_map<std::uint64_t, Entry> entries;
         /// What was found, also for modules that are gone, which somebody may still look at.
-        std::deque<platform::SymbolInfo> symbols;
+        std::deque<KnownAddress> known;
     };
 
-    const platform::SymbolInfo* lookUp(const platform::SymbolSession& session, const platform::SymbolParts& parts,
-                                       std::uint64_t address);
+    const KnownAddress* lookUp(const platform::SymbolSession& session, const platform::SymbolParts& parts,
+                               std::uint64_t address);
     std::uint64_t stampAt(std::uint64_t address) const;
 
     /// What was asked for last, found without a search.
@@ -49,7 +61,8 @@ class SymbolCache
     {
         std::uint64_t address = 0;
         std::uint64_t generation = 0;
-        const platform::SymbolInfo* symbol = nullptr;
+        std::uint64_t stamp = 0;
+        const KnownAddress* known = nullptr;
     };
 
     std::mutex m_mutex;

@@ -24,7 +24,6 @@ using platform::FileIdentity;
 using platform::Links;
 using platform::OpenFolder;
 
-constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 constexpr DWORD ERROR_OF_BAD_TARGET = 87;
 
 bool failWith(DWORD code)
@@ -230,7 +229,8 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     const DiskFolder to(target);
     OpenFolder fromTop = from.open(Links::REFUSE);
     if (!fromTop.isOpen()) return false;
-    const auto places = ancestryOfNearest(to);
+    const OpenFolder nearest = to.openNearest();
+    const auto places = nearest.isOpen() ? nearest.ancestry() : std::vector<FileIdentity>();
     if (places.empty() || contains(places, fromTop.identity())) return failWith(ERROR_OF_BAD_TARGET);
     const bool wasThere = target.exists();
     const bool isEmptied = overwrite && wasThere;
@@ -238,18 +238,27 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     if (above.empty() || (isEmptied && contains(above, places.front()))) return failWith(ERROR_OF_BAD_TARGET);
 
     TreeMove move(from.way(std::move(fromTop)), overwrite);
-    if (!move.readSource()) return false;
     // What cannot be renamed there is told before anything is lost for it.
-    if ((isEmptied || !wasThere) && !move.fitsOn(places.front().volume, to.way({}))) return false;
+    const TreeMove::Destination destination{.nearest = nearest, .place = to.way({})};
+    if (!move.readSource(isEmptied || !wasThere ? &destination : nullptr)) return false;
 
     OpenTarget place;
+    TreeMove::Target kind = TreeMove::Target::FOUND;
     if (isEmptied) place.folder = to.open(Links::REFUSE);
     if (place.folder.isOpen())
+    {
+        // Somebody may have put another folder there, of which nothing is known.
+        if (place.folder.identity() != places.front()) return failWith(EXCHANGED);
         removeTreeContents(to.way(place.folder), true, platform::ReadOnlyFiles::STAY);
+        kind = TreeMove::Target::EMPTIED;
+    }
     else
+    {
         place = openOrMake(target);
+        if (place.isMade) kind = TreeMove::Target::MADE;
+    }
     if (!place.folder.isOpen()) return false;
-    return move.run(to.way(std::move(place.folder)), to.written(), place.isMade);
+    return move.run(to.way(std::move(place.folder)), to.written(), kind);
 }
 
 bool moveLinkOnDisk(const Directory& link, const Directory& target, bool overwrite)
@@ -265,9 +274,7 @@ bool moveLinkOnDisk(const Directory& link, const Directory& target, bool overwri
         return false;
     const OpenFolder place = to.openParent();
     if (!place.isOpen()) return false;
-    const auto fromVolume = holder.identity();
-    const auto toVolume = place.identity();
-    if (!fromVolume || !toVolume || fromVolume->volume != toVolume->volume) return failWith(ERROR_OF_OTHER_DEVICE);
+    if (!holder.canRenameTo(place)) return false;
     if (isThere && !target.remove(true)) return false;
     const TextView name = from.absolute()->levels.back();
     return holder.isLink(name) && holder.rename(name, place, to.absolute()->levels.back(), true);

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/parsed_directory.h"
+#include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
+#include "base/platform/files/tree.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {
@@ -15,6 +19,8 @@ namespace
 {
 
 using platform::FileIdentity;
+
+constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 
 void appendTree(FolderTree& tree, const Directory& directory)
 {
@@ -67,7 +73,38 @@ class FolderSet
     std::vector<FileIdentity> m_identities;
 };
 
+void takePermissions(const Directory& folder, const Directory& from, platform::OwnerAccess access)
+{
+    if (windowsImpl(folder) == nullptr || windowsImpl(from) == nullptr) return;
+    const auto open = [](const Directory& directory)
+    { return platform::OpenFolder::at(directory.getFullNameUnicode(), platform::Links::FOLLOW); };
+    const platform::OpenFolder target = open(folder);
+    const platform::OpenFolder source = open(from);
+    if (target.isOpen() && source.isOpen()) target.takePermissions(source, access);
+}
+
+bool reportDifferentDisks(const FolderTree& tree, const Directory& target)
+{
+    const File& file = *tree.files.front();
+    const auto place = File::fromString(target, file.getName());
+    platform::setLastError(ERROR_OF_OTHER_DEVICE);
+    return reportFailedMove(file.getFullNameUnicode(), place != nullptr ? place->getFullNameUnicode() : String());
+}
+
 }  // namespace
+
+void MadeFolders::add(std::shared_ptr<const Directory> made, std::shared_ptr<const Directory> from)
+{
+    takePermissions(*made, *from, platform::OwnerAccess::FULL);
+    m_pairs.push_back({std::move(made), std::move(from)});
+}
+
+void MadeFolders::finish() const
+{
+    // The innermost first, as one that is shut keeps those in it from being reached.
+    for (auto pair = m_pairs.rbegin(); pair != m_pairs.rend(); ++pair)
+        takePermissions(*pair->made, *pair->from, platform::OwnerAccess::AS_GIVEN);
+}
 
 FolderTree readTree(const Directory& directory)
 {
@@ -100,6 +137,9 @@ bool isSameOrInside(const Directory& directory, const Directory& folder)
 bool canMoveTree(const Directory& folder, const FolderTree& tree, const Directory& target, bool emptyTarget)
 {
     if (isSameOrInside(target, folder)) return false;
+    // A rename that fails would come too late for what was in the target.
+    const bool isMixed = (windowsImpl(folder) == nullptr) != (windowsImpl(target) == nullptr);
+    if (isMixed && emptyTarget && target.exists() && !tree.files.empty()) return reportDifferentDisks(tree, target);
     const FolderSet moved(folder, tree);
     if (moved.wouldContain(target)) return false;
     if (emptyTarget) return !isSameOrInside(folder, target) && !FolderSet(target, readTree(target)).contains(folder);

@@ -33,8 +33,25 @@ bool isSameFolder(const Directory& a, const Directory& b);
 /// Whether it is the folder or, by its path, in it.
 bool isSameOrInside(const Directory& directory, const Directory& folder);
 
+/// Folders that were made for others, whose permissions they get. As long as they are filled, their owner may do
+/// everything in them.
+class MadeFolders
+{
+   public:
+    void add(std::shared_ptr<const Directory> made, std::shared_ptr<const Directory> from);
+    void finish() const;
+
+   private:
+    struct Pair
+    {
+        std::shared_ptr<const Directory> made;
+        std::shared_ptr<const Directory> from;
+    };
+    std::vector<Pair> m_pairs;
+};
+
 /// Whether everything in the folder can come to `target` without any of it being lost on the way: neither lies in the
-/// other where that would remove it.
+/// other where that would remove it, and files of the one implementation can become files of the other.
 bool canMoveTree(const Directory& folder, const FolderTree& tree, const Directory& target, bool emptyTarget);
 
 /// Whether it is a link (or junction) itself.

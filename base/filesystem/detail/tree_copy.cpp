@@ -38,26 +38,6 @@ Place makePlace(FolderWay& way, TextView name, const ParsedDirectory& path)
     return Place::FAILED;
 }
 
-bool Circles::closesAt(FolderWay& way, TextView link)
-{
-    const auto identity = way.current().readIdentity(link);
-    if (!identity) return false;
-    if (way.passes(*identity)) return true;
-    if (!m_isRead)
-    {
-        m_isRead = true;
-        const platform::OpenFolder top = platform::OpenFolder::at(readablePath(m_path), Links::FOLLOW);
-        if (top.isOpen()) m_above = top.ancestry();
-        ParsedDirectory above = m_path;
-        while (!above.levels.empty())
-        {
-            above.levels.pop_back();
-            if (const auto found = platform::readIdentity(longName(above))) m_above.push_back(*found);
-        }
-    }
-    return std::ranges::find(m_above, *identity) != m_above.end();
-}
-
 TreeCopy::TreeCopy(FolderWay source, const ParsedDirectory& sourcePath, FolderWay target,
                    const ParsedDirectory& targetPath)
     : m_source(std::move(source)), m_target(std::move(target)), m_targetPath(targetPath), m_circles(sourcePath)

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/filesystem/detail/circles.h"
 #include "base/filesystem/detail/tree_walk.h"
 #include "base/filesystem/progress.h"
 #include "base/string/oxa_string.h"
@@ -21,21 +22,6 @@ enum class Place
 };
 /// `path` is how the caller wrote the top of the way: nothing is made for a relative one.
 Place makePlace(FolderWay& way, TextView name, const ParsedDirectory& path);
-
-/// Whether a walk that has followed a link would come round: what the link leads to is on the way, or above its top.
-class Circles
-{
-   public:
-    /// `path` is the absolute one of the top.
-    explicit Circles(const ParsedDirectory& path) : m_path(path) {}
-    bool closesAt(FolderWay& way, TextView link);
-
-   private:
-    const ParsedDirectory& m_path;
-    /// What lies above the top, by either way. Read when the first link is met.
-    std::vector<platform::FileIdentity> m_above;
-    bool m_isRead = false;
-};
 
 /// A copy of what is in one open folder to another.
 class TreeCopy

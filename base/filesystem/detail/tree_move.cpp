@@ -19,8 +19,6 @@ using platform::OpenFolder;
 namespace
 {
 
-constexpr DWORD INVALID_HANDLE = 6;
-constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 constexpr DWORD FILE_EXISTS = 80;
 constexpr DWORD ALREADY_EXISTS = 183;
 constexpr DWORD BAD_TARGET = 87;
@@ -88,7 +86,7 @@ class TreeMove::CheckStep final : public Step
     }
     std::optional<bool> enterTarget(const Folder& /*folder*/, TextView name) override
     {
-        if (m_target.enter(name, Links::FOLLOW)) return true;
+        if (m_target.enter(name, m_move.m_links)) return true;
         return std::nullopt;
     }
     bool leaveTarget() override { return m_target.leave(); }
@@ -125,7 +123,7 @@ class TreeMove::MakeStep final : public Step
     }
     std::optional<bool> enterTarget(const Folder& folder, TextView name) override
     {
-        return m_target.enter(name, folder.isMade ? Links::REFUSE : Links::FOLLOW);
+        return m_target.enter(name, m_move.linksTo(folder));
     }
     bool leaveTarget() override { return m_target.leave(); }
 
@@ -165,7 +163,7 @@ class TreeMove::FileStep final : public Step
     }
     std::optional<bool> enterTarget(const Folder& folder, TextView name) override
     {
-        return m_target.enter(name, folder.isMade ? Links::REFUSE : Links::FOLLOW);
+        return m_target.enter(name, m_move.linksTo(folder));
     }
     bool leaveTarget() override { return m_target.leave(); }
 
@@ -214,21 +212,35 @@ class TreeMove::RemoveStep final : public Step
 
 TreeMove::TreeMove(FolderWay source, bool overwrite) : m_source(std::move(source)), m_overwrites(overwrite) {}
 
-bool TreeMove::addCurrent(std::size_t above)
+bool TreeMove::addCurrent(const Destination* destination)
 {
     Folder& folder = m_folders.emplace_back();
-    folder.above = above;
     const auto identity = m_source.current().identity();
     if (!identity || !folder.contents.read(m_source.current())) return false;
     folder.identity = *identity;
     for (std::size_t i = 0; i < folder.contents.folders().size(); ++i)
         if (!folder.contents.folders()[i].isLink()) folder.entries.push_back(i);
-    return true;
+    return destination == nullptr || canGetTo(*destination, folder);
 }
 
-bool TreeMove::readSource()
+/// Of the current folder.
+bool TreeMove::canGetTo(const Destination& destination, const Folder& folder)
 {
-    if (!addCurrent(0)) return false;
+    const auto& files = folder.contents.files();
+    const bool hasLinks = folder.entries.size() < folder.contents.folders().size();
+    if ((files.empty() && !hasLinks) || m_source.current().canRenameTo(destination.nearest)) return true;
+    if (files.empty()) return false;
+    const ParsedDirectory from = m_source.path();
+    ParsedDirectory to = destination.place.path();
+    to.levels.insert(to.levels.end(), from.levels.end() - static_cast<std::ptrdiff_t>(m_source.depth()),
+                     from.levels.end());
+    const TextView name = folder.contents.nameOf(files.front());
+    return reportFailedMove(longName(from, name), longName(to, name));
+}
+
+bool TreeMove::readSource(const Destination* destination)
+{
+    if (!addCurrent(destination)) return false;
     std::vector<std::size_t> open{0};
     while (!open.empty())
     {
@@ -242,46 +254,11 @@ bool TreeMove::readSource()
         }
         const TextView name = folder.contents.nameOf(folder.contents.folders()[folder.entries[next]]);
         if (!m_source.enter(name, Links::REFUSE)) return false;
-        const std::size_t above = open.back();
         open.push_back(m_folders.size());
         folder.inside.push_back(m_folders.size());
-        if (!addCurrent(above)) return false;
+        if (!addCurrent(destination)) return false;
     }
     return true;
-}
-
-bool TreeMove::fitsOn(std::uint64_t volume, const FolderWay& target) const
-{
-    for (std::size_t i = 0; i < m_folders.size(); ++i)
-    {
-        const Folder& folder = m_folders[i];
-        if (folder.identity.volume == volume) continue;
-        if (const auto& files = folder.contents.files(); !files.empty())
-        {
-            ParsedDirectory from = m_source.path();
-            ParsedDirectory to = target.path();
-            for (ParsedDirectory* const path : {&from, &to}) appendPath(*path, i);
-            const TextView name = folder.contents.nameOf(files.front());
-            platform::setLastError(ERROR_OF_OTHER_DEVICE);
-            return reportFailedMove(longName(from, name), longName(to, name));
-        }
-        const bool hasLinks = folder.entries.size() < folder.contents.folders().size();
-        if (hasLinks) return failWith(ERROR_OF_OTHER_DEVICE);
-    }
-    return true;
-}
-
-void TreeMove::appendPath(ParsedDirectory& path, std::size_t folder) const
-{
-    std::vector<String> names;
-    for (; folder != 0; folder = m_folders[folder].above)
-    {
-        const Folder& above = m_folders[m_folders[folder].above];
-        const auto place = std::ranges::find(above.inside, folder) - above.inside.begin();
-        const std::size_t entry = above.entries[static_cast<std::size_t>(place)];
-        names.emplace_back(above.contents.nameOf(above.contents.folders()[entry]));
-    }
-    path.levels.insert(path.levels.end(), names.rbegin(), names.rend());
 }
 
 bool TreeMove::walk(Step& step)
@@ -313,16 +290,17 @@ bool TreeMove::walk(Step& step)
         if (!isEntered) continue;
         if (!*isEntered || !m_source.enter(name, Links::REFUSE)) return false;
         // Somebody may have put another folder in its place.
-        if (m_source.current().identity() != m_folders[below].identity) return failWith(INVALID_HANDLE);
+        if (m_source.current().identity() != m_folders[below].identity) return failWith(EXCHANGED);
         levels.push_back({.folder = below});
         if (!step.begin(m_folders[below])) return false;
     }
 }
 
-bool TreeMove::run(FolderWay target, const ParsedDirectory& targetPath, bool isTargetMade)
+bool TreeMove::run(FolderWay target, const ParsedDirectory& targetPath, Target kind)
 {
-    m_folders.front().isMade = isTargetMade;
-    if (!isTargetMade)
+    m_folders.front().isMade = kind == Target::MADE;
+    m_links = kind == Target::FOUND ? Links::FOLLOW : Links::REFUSE;
+    if (kind != Target::MADE)
     {
         CheckStep check(*this, target);
         if (!walk(check)) return false;

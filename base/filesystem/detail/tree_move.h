@@ -15,14 +15,28 @@ class TreeMove
    public:
     TreeMove(FolderWay source, bool overwrite);
 
-    /// Reads the whole tree; false when something of it cannot be seen.
-    bool readSource();
-    /// False, after a report, when there are files that would have to get from one disk to another. `target` stands
-    /// for the folder that they are to come to.
-    bool fitsOn(std::uint64_t volume, const FolderWay& target) const;
-    /// Moves everything, and removes the folders below the top. `targetPath` is as the caller wrote it. A target that
-    /// was made for it gets the permissions of the source.
-    bool run(FolderWay target, const ParsedDirectory& targetPath, bool isTargetMade);
+    /// Where everything must be able to get by renaming.
+    struct Destination
+    {
+        /// On the same disk.
+        platform::OpenFolder nearest;
+        /// Stands for the folder itself, which need not be there.
+        FolderWay place;
+    };
+    /// Reads the whole tree. False when something of it cannot be seen or, after a report, cannot get to the
+    /// destination if there is one.
+    bool readSource(const Destination* destination);
+    /// What a target was before.
+    enum class Target
+    {
+        FOUND,
+        /// No links in it are followed: what is there came meanwhile, or could not be removed.
+        EMPTIED,
+        /// It gets the permissions of the source.
+        MADE
+    };
+    /// Moves everything, and removes the folders below the top. `targetPath` is as the caller wrote it.
+    bool run(FolderWay target, const ParsedDirectory& targetPath, Target kind);
 
    private:
     struct Folder
@@ -32,8 +46,6 @@ class TreeMove
         std::vector<std::size_t> inside;
         std::vector<std::size_t> entries;
         platform::FileIdentity identity;
-        /// Of the folder that it lies in; of the top, its own.
-        std::size_t above = 0;
         bool isMade = false;
     };
     class Step;
@@ -42,12 +54,19 @@ class TreeMove
     class RemoveStep;
     class CheckStep;
 
-    bool addCurrent(std::size_t above);
-    void appendPath(ParsedDirectory& path, std::size_t folder) const;
+    bool addCurrent(const Destination* destination);
+    bool canGetTo(const Destination& destination, const Folder& folder);
+    /// How its place in the target is entered.
+    platform::Links linksTo(const Folder& folder) const noexcept
+    {
+        return folder.isMade ? platform::Links::REFUSE : m_links;
+    }
     bool walk(Step& step);
 
     FolderWay m_source;
     bool m_overwrites;
+    /// For the folders in the target that were there.
+    platform::Links m_links = platform::Links::FOLLOW;
     std::vector<Folder> m_folders;
 };
 

@@ -16,8 +16,6 @@ namespace
 /// So many of the innermost folders on a way stay open.
 constexpr std::size_t OPEN_FOLDERS = 24;
 constexpr DWORD NO_MORE_FILES = 18;
-/// The handle of a folder that is another one by now.
-constexpr DWORD INVALID_HANDLE = 6;
 
 }  // namespace
 
@@ -26,9 +24,7 @@ bool FolderContents::read(platform::OpenFolder& folder)
     platform::TreeEntry entry;
     while (folder.next(entry))
     {
-        using platform::EntryKind;
-        const bool isFolder = entry.kind == EntryKind::SUBFOLDER || entry.kind == EntryKind::FOLDER_LINK;
-        auto& list = isFolder ? m_folders : m_files;
+        auto& list = platform::isFolder(entry.kind) ? m_folders : m_files;
         list.push_back({.begin = m_names.size(), .length = entry.name.size(), .kind = entry.kind});
         m_names += entry.name;
     }
@@ -47,10 +43,8 @@ bool FolderWay::enter(TextView name, platform::Links links)
     // From where a link leads to, there is no way back up.
     const bool isLink = links == platform::Links::FOLLOW && current().isLink(name);
     m_levels.push_back({.folder = std::move(folder), .name = Text(name), .wasLink = isLink});
-    if (m_levels.size() <= OPEN_FOLDERS) return true;
-    const std::size_t i = m_levels.size() - 1 - OPEN_FOLDERS;
-    Level& far = m_levels[i];
-    if (m_levels[i + 1].wasLink) return true;
+    if (m_levels.size() <= OPEN_FOLDERS + 1) return true;
+    Level& far = m_levels[m_levels.size() - 1 - OPEN_FOLDERS];
     if (!far.identity) far.identity = far.folder.identity();
     if (far.identity) far.folder.close();
     return true;
@@ -58,18 +52,42 @@ bool FolderWay::enter(TextView name, platform::Links links)
 
 bool FolderWay::leave()
 {
-    Level& above = m_levels[m_levels.size() - 2];
-    if (!above.folder.isOpen())
-    {
-        above.folder = current().openParent();
-        if (above.folder.isOpen() && above.folder.identity() != above.identity)
-        {
-            above.folder.close();
-            platform::setLastError(INVALID_HANDLE);
-        }
-        if (!above.folder.isOpen()) return false;
-    }
+    const std::size_t above = m_levels.size() - 2;
+    if (!m_levels[above].folder.isOpen() && !reopen(above)) return false;
     m_levels.pop_back();
+    return true;
+}
+
+/// Whether what was opened again is what it was; if not, it is closed.
+bool FolderWay::isSame(Level& level)
+{
+    if (!level.folder.isOpen()) return false;
+    if (!level.identity || level.folder.identity() == level.identity) return true;
+    level.folder.close();
+    platform::setLastError(EXCHANGED);
+    return false;
+}
+
+/// From the folder below it, or else on the way from the nearest one that is open.
+bool FolderWay::reopen(std::size_t index)
+{
+    Level& wanted = m_levels[index];
+    if (!m_levels[index + 1].wasLink)
+    {
+        wanted.folder = m_levels[index + 1].folder.openParent();
+        if (isSame(wanted)) return true;
+    }
+    std::size_t i = index;
+    while (!m_levels[i].folder.isOpen()) --i;
+    while (i++ < index)
+    {
+        Level& level = m_levels[i];
+        const auto links = level.wasLink ? platform::Links::FOLLOW : platform::Links::REFUSE;
+        level.folder = m_levels[i - 1].folder.open(level.name, links);
+        if (!isSame(level)) return false;
+        const bool isOnWay = i > OPEN_FOLDERS && m_levels[i - OPEN_FOLDERS].identity.has_value();
+        if (isOnWay) m_levels[i - OPEN_FOLDERS].folder.close();
+    }
     return true;
 }
 

@@ -12,6 +12,9 @@
 namespace Oxa_1_1::detail
 {
 
+/// The last error where a folder is another one by now: its handle is void.
+inline constexpr DWORD EXCHANGED = 6;
+
 /// What a folder holds, read at once.
 class FolderContents
 {
@@ -22,10 +25,7 @@ class FolderContents
         std::size_t length;
         platform::EntryKind kind;
 
-        bool isLink() const noexcept
-        {
-            return kind == platform::EntryKind::FILE_LINK || kind == platform::EntryKind::FOLDER_LINK;
-        }
+        bool isLink() const noexcept { return platform::isLink(kind); }
     };
 
     /// False when the folder could not be read to its end.
@@ -44,8 +44,8 @@ class FolderContents
     std::vector<Entry> m_files;
 };
 
-/// The way from the top of a tree down to the folder where a walk is. Only some folders on it are open, however deep it
-/// is; one that is opened again must still be the same.
+/// The way from the top of a tree down to the folder where a walk is. Only its top and some of the innermost folders
+/// are open, however deep it is; one that is opened again must still be the same.
 class FolderWay
 {
    public:
@@ -57,7 +57,7 @@ class FolderWay
 
     /// Goes down; false, with the last error, when that is not possible.
     bool enter(TextView name, platform::Links links);
-    /// Goes up again; false when the folder above is not where it was. Not for the top.
+    /// Goes up again; false, with the last error, when the folder above is not where it was. Not for the top.
     bool leave();
 
     /// Whether the folder is one of those on the way.
@@ -81,6 +81,9 @@ class FolderWay
     };
 
     static std::optional<platform::FileIdentity> identityOf(const Level& level);
+    static bool isSame(Level& level);
+
+    bool reopen(std::size_t index);
 
     SharedDirectory m_path;
     std::vector<Level> m_levels;

@@ -15,4 +15,10 @@ String uniqueName(const String& prefix)
     return String(name + OXA_TEXT(".tmp"));
 }
 
+bool saysTaken(DWORD error) noexcept
+{
+    constexpr DWORD ALREADY_EXISTS = 183;
+    return error == NAME_IS_TAKEN || error == ALREADY_EXISTS;
+}
+
 }  // namespace Oxa_1_1::detail

@@ -16,11 +16,7 @@ constexpr Char ANY = '?';
 Wildcard::Wildcard(TextView pattern)
 {
     m_pattern.reserve(pattern.size());
-    for (const Char c : pattern)
-    {
-        if (c == STAR && m_pattern.ends_with(STAR)) continue;
-        m_pattern += text::toLower(c);
-    }
+    for (const Char c : pattern) m_pattern += text::toLower(c);
     m_hasOnlyLeadingStar = m_pattern.find_last_of(STAR) == 0;
 }
 
@@ -34,7 +30,7 @@ bool Wildcard::matches(TextView name) const noexcept
 {
     std::size_t p = 0;
     std::size_t n = 0;
-    if (m_hasOnlyLeadingStar)
+    if (m_hasOnlyLeadingStar && !name.starts_with(STAR))
     {
         // The one way it can match: its rest at the end of the name.
         if (name.size() + 1 < m_pattern.size()) return false;
@@ -45,15 +41,16 @@ bool Wildcard::matches(TextView name) const noexcept
     std::size_t starName = 0;
     while (n < name.size())
     {
-        if (p < m_pattern.size() && m_pattern[p] == STAR)
-        {
-            afterStar = ++p;
-            starName = n;
-        }
-        else if (p < m_pattern.size() && matchesAt(p, name[n]))
+        // A star in a name, which no file has, is taken by itself before it is taken by any run.
+        if (p < m_pattern.size() && matchesAt(p, name[n]))
         {
             ++p;
             ++n;
+        }
+        else if (p < m_pattern.size() && m_pattern[p] == STAR)
+        {
+            afterStar = ++p;
+            starName = n;
         }
         else if (afterStar != 0)
         {

@@ -16,7 +16,7 @@ class Wildcard
    private:
     bool matchesAt(std::size_t patternIndex, Char c) const noexcept;
 
-    /// In lower case, without repeated stars.
+    /// In lower case.
     Text m_pattern;
     bool m_hasOnlyLeadingStar = false;
 };

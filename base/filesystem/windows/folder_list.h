@@ -1,35 +1,21 @@
 #pragma once
 
-#include <memory>
+#include <span>
 
-#include "base/filesystem/directory.h"
+#include "base/filesystem/windows/item_maker.h"
 
-/// Reading a folder, and making the library's own items of what is in it.
+/// Lists of the library's own implementation. What was read until a failure counts, but the list is a partial one.
 namespace Oxa_1_1::detail
 {
 
-enum class Kinds
-{
-    ALL,
-    FILES,
-    DIRECTORIES
-};
+/// False, after a report, for a text that cannot be searched for.
+bool checkSearchString(const String& pattern);
 
-/// Takes the items of a folder as they are found.
-class ItemReceiver
-{
-   public:
-    ItemReceiver() = default;
-    ItemReceiver(const ItemReceiver&) = delete;
-    ItemReceiver& operator=(const ItemReceiver&) = delete;
-    virtual ~ItemReceiver() = default;
-    virtual void take(std::shared_ptr<const File> file) = 0;
-    /// `mayBeLink` is false for what the list knows to be none.
-    virtual void take(std::shared_ptr<const Directory> directory, bool mayBeLink) = 0;
-};
-
-/// Finds what the folder holds and the search string matches, in the system's order. Items of other kinds than asked
-/// for may be among them. What was read until a failure counts, but the list is a partial one.
+/// Finds what the folder holds and the search string matches, in the system's order.
 void listFolder(const Directory& directory, const String& pattern, Kinds kinds, ItemReceiver& receiver);
+
+/// The same for a folder whose entries are the library's own items, and for all folders below it, each complete before
+/// the next one beside it. `kinds` come one after the other, each with a look at the search string, which may be none.
+void listTree(const SharedDirectory& top, const String& pattern, std::span<const Kinds> kinds, ItemReceiver& receiver);
 
 }  // namespace Oxa_1_1::detail

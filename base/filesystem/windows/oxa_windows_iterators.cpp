@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/filesystem/windows/folder_list.h"
@@ -62,6 +63,7 @@ OxaWindowsFileSystemIterator::OxaWindowsFileSystemIterator(const Directory& dire
                                                            detail::Kinds kinds)
     : m_snapshot(std::make_unique<Snapshot>())
 {
+    const detail::ListScope scope;
     Collector collector;
     detail::listFolder(directory, pattern, kinds, collector);
     m_snapshot->items = std::move(collector.items);

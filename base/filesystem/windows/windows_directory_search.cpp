@@ -1,12 +1,14 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <span>
 #include <type_traits>
 #include <utility>
 
 #include "base/filesystem/detail/folder_tree.h"
+#include "base/filesystem/detail/held_reports.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/list_scope.h"
-#include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/filesystem/windows/folder_list.h"
@@ -20,12 +22,12 @@ namespace Oxa_1_1
 namespace
 {
 
+using detail::Kinds;
+
 /// Null when nothing can be searched for in the folder.
 std::shared_ptr<const Directory> searchable(const OxaWindowsFileSystemDirectory& directory, const String& pattern)
 {
-    if (detail::isValidSearchString(pattern)) return directory.makeAbsolute();
-    detail::reportText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
-    return nullptr;
+    return detail::checkSearchString(pattern) ? directory.makeAbsolute() : nullptr;
 }
 
 template <class Iterator>
@@ -36,52 +38,26 @@ std::shared_ptr<Iterator> find(const OxaWindowsFileSystemDirectory& directory, c
     return absolute != nullptr ? std::make_shared<Iterator>(*absolute, pattern) : nullptr;
 }
 
-/// Appends those of one kind.
-template <class Item, class Wanted>
+template <class Item>
+using Items = std::vector<std::shared_ptr<const Item>>;
+
+template <class Item>
 class Appender final : public detail::ItemReceiver
 {
    public:
-    explicit Appender(std::vector<std::shared_ptr<const Item>>& items) : m_items(items) {}
-    void take(std::shared_ptr<const File> file) override { takeItem(std::move(file)); }
-    void take(std::shared_ptr<const Directory> directory, bool /*mayBeLink*/) override
-    {
-        takeItem(std::move(directory));
-    }
+    explicit Appender(Items<Item>& items) : m_items(items) {}
+    void take(std::shared_ptr<const File> file) override { append(std::move(file)); }
+    void take(std::shared_ptr<const Directory> directory, bool /*mayBeLink*/) override { append(std::move(directory)); }
 
    private:
     template <class Found>
-    void takeItem(std::shared_ptr<const Found>&& item)
+    void append(std::shared_ptr<const Found>&& item)
     {
-        if constexpr (std::is_same_v<Found, Wanted>) m_items.push_back(std::move(item));
+        if constexpr (std::is_convertible_v<const Found*, const Item*>) m_items.push_back(std::move(item));
     }
 
-    std::vector<std::shared_ptr<const Item>>& m_items;
+    Items<Item>& m_items;
 };
-
-/// What an iterator over these kinds would give, without one.
-template <class Item, class Wanted>
-void append(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
-            const String& pattern, detail::Kinds kinds)
-{
-    const auto absolute = searchable(directory, pattern);
-    if (absolute == nullptr) return;
-    Appender<Item, Wanted> appender(items);
-    detail::listFolder(*absolute, pattern, kinds, appender);
-}
-
-template <class Item>
-void appendFiles(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
-                 const String& pattern)
-{
-    append<Item, File>(items, directory, pattern, detail::Kinds::FILES);
-}
-
-template <class Item>
-void appendDirectories(std::vector<std::shared_ptr<const Item>>& items, const OxaWindowsFileSystemDirectory& directory,
-                       const String& pattern)
-{
-    append<Item, Directory>(items, directory, pattern, detail::Kinds::DIRECTORIES);
-}
 
 /// The folders that a walk goes on in.
 class Descent final : public detail::ItemReceiver
@@ -97,18 +73,21 @@ class Descent final : public detail::ItemReceiver
     std::vector<std::shared_ptr<const Directory>> folders;
 };
 
-/// Collects in this folder and, if it is to be so, in all below it, each complete before the next one beside it.
-template <class Collect>
-void walk(const OxaWindowsFileSystemDirectory& top, bool recursive, const Collect& collect)
+/// In this folder and, if it is to be so, in all below it, each complete before the next one beside it: of each kind
+/// what an iterator over it would give, without one.
+void listByPaths(const OxaWindowsFileSystemDirectory& top, const String& pattern, std::span<const Kinds> kinds,
+                 bool recursive, detail::ItemReceiver& receiver)
 {
     Descent descent;
     const auto goInto = [&](const OxaWindowsFileSystemDirectory& directory)
     {
-        collect(directory);
+        for (const Kinds each : kinds)
+            if (const auto absolute = searchable(directory, pattern))
+                detail::listFolder(*absolute, pattern, each, receiver);
         const auto absolute = recursive ? directory.makeAbsolute() : nullptr;
         if (absolute == nullptr) return;
         const auto before = static_cast<std::ptrdiff_t>(descent.folders.size());
-        detail::listFolder(*absolute, OXA_TEXT("*"), detail::Kinds::DIRECTORIES, descent);
+        detail::listFolder(*absolute, OXA_TEXT("*"), Kinds::DIRECTORIES, descent);
         std::reverse(descent.folders.begin() + before, descent.folders.end());
     };
     goInto(top);
@@ -118,6 +97,26 @@ void walk(const OxaWindowsFileSystemDirectory& top, bool recursive, const Collec
         descent.folders.pop_back();
         goInto(*detail::windowsImpl(*next));
     }
+}
+
+/// The absolute path of a folder whose tree can be listed from open folder to open folder; null for others.
+detail::SharedDirectory pathOfOwnTree(const OxaWindowsFileSystemDirectory& directory)
+{
+    // What is reported here would be so again.
+    const detail::HeldReports quiet;
+    const auto absolute = directory.makeAbsolute();
+    return absolute != nullptr ? detail::ItemMaker::pathOfOwnItems(*absolute) : nullptr;
+}
+
+template <class Item>
+void collect(Items<Item>& items, const OxaWindowsFileSystemDirectory& directory, const String& pattern,
+             std::span<const Kinds> kinds, bool recursive)
+{
+    Appender<Item> appender(items);
+    if (const auto path = recursive ? pathOfOwnTree(directory) : nullptr)
+        detail::listTree(path, pattern, kinds, appender);
+    else
+        listByPaths(directory, pattern, kinds, recursive, appender);
 }
 
 }  // namespace
@@ -167,24 +166,19 @@ std::vector<std::shared_ptr<const File>> OxaWindowsFileSystemDirectory::collectF
 void OxaWindowsFileSystemDirectory::collectContentsInternal(std::vector<std::shared_ptr<const FileSystemItem>>& items,
                                                             const String& pattern, bool recursive) const
 {
-    walk(*this, recursive,
-         [&](const auto& directory)
-         {
-             appendDirectories(items, directory, pattern);
-             appendFiles(items, directory, pattern);
-         });
+    collect(items, *this, pattern, std::array{Kinds::DIRECTORIES, Kinds::FILES}, recursive);
 }
 
 void OxaWindowsFileSystemDirectory::collectDirectoriesInternal(std::vector<std::shared_ptr<const Directory>>& items,
                                                                const String& pattern, bool recursive) const
 {
-    walk(*this, recursive, [&](const auto& directory) { appendDirectories(items, directory, pattern); });
+    collect(items, *this, pattern, std::array{Kinds::DIRECTORIES}, recursive);
 }
 
 void OxaWindowsFileSystemDirectory::collectFilesInternal(std::vector<std::shared_ptr<const File>>& items,
                                                          const String& pattern, bool recursive) const
 {
-    walk(*this, recursive, [&](const auto& directory) { appendFiles(items, directory, pattern); });
+    collect(items, *this, pattern, std::array{Kinds::FILES}, recursive);
 }
 
 bool OxaWindowsFileSystemDirectory::isEmpty() const { return platform::isEmptyFolder(getFullNameUnicode()); }

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "base/formats/version_block.h"
+#include "base/module/module.h"
+#include "base/platform/modules/resources.h"
 #include "base/platform/modules/version_info.h"
 #include "base/string/oxa_string.h"
 
@@ -43,6 +45,16 @@ Text textOf(Bytes info, const Text& path, TextView name, TextView defaultText)
     return text;
 }
 
+std::optional<FileVersion> fileVersionIn(Bytes info)
+{
+    // Behind signature and version of the structure: two words, each with the more significant half above.
+    constexpr std::size_t VERSION = 8;
+    const auto fixed = formats::queryVersionValue(info, OXA_TEXT("\\"));
+    if (!fixed || fixed->size() < VERSION + 8) return std::nullopt;
+    return FileVersion{readWord(*fixed, VERSION + 2), readWord(*fixed, VERSION), readWord(*fixed, VERSION + 6),
+                       readWord(*fixed, VERSION + 4)};
+}
+
 }  // namespace
 
 TextView folderOf(TextView path)
@@ -59,15 +71,13 @@ TextView withoutExtension(TextView path)
 
 TextView baseNameOf(TextView path) { return withoutExtension(path.substr(folderOf(path).size())); }
 
-std::optional<FileVersion> fileVersionOf(TextView path)
+std::optional<FileVersion> fileVersionOf(TextView path) { return fileVersionIn(platform::readVersionInfo(path)); }
+
+std::optional<FileVersion> fileVersionOf(HINSTANCE dataFile)
 {
-    // Behind signature and version of the structure: two words, each with the more significant half above.
-    constexpr std::size_t VERSION = 8;
-    const std::vector<std::byte> info = platform::readVersionInfo(path);
-    const auto fixed = formats::queryVersionValue(info, OXA_TEXT("\\"));
-    if (!fixed || fixed->size() < VERSION + 8) return std::nullopt;
-    return FileVersion{readWord(*fixed, VERSION + 2), readWord(*fixed, VERSION), readWord(*fixed, VERSION + 6),
-                       readWord(*fixed, VERSION + 4)};
+    constexpr unsigned int VERSION_TYPE = 16;
+    const HRSRC found = platform::findResource(dataFile, resourceNumber(VERSION_TYPE), resourceNumber(1));
+    return found != nullptr ? fileVersionIn(platform::resourceBytes(dataFile, found)) : std::nullopt;
 }
 
 Text productFolderOf(TextView path)

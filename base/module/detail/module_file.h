@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/char.h"
+#include "base/platform/platform_types.h"
 
 /// What the file of a module tells: by its path, and by its version resource.
 namespace Oxa_1_1::detail
@@ -20,8 +21,11 @@ TextView baseNameOf(TextView path);
 /// Major, minor, build and revision.
 using FileVersion = std::array<std::uint16_t, 4>;
 
-/// The version in the version resource; none when the file has none.
+/// The version in the version resource of a module's file, or of a file that is loaded as data; none when it has none.
+/// @{
 std::optional<FileVersion> fileVersionOf(TextView path);
+std::optional<FileVersion> fileVersionOf(HINSTANCE dataFile);
+/// @}
 
 /// Company, product and product version, each with a backslash behind it. Texts that the version resource lacks have
 /// a default.

@@ -21,9 +21,10 @@ bool createPrivateFolder(TextView path)
     return observed("createPrivateFolder", path, [&] { return native::createPrivateFolder(path); });
 }
 
-bool replaceFile(TextView replacement, TextView target)
+bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
 {
-    return observed("replaceFile", replacement, target, [&] { return native::replaceFile(replacement, target); });
+    return observed("replaceFile", replacement, target,
+                    [&] { return native::replaceFile(replacement, target, waitForDisk); });
 }
 
 bool flushToDisk(TextView path)

@@ -16,11 +16,12 @@ bool createPrivateFile(TextView path);
 bool createPrivateFolder(TextView path);
 /// @}
 
-/// Puts a file in the place of another in one step, with the permissions of the one that was there. Read-only targets
-/// stay, with error 5; 32 and 33 say that another program holds the target.
-bool replaceFile(TextView replacement, TextView target);
+/// Puts a file in the place of another in one step, with the permissions of the one that was there. What this user may
+/// not write stays, with error 5, and so does what is no plain file; 32 and 33 say that another program holds the
+/// target. Waits on demand until the disk has the new name: when only that fails, the file is in its place.
+bool replaceFile(TextView replacement, TextView target, bool waitForDisk);
 
-/// Waits until what the system has buffered of the file, or of the names in the folder, is on the disk.
+/// Waits until what the system has buffered of the file is on the disk.
 bool flushToDisk(TextView path);
 
 /// What an existing path leads to through all links; empty when it leads nowhere.

@@ -16,9 +16,14 @@ OpenFolder OpenFolder::at(TextView path, Links links)
     return OpenFolder(observed("openFolder", path, [&] { return native::openTop(path, links); }));
 }
 
-bool OpenFolder::next(TreeEntry& entry)
+bool OpenFolder::next(TreeEntry& entry, EntryKinds kinds)
 {
-    return observed("nextEntry", {}, [&] { return native::nextEntry(*m_folder, entry); });
+    return observed("nextEntry", {}, [&] { return native::nextEntry(*m_folder, entry, kinds); });
+}
+
+bool OpenFolder::rewind()
+{
+    return observed("rewind", {}, [&] { return native::rewind(*m_folder); });
 }
 
 std::optional<FileIdentity> OpenFolder::identity() const
@@ -90,6 +95,11 @@ bool OpenFolder::takeTimes(const OpenFolder& from) const
 bool OpenFolder::unlock()
 {
     return observed("unlock", {}, [&] { return native::unlock(*m_folder); });
+}
+
+bool OpenFolder::canRenameTo(const OpenFolder& target) const
+{
+    return observed("canRename", {}, [&] { return native::canRename(*m_folder, *target.m_folder); });
 }
 
 bool OpenFolder::deleteFile(TextView name, ReadOnlyFiles readOnly) const

@@ -29,6 +29,19 @@ enum class EntryKind : std::uint8_t
     OTHER
 };
 
+constexpr bool isFolder(EntryKind kind) noexcept
+{
+    return kind == EntryKind::SUBFOLDER || kind == EntryKind::FOLDER_LINK;
+}
+constexpr bool isLink(EntryKind kind) noexcept
+{
+    return kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK;
+}
+constexpr bool isOf(EntryKind kind, EntryKinds kinds) noexcept
+{
+    return kinds == EntryKinds::ALL || isFolder(kind) == (kinds == EntryKinds::FOLDERS);
+}
+
 struct TreeEntry
 {
     Text name;
@@ -86,9 +99,11 @@ class OpenFolder
     bool isOpen() const noexcept { return m_folder != nullptr; }
     void close() noexcept { m_folder.reset(); }
 
-    /// Reads an entry, without "." and "..", in the system's order. False at the end (the last error is 18), or when
-    /// reading fails.
-    bool next(TreeEntry& entry);
+    /// Reads an entry of these kinds, without "." and "..", in the system's order. False at the end (the last error is
+    /// 18), or when reading fails.
+    bool next(TreeEntry& entry, EntryKinds kinds = EntryKinds::ALL);
+    /// Goes back to the first entry.
+    bool rewind();
     /// Asks the system once.
     std::optional<FileIdentity> identity() const;
     /// The folder's own, then those of all folders above it, whatever way has led here. Empty when one cannot be
@@ -119,6 +134,9 @@ class OpenFolder
     bool takeTimes(const OpenFolder& from) const;
     /// Lets the owner remove what is in it.
     bool unlock();
+    /// Whether entries can get from here to the other folder by renaming, as far as that can be told beforehand: both
+    /// are on the same disk, by the way that has led to them, and this one may be changed.
+    bool canRenameTo(const OpenFolder& target) const;
     /// A file, or a link to one or to nothing.
     bool deleteFile(TextView name, ReadOnlyFiles readOnly) const;
     /// An empty folder, or the link to a folder itself.

@@ -10,4 +10,19 @@ namespace Oxa_1_1::platform
 DWORD lastError() noexcept;
 void setLastError(DWORD code) noexcept;
 
+/// The numbers that are told apart here.
+inline constexpr DWORD FILE_NOT_FOUND = 2;
+inline constexpr DWORD PATH_NOT_FOUND = 3;
+inline constexpr DWORD ACCESS_DENIED = 5;
+inline constexpr DWORD INVALID_DRIVE = 15;
+inline constexpr DWORD NO_MORE_FILES = 18;
+inline constexpr DWORD SHARING_VIOLATION = 32;
+inline constexpr DWORD NOT_SUPPORTED = 50;
+inline constexpr DWORD SHARE_NOT_FOUND = 53;
+inline constexpr DWORD FILE_EXISTS = 80;
+inline constexpr DWORD INVALID_PARAMETER = 87;
+inline constexpr DWORD INVALID_NAME = 123;
+inline constexpr DWORD MODULE_NOT_FOUND = 126;
+inline constexpr DWORD NOT_A_FOLDER = 267;
+
 }  // namespace Oxa_1_1::platform

@@ -19,7 +19,7 @@ struct Progress
 struct TextKernels
 {
     const char* name;
-    /// Whether the conversions take texts of any length up to their end, so that short ones need no way of their own.
+    /// Whether the conversions take texts of any length up to their end.
     bool takesShort;
 
     // As scan.h describes them.

@@ -1,13 +1,14 @@
-// UTF-8 by table-driven shuffles. Included like scan.inl.
+// UTF-8 by vectors of 256 bits. Included like scan.inl.
 //
-// Decoding looks at 64 bytes at once to learn where characters end, then takes six or four characters a step: the mask
-// of ends gives a shuffle that puts each into a lane of its own, where plain arithmetic makes units of them. Whether the
-// 64 bytes are well-formed is known before, by the method of Keiser and Lemire ("Validating UTF-8 in less than one
-// instruction per byte", 2021); what is not is left to the caller. Encoding is the reverse of the steps.
+// Decoding takes 64 bytes a block. Which of them begin characters and which continue them is known from the masks of
+// their kinds alone. A unit is computed at every place, as if a character began there, from the byte at that place and
+// those behind it; a shuffle from a table then closes the gaps between the places where one does. Whether each character
+// is in its shortest form and in range shows in its unit; what is ill-formed is left to the caller. Encoding puts the
+// bytes of each unit into a lane of its own and closes the gaps.
 
 #include "base/text/vector/avx2.inl"
 
-constexpr utf8_tables::DecodeTables DECODE = utf8_tables::makeDecodeTables();
+constexpr auto UNIT_PACKINGS = utf8_tables::makeUnitPackings();
 constexpr auto TWO_BYTE_PACKINGS = utf8_tables::makeTwoBytePackings();
 constexpr auto THREE_BYTE_PACKINGS = utf8_tables::makeThreeBytePackings();
 
@@ -26,207 +27,159 @@ inline __m128i splat16(int value)
     return _mm_set1_epi16(static_cast<short>(value));
 }
 
-/// Six lanes of 16 bits, each of one or two bytes.
-inline void decodeSix(__m128i lanes, Char* units)
+inline __m256i splatByte(int value)
 {
-    const __m128i low = _mm_and_si128(lanes, splat16(0x7F));
-    const __m128i high = _mm_srli_epi16(_mm_and_si128(lanes, splat16(0x1F00)), 2);
-    store128(units, _mm_or_si128(low, high));
+    return _mm256_set1_epi8(static_cast<char>(value));
 }
 
-/// Four lanes of 32 bits, each of one to three bytes.
-inline void decodeFour(__m128i lanes, Char* units)
+/// Of two vectors, a bit for each byte.
+inline std::uint64_t joinedMask(__m256i low, __m256i high)
 {
-    const __m128i low = _mm_and_si128(lanes, _mm_set1_epi32(0x7F));
-    const __m128i middle = _mm_srli_epi32(_mm_and_si128(lanes, _mm_set1_epi32(0x3F00)), 2);
-    const __m128i high = _mm_srli_epi32(_mm_and_si128(lanes, _mm_set1_epi32(0x0F0000)), 4);
-    const __m128i result = _mm_or_si128(_mm_or_si128(low, middle), high);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(units), _mm_packus_epi32(result, result));
+    return Avx2::mask(low) | static_cast<std::uint64_t>(Avx2::mask(high)) << 32;
 }
 
-/// The same 16 bytes in both halves.
-inline __m256i twice(__m128i table)
+/// Whether each byte is, as an unsigned number, at least `bound`.
+inline std::uint64_t atLeast(__m256i low, __m256i high, int bound)
 {
-    return _mm256_broadcastsi128_si256(table);
+    const __m256i bounds = splatByte(bound);
+    return joinedMask(_mm256_cmpeq_epi8(_mm256_max_epu8(low, bounds), low),
+                      _mm256_cmpeq_epi8(_mm256_max_epu8(high, bounds), high));
 }
 
-/// The bytes that are `count` before each byte of `bytes`; zeros before the first.
-template <int COUNT>
-__m256i previous(__m256i bytes, __m256i before)
+/// What each of 64 bytes is, a bit for each.
+struct ByteKinds
 {
-    return _mm256_alignr_epi8(bytes, _mm256_permute2x128_si256(before, bytes, 0x21), 16 - COUNT);
-}
-
-/// What is wrong with pairs of bytes, a bit for each kind of fault. A pair has a fault when the high half of its first
-/// byte, the low half of it and the high half of the second byte all allow for it.
-namespace fault
-{
-
-constexpr int TOO_SHORT = 1;        // A lead byte without its continuation.
-constexpr int TOO_LONG = 2;         // A continuation behind ASCII.
-constexpr int OVERLONG_3 = 4;       // E0 with less than A0.
-constexpr int TOO_LARGE = 8;        // F4 with 90 and above, or F5 and above.
-constexpr int SURROGATE = 16;       // ED with A0 and above.
-constexpr int OVERLONG_2 = 32;      // C0, C1.
-constexpr int TOO_LARGE_1000 = 64;  // F5 and above with less than 90.
-constexpr int OVERLONG_4 = 64;      // F0 with less than 90.
-constexpr int TWO_CONTINUATIONS = 128;
-constexpr int ANY_LOW_HALF = TOO_SHORT | TOO_LONG | TWO_CONTINUATIONS;
-
-inline __m128i table(int i0, int i1, int i2, int i3, int i4, int i5, int i6, int i7, int i8, int i9, int i10, int i11,
-                     int i12, int i13, int i14, int i15)
-{
-    const auto byte = [](int value) { return static_cast<char>(value); };
-    return _mm_setr_epi8(byte(i0), byte(i1), byte(i2), byte(i3), byte(i4), byte(i5), byte(i6), byte(i7), byte(i8),
-                         byte(i9), byte(i10), byte(i11), byte(i12), byte(i13), byte(i14), byte(i15));
-}
-
-inline __m128i ofFirstHigh()
-{
-    constexpr int T = TOO_LONG;
-    constexpr int C = TWO_CONTINUATIONS;
-    return table(T, T, T, T, T, T, T, T, C, C, C, C, TOO_SHORT | OVERLONG_2, TOO_SHORT,
-                 TOO_SHORT | OVERLONG_3 | SURROGATE, TOO_SHORT | TOO_LARGE | TOO_LARGE_1000 | OVERLONG_4);
-}
-
-inline __m128i ofFirstLow()
-{
-    constexpr int A = ANY_LOW_HALF;
-    constexpr int L = A | TOO_LARGE | TOO_LARGE_1000;
-    return table(A | OVERLONG_3 | OVERLONG_2 | OVERLONG_4, A | OVERLONG_2, A, A, A | TOO_LARGE, L, L, L, L, L, L, L, L,
-                 L | SURROGATE, L, L);
-}
-
-inline __m128i ofSecondHigh()
-{
-    constexpr int S = TOO_SHORT;
-    constexpr int C = TOO_LONG | OVERLONG_2 | TWO_CONTINUATIONS;
-    return table(S, S, S, S, S, S, S, S, C | OVERLONG_3 | TOO_LARGE_1000 | OVERLONG_4, C | OVERLONG_3 | TOO_LARGE,
-                 C | SURROGATE | TOO_LARGE, C | SURROGATE | TOO_LARGE, S, S, S, S);
-}
-
-}  // namespace fault
-
-/// Bits where bytes do not go on well-formed from those before them. An end that is cut off is not yet a fault.
-inline __m256i faultsOf(__m256i bytes, __m256i before)
-{
-    const __m256i low = _mm256_set1_epi8(0x0F);
-    const __m256i first = previous<1>(bytes, before);
-    const auto high = [low](__m256i value) { return _mm256_and_si256(_mm256_srli_epi16(value, 4), low); };
-    const __m256i pairs = _mm256_and_si256(
-        _mm256_and_si256(_mm256_shuffle_epi8(twice(fault::ofFirstHigh()), high(first)),
-                         _mm256_shuffle_epi8(twice(fault::ofFirstLow()), _mm256_and_si256(first, low))),
-        _mm256_shuffle_epi8(twice(fault::ofSecondHigh()), high(bytes)));
-
-    // Two continuations in a row are right exactly where the third or fourth byte of a character is due: there the top
-    // bit of one of these is set, which is that of the fault.
-    const __m256i third = _mm256_subs_epu8(previous<2>(bytes, before), _mm256_set1_epi8(0xE0 - 0x80));
-    const __m256i fourth = _mm256_subs_epu8(previous<3>(bytes, before), _mm256_set1_epi8(0xF0 - 0x80));
-    const __m256i due = _mm256_and_si256(_mm256_or_si256(third, fourth), _mm256_set1_epi8(static_cast<char>(0x80)));
-    return _mm256_xor_si256(due, pairs);
-}
-
-/// The bits of 64 bytes that begin with a character: those that are not ASCII, those behind which a character begins,
-/// and whether all are well-formed but for a character that the end may cut off.
-struct ByteMasks
-{
-    explicit ByteMasks(const char* bytes)
+    explicit ByteKinds(const char* bytes) : low(Avx2::loadBytes(bytes)), high(Avx2::loadBytes(bytes + 32))
     {
-        const __m256i first = Avx2::loadBytes(bytes);
-        const __m256i second = Avx2::loadBytes(bytes + 32);
-        notAscii = joined(first, second);
-        const __m256i bound = _mm256_set1_epi8(static_cast<char>(0xC0));
-        ends = ~joined(_mm256_cmpgt_epi8(bound, first), _mm256_cmpgt_epi8(bound, second)) >> 1;
-        if (notAscii == 0) return;
-        const __m256i faults = _mm256_or_si256(faultsOf(first, _mm256_setzero_si256()), faultsOf(second, first));
-        wellFormed = _mm256_testz_si256(faults, faults) != 0;
+        notAscii = joinedMask(low, high);
+        const __m256i bound = splatByte(0xC0);
+        continuations = joinedMask(_mm256_cmpgt_epi8(bound, low), _mm256_cmpgt_epi8(bound, high));
+        leads = notAscii & ~continuations;
+        threeOrMore = atLeast(low, high, 0xE0);
+        // Brought to the bottom of the range, where C0 and C1 wrap around: they begin nothing, and are sorted out rarely.
+        const __m256i first = splatByte(0xC2);
+        low = _mm256_sub_epi8(low, first);
+        high = _mm256_sub_epi8(high, first);
+        four = leads & atLeast(low, high, 0xF0 - 0xC2);
     }
 
-    static std::uint64_t joined(__m256i low, __m256i high)
-    {
-        return Avx2::mask(low) | static_cast<std::uint64_t>(Avx2::mask(high)) << 32;
-    }
+    /// Whether none of `four` is a byte that begins no character.
+    bool areLeads() const { return (leads & atLeast(low, high, 0xF5 - 0xC2)) == 0; }
 
+    __m256i low;
+    __m256i high;
     std::uint64_t notAscii;
-    std::uint64_t ends;
-    bool wellFormed = true;
+    std::uint64_t continuations;
+    std::uint64_t leads;
+    std::uint64_t threeOrMore;
+    std::uint64_t four;
 };
 
-/// One character of `length` bytes, which is well-formed. Returns the number of units.
-inline std::size_t decodeOne(const char* bytes, std::size_t length, Char* units)
+/// The units of characters that begin at 16 places, and bits where they are not in their shortest form or not in range.
+template <bool WITH_THREE, bool WITH_FOUR>
+__m256i decodePlaces(const char* bytes, __m256i& faults)
 {
-    const auto byte = [bytes](int i) { return static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i])); };
-    switch (length)
+    const auto bytesFrom = [bytes](int place) { return _mm256_cvtepu8_epi16(load128(bytes + place)); };
+    const auto lowSix = [](__m256i units) { return _mm256_and_si256(units, Avx2::splat(0x3F)); };
+    const __m256i lead = bytesFrom(0);
+    const __m256i ascii = _mm256_cmpgt_epi16(Avx2::splat(0x80), lead);
+    const __m256i two =
+        _mm256_or_si256(_mm256_slli_epi16(_mm256_and_si256(lead, Avx2::splat(0x1F)), 6), lowSix(bytesFrom(1)));
+    __m256i units = two;
+    if constexpr (WITH_THREE)
     {
-        case 1: units[0] = static_cast<Char>(byte(0)); return 1;
-        case 2: units[0] = static_cast<Char>((byte(0) & 0x1F) << 6 | (byte(1) & 0x3F)); return 1;
-        case 3:
-            units[0] = static_cast<Char>((byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F));
-            return 1;
-        default: break;
+        const __m256i three = _mm256_or_si256(_mm256_slli_epi16(two, 6), lowSix(bytesFrom(2)));
+        __m256i ofThree = _mm256_cmpgt_epi16(lead, Avx2::splat(0xDF));
+        units = _mm256_blendv_epi8(units, three, ofThree);
+        if constexpr (WITH_FOUR)
+        {
+            // A pair of surrogates comes from the lead byte and from the byte behind it. The same sum gives the upper
+            // bits at the first place, and at the second one the lower ten.
+            const __m256i ofFour = _mm256_cmpgt_epi16(lead, Avx2::splat(0xEF));
+            const __m256i upper = _mm256_add_epi16(_mm256_srli_epi16(three, 4), Avx2::splat(0xD7C0));
+            const __m256i lower =
+                _mm256_or_si256(_mm256_and_si256(three, Avx2::splat(0x3FF)), Avx2::splat(0xDC00));
+            const __m256i behind = _mm256_cmpgt_epi16(Avx2::splat(0xC0), lead);
+            units = _mm256_blendv_epi8(_mm256_blendv_epi8(units, upper, ofFour), lower, behind);
+            const __m256i inRange =
+                Avx2::equal(_mm256_and_si256(upper, Avx2::splat(0xFC00)), Avx2::splat(0xD800));
+            faults = _mm256_or_si256(faults, _mm256_andnot_si256(inRange, ofFour));
+            ofThree = _mm256_andnot_si256(ofFour, ofThree);
+        }
+        // Below 0x800, or with the surrogates brought there.
+        const __m256i lowest = _mm256_min_epu16(units, _mm256_xor_si256(units, Avx2::splat(0xD800)));
+        const __m256i tooLow = Avx2::equal(_mm256_min_epu16(lowest, Avx2::splat(0x7FF)), lowest);
+        faults = _mm256_or_si256(faults, _mm256_and_si256(tooLow, ofThree));
     }
-    const std::uint32_t c =
-        (byte(0) & 7) << 18 | (byte(1) & 0x3F) << 12 | (byte(2) & 0x3F) << 6 | (byte(3) & 0x3F);
-    units[0] = static_cast<Char>(0xD7C0 + (c >> 10));
-    units[1] = static_cast<Char>(0xDC00 + (c & 0x3FF));
-    return 2;
+    return _mm256_blendv_epi8(units, lead, ascii);
+}
+
+/// Writes the units that `kept` tells, without gaps. Returns their end.
+inline Char* storeKept(__m128i units, unsigned kept, Char* to)
+{
+    store128(to, _mm_shuffle_epi8(units, load128(&UNIT_PACKINGS[kept])));
+    return to + bitCount(kept);
+}
+
+/// Writes the units that come from `places` among 64. Returns their end; null when not all are valid.
+template <bool WITH_THREE, bool WITH_FOUR>
+Char* decodeBlock(const char* bytes, std::uint64_t places, Char* to)
+{
+    __m256i faults = _mm256_setzero_si256();
+    for (int i = 0; i < 64; i += 16)
+    {
+        const __m256i units = decodePlaces<WITH_THREE, WITH_FOUR>(bytes + i, faults);
+        to = storeKept(_mm256_castsi256_si128(units), static_cast<unsigned>(places >> i) & 0xFF, to);
+        to = storeKept(_mm256_extracti128_si256(units, 1), static_cast<unsigned>(places >> i >> 8) & 0xFF, to);
+    }
+    return _mm256_testz_si256(faults, faults) != 0 ? to : nullptr;
 }
 
 inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* units, std::size_t capacity)
 {
     constexpr std::size_t BLOCK = 64;
-    // The last byte's end is not known, and a step looks at 12 bytes but loads 16.
-    constexpr std::size_t LAST_START = BLOCK - 13;
+    // The last place looks at two bytes more. Units never take more room than all places would.
+    constexpr std::size_t BEHIND = 2;
 
     std::size_t read = 0;
-    std::size_t written = 0;
-    while (length - read >= BLOCK + 16 && capacity - written >= BLOCK + 16)
+    Char* to = units;
+    // Where the next block continues a character, and where a pair ends in it that began before.
+    std::uint64_t carried = 0;
+    std::uint64_t carriedPair = 0;
+    while (length - read >= BLOCK + BEHIND && capacity - static_cast<std::size_t>(to - units) >= BLOCK)
     {
-        const ByteMasks masks(bytes + read);
-        if (masks.notAscii == 0)
+        const char* const from = bytes + read;
+        const ByteKinds kinds(from);
+        if ((kinds.notAscii | carried) == 0)
         {
-            Avx2::widen(bytes + read, units + written);
-            Avx2::widen(bytes + read + BLOCK / 2, units + written + BLOCK / 2);
+            Avx2::widen(from, to);
+            Avx2::widen(from + BLOCK / 2, to + BLOCK / 2);
             read += BLOCK;
-            written += BLOCK;
+            to += BLOCK;
             continue;
         }
+        const std::uint64_t expected = kinds.leads << 1 | kinds.threeOrMore << 2 | kinds.four << 3 | carried;
+        if (expected != kinds.continuations || (kinds.four != 0 && !kinds.areLeads())) break;
 
-        if (!masks.wellFormed) break;
-        std::size_t position = 0;
-        while (position <= LAST_START)
-        {
-            const char* const from = bytes + read + position;
-            Char* const to = units + written;
-            if ((masks.notAscii >> position & 0xFFFF) == 0 && position <= BLOCK - 16)
-            {
-                _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), _mm256_cvtepu8_epi16(load128(from)));
-                position += 16;
-                written += 16;
-                continue;
-            }
-            const utf8_tables::Step step = DECODE.steps[masks.ends >> position & 0xFFF];
-            if (step.length == 0)
-            {
-                // A character of four bytes is too long for a step; others may stand before it.
-                const auto ends = static_cast<unsigned>(masks.ends >> position);
-                const std::size_t size = static_cast<std::size_t>(trailingZeros(ends)) + 1;
-                written += decodeOne(from, size, to);
-                position += size;
-                continue;
-            }
-            const __m128i lanes = _mm_shuffle_epi8(load128(from), load128(&DECODE.shuffles[step.shuffle]));
-            const bool six = step.shuffle < utf8_tables::FIRST_OF_FOUR;
-            if (six)
-                decodeSix(lanes, to);
-            else
-                decodeFour(lanes, to);
-            position += step.length;
-            written += six ? 6 : 4;
-        }
-        read += position;
+        const std::uint64_t places = ~kinds.continuations | kinds.four << 1 | carriedPair;
+        Char* const end = (kinds.four | carriedPair) != 0 ? decodeBlock<true, true>(from, places, to)
+                          : kinds.threeOrMore != 0        ? decodeBlock<true, false>(from, places, to)
+                                                          : decodeBlock<false, false>(from, places, to);
+        if (end == nullptr) break;
+        carried = kinds.leads >> 63 | kinds.threeOrMore >> 62 | kinds.four >> 61;
+        carriedPair = kinds.four >> 63;
+        read += BLOCK;
+        to = end;
     }
-    return {read, written};
+    if (carried != 0)
+    {
+        // Back to the front of the character whose end was not looked at.
+        std::size_t back = 1;
+        while ((bytes[read - back] & 0xC0) == 0x80) ++back;
+        read -= back;
+        to -= static_cast<unsigned char>(bytes[read]) >= 0xF0 && back > 1 ? 2 : 1;
+    }
+    return {read, static_cast<std::size_t>(to - units)};
 }
 
 /// Eight units below 0x800.

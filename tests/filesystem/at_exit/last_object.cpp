@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <random>
+#include <string>
 #include <vector>
 
 #include "base/diagnostics/kp_stack_walker.h"
@@ -17,12 +19,19 @@ namespace
 
 using namespace Oxa_1_1;
 
+/// Of this run alone.
+std::string folderName()
+{
+    static const unsigned number = std::random_device{}();
+    return std::string(OXA_TEST_RUN "_last_object_").append(std::to_string(number));
+}
+
 /// Whether all is as it should be.
 bool work()
 {
     std::vector<String> messages;
     const auto former = FileSystemItem::setErrorSink([&](const String& text) { messages.push_back(text); });
-    const auto folder = Directory::fromPath(std::filesystem::temp_directory_path())->appendLevel("oxa_last_object");
+    const auto folder = Directory::fromPath(std::filesystem::temp_directory_path())->appendLevel(folderName());
     const auto file = File::fromString(*folder, "file");
     bool isRight = folder->create() && file->touch() && file->copy(*file, true, nullptr) != 0 &&
                    file->copy(*File::fromString(*folder, "copy"), true, nullptr) == 0 &&

@@ -142,11 +142,40 @@ TEST_F(FullDisk, LosesNothingThatShallMoveThere)
                           EXPECT_EQ(temp.read("disk/file"), "old");
                           std::filesystem::remove(temp.path("disk/file"));
                       }
+                      // The same file system, but by another way.
+                      temp.makeFolder("bound");
+                      ASSERT_EQ(mount(temp.path().c_str(), temp.path("bound").c_str(), nullptr, MS_BIND, nullptr), 0);
+                      temp.write("other/old", "old");
+                      std::filesystem::create_symlink("tree", temp.path("link"));
+                      for (const char* const name : {"tree", "link"})
+                          EXPECT_FALSE(temp.directory(name)->move(*temp.directory("bound/other"), true)) << name;
+                      EXPECT_EQ(temp.read("other/old"), "old");
+                      umount(temp.path("bound").c_str());
                   });
     temp.makeFolder("disk");
     EXPECT_EQ(temp.read("file"), "content");
     EXPECT_EQ(temp.read("tree/a/file"), "content");
     EXPECT_EQ(temp.read("tree/b"), "content");
+}
+
+TEST_F(FullDisk, IsNoneThatAnotherUserMayNotChange)
+{
+    temp.write("tree/a/file");
+    temp.write("target/old", "old");
+    constexpr auto ALL = std::filesystem::perms::all;
+    std::filesystem::permissions(temp.path("target"), ALL);
+    std::filesystem::permissions(temp.path(), ALL);
+    std::filesystem::permissions(temp.path("tree/a"), std::filesystem::perms(0555));
+    EXPECT_EQ(inChild(
+                  [&]
+                  {
+                      constexpr uid_t NOBODY = 65534;
+                      const bool isAnybody = geteuid() != 0 || seteuid(NOBODY) == 0;
+                      ASSERT_TRUE(isAnybody);
+                      EXPECT_FALSE(temp.directory("tree")->move(*temp.directory("target"), true));
+                  }),
+              0);
+    EXPECT_EQ(temp.read("target/old"), "old");
 }
 
 TEST_F(FullDisk, IsAnotherReasonThanFilesThatMayNotGrow)

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/filesystem/foreigners.h"
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
 
@@ -31,6 +32,23 @@ TEST(Links, AreFoldersToWalkThroughButNotInCircles)
     EXPECT_EQ(sorted(namesIn(*tree, tree->findFiles("*"))), (Names{"dangling"}));
     EXPECT_EQ(sorted(namesIn(*tree, tree->collectContents("*", true))),
               (Names{"dangling", "inner/", "inner/self/", "inner/top/", "link/", "link/file", "up/"}));
+    // By open folders as by paths, to the letter.
+    for (const char* const top : {"tree", "tree/up", "tree/inner/top/inner"})
+        for (const char* const pattern : {"*", "?n*", "f*"})
+        {
+            const auto lists = [&]
+            {
+                const auto folder = temp.directory(top);
+                Names names = namesIn(*folder, folder->collectContents(pattern, true));
+                std::ranges::copy(namesIn(*folder, folder->collectDirectories(pattern, true)),
+                                  std::back_inserter(names));
+                std::ranges::copy(namesIn(*folder, folder->collectFiles(pattern, true)), std::back_inserter(names));
+                return names;
+            };
+            const Names listed = lists();
+            const ForeignersFirst foreigners;
+            EXPECT_EQ(lists(), listed) << top << pattern;
+        }
     unsigned long long bytes = 0;
     EXPECT_TRUE(tree->size(bytes));
     EXPECT_EQ(bytes, std::string("content").size());

@@ -25,7 +25,7 @@ TEST(Links, LeadWhereTheySay)
 {
     const TempFolder folder;
     folder.write("folder/file", "content");
-    const String folderName = folder.directory("folder")->getFullName();
+    const String folderName = folder.file("folder")->getFullName();
     const struct
     {
         const char* link;
@@ -58,6 +58,10 @@ TEST(Links, LeadWhereTheySay)
 TEST(SafeWriter, FollowsLinksAndKeepsPermissions)
 {
     const TempFolder folder;
+    // Whoever reads it would get the end of a file instead.
+    ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(SafeWriter(*folder.file("pipe")).commit());
+    EXPECT_TRUE(std::filesystem::is_fifo(folder.path("pipe")));
     folder.write("folder/file", "before");
     ::chmod(folder.path("folder/file").c_str(), 0640);
     ASSERT_TRUE(createLink(*folder.file("link"), OXA_TEXT("folder\\file"), LinkKind::File));

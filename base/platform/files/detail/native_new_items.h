@@ -9,7 +9,7 @@ namespace Oxa_1_1::platform::native
 Text temporaryFolder();
 bool createPrivateFile(TextView path);
 bool createPrivateFolder(TextView path);
-bool replaceFile(TextView replacement, TextView target);
+bool replaceFile(TextView replacement, TextView target, bool waitForDisk);
 bool flushToDisk(TextView path);
 Text finalPath(TextView path);
 bool writeLastWrite(TextView path, FileTicks ticks);

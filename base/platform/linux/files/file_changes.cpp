@@ -17,10 +17,6 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
-constexpr DWORD FILE_NOT_FOUND = 2;
-constexpr DWORD NOT_SUPPORTED = 50;
-constexpr DWORD NOT_A_FOLDER = 267;
-
 constexpr struct timespec NOW_WRITTEN[]
 {
     {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, { .tv_sec = 0, .tv_nsec = UTIME_NOW }
@@ -51,20 +47,12 @@ Touch touchExisting(const ReachablePath& reachable)
 
 std::string_view lastNameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-FileDescriptor openParent(const ReachablePath& reachable)
-{
-    const std::string_view path = reachable.itself();
-    const std::string_view folder = path.substr(0, path.size() - lastNameOf(path).size());
-    const std::string parent(folder.empty() ? "." : folder);
-    return FileDescriptor(openat(reachable.folder(), parent.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-}
-
 /// Whether two paths are the same name in the same folder.
 bool isSameName(const ReachablePath& a, const ReachablePath& b)
 {
     if (lastNameOf(a.itself()) != lastNameOf(b.itself())) return false;
-    const FileDescriptor folderA = openParent(a);
-    const FileDescriptor folderB = openParent(b);
+    const FileDescriptor folderA = a.openParent(O_PATH);
+    const FileDescriptor folderB = b.openParent(O_PATH);
     struct stat statusA;
     struct stat statusB;
     return fstat(folderA.get(), &statusA) == 0 && fstat(folderB.get(), &statusB) == 0 && isSameFile(statusA, statusB);

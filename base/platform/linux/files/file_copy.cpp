@@ -19,10 +19,6 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
-constexpr DWORD SHARING_VIOLATION = 32;
-constexpr DWORD NOT_SUPPORTED = 50;
-constexpr DWORD FILE_EXISTS = 80;
-
 bool failWithCode(DWORD code)
 {
     setLastError(code);

@@ -24,7 +24,6 @@ namespace
 constexpr std::int64_t SECONDS_FROM_1601_TO_1970 = 11644473600;
 constexpr std::int64_t TICKS_IN_SECOND = 10'000'000;
 constexpr int NANOSECONDS_IN_TICK = 100;
-constexpr DWORD INVALID_DRIVE = 15;
 constexpr int DRIVES = 26;
 
 FileTicks ticksOf(const struct statx_timestamp& time)

@@ -71,6 +71,12 @@ const struct dirent64* FolderEntries::next()
     }
 }
 
+bool FolderEntries::rewind()
+{
+    m_position = m_end = 0;
+    return lseek(m_folder.get(), 0, SEEK_SET) == 0 || failWith(errno);
+}
+
 bool FolderEntries::fill()
 {
     if (m_buffer == nullptr) m_buffer = std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE);

@@ -13,9 +13,6 @@
 namespace Oxa_1_1::platform
 {
 
-/// The last error behind the last entry of a folder.
-inline constexpr DWORD NO_MORE_FILES = 18;
-
 /// What an entry of the folder is. The system is asked only where the entry does not tell.
 EntryKind kindOf(int folder, const struct dirent64& entry);
 /// Asks the system; none sets `errno`.
@@ -30,6 +27,7 @@ class FolderEntries
     int folder() const noexcept { return m_folder.get(); }
     /// Without "." and ".."; valid until the next call. Null at the end, or when reading fails: the last error tells.
     const struct dirent64* next();
+    bool rewind();
 
    private:
     bool fill();

@@ -15,10 +15,6 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
-constexpr DWORD FILE_NOT_FOUND = 2;
-constexpr DWORD PATH_NOT_FOUND = 3;
-constexpr DWORD NOT_A_FOLDER = 267;
-
 class NativeFolderReader : public FolderReader
 {
    public:

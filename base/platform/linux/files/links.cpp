@@ -2,15 +2,24 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 #include <string>
 
 #include "base/platform/files/detail/native_links.h"
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/files/reachable_path.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
 {
+
+namespace
+{
+
+constexpr DWORD NOT_A_LINK = 4390;
+
+}  // namespace
 
 Text readLink(TextView path)
 {
@@ -20,7 +29,10 @@ Text readLink(TextView path)
     const ssize_t length = readlinkat(reachable.folder(), reachable.itself(), target.data(), target.size());
     if (length < 0)
     {
-        reachable.fail();
+        if (errno == EINVAL)
+            setLastError(NOT_A_LINK);
+        else
+            reachable.fail();
         return {};
     }
     target.resize(static_cast<std::size_t>(length));

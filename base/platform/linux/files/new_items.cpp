@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <string>
@@ -43,16 +44,24 @@ bool takeOverPermissions(const ReachablePath& replacement, const ReachablePath& 
     if (!file.isOpen() || fstat(file.get(), &own) != 0) return replacement.fail();
     mode_t mode = former.st_mode & 07777;
     const bool isAnothers = own.st_uid != former.st_uid || own.st_gid != former.st_gid;
+    // Not every file system has modes that can be set.
+    const bool hasMode = !isAnothers && (own.st_mode & 07777) == mode;
     if (isAnothers && fchown(file.get(), former.st_uid, former.st_gid) != 0)
     {
         mode &= ~mode_t{S_ISUID | S_ISGID};
         if (own.st_gid != former.st_gid && fchown(file.get(), static_cast<uid_t>(-1), former.st_gid) != 0)
             mode &= ~mode_t{S_IRWXG} | (mode & S_IRWXO) << 3;
     }
-    if (fchmod(file.get(), mode) != 0) return replacement.fail();
+    if (!hasMode && fchmod(file.get(), mode) != 0) return replacement.fail();
     const FileDescriptor old(target.open(O_RDONLY));
     if (old.isOpen()) copyAccessList(old.get(), file.get());
     return true;
+}
+
+/// Where names cannot be waited for, they are there at once, or nobody knows better.
+bool flushNames(const FileDescriptor& folder)
+{
+    return uninterrupted([&] { return fsync(folder.get()); }) == 0 || errno == EINVAL || errno == EROFS;
 }
 
 }  // namespace
@@ -77,18 +86,22 @@ bool createPrivateFolder(TextView path)
     return mkdirat(reachable.folder(), reachable.itself(), 0700) == 0 || reachable.fail();
 }
 
-bool replaceFile(TextView replacement, TextView target)
+bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
 {
     const ReachablePath from(replacement);
     const ReachablePath to(target);
     struct stat former;
     if (fstatat(to.folder(), to.itself(), &former, AT_SYMLINK_NOFOLLOW) == 0)
     {
-        if (S_ISDIR(former.st_mode)) return failWith(EISDIR);
-        if (!S_ISLNK(former.st_mode) && isReadOnly(former)) return failWith(EACCES);
-        if (S_ISREG(former.st_mode) && !takeOverPermissions(from, to, former)) return false;
+        // A device that was replaced by a file would be missed by everybody.
+        if (!S_ISREG(former.st_mode) || isReadOnly(former)) return failWith(EACCES);
+        if (faccessat(to.folder(), to.itself(), W_OK, AT_EACCESS) != 0) return to.fail();
+        if (!takeOverPermissions(from, to, former)) return false;
     }
-    return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || from.fail();
+    const FileDescriptor folder = waitForDisk ? to.openParent(O_RDONLY) : FileDescriptor();
+    if (waitForDisk && !folder.isOpen()) return to.fail();
+    if (renameat(from.folder(), from.itself(), to.folder(), to.itself()) != 0) return from.fail();
+    return !waitForDisk || flushNames(folder) || to.fail();
 }
 
 bool flushToDisk(TextView path)

@@ -17,11 +17,6 @@ namespace Oxa_1_1::platform
 namespace
 {
 
-constexpr DWORD FILE_NOT_FOUND = 2;
-constexpr DWORD PATH_NOT_FOUND = 3;
-constexpr DWORD SHARE_NOT_FOUND = 53;
-constexpr DWORD INVALID_NAME = 123;
-
 /// Up to the last separator, which stays; empty when there is none.
 std::string parentOf(const std::string& path)
 {
@@ -100,6 +95,12 @@ int ReachablePath::open(int flags, mode_t mode) const
     // Neither pipes nor terminals keep anybody waiting.
     const int all = flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     return uninterrupted([&] { return openat(m_folder, path(), all, mode); });
+}
+
+FileDescriptor ReachablePath::openParent(int access) const
+{
+    const std::string parent = m_itself.substr(0, m_itself.rfind('/') + 1);
+    return FileDescriptor(openat(m_folder, parent.empty() ? "." : parent.c_str(), access | O_DIRECTORY | O_CLOEXEC));
 }
 
 bool ReachablePath::fail(int number) const

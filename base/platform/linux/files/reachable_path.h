@@ -42,6 +42,8 @@ class ReachablePath
     bool readOwnStatus(struct stat& status) const;
 
     int open(int flags, mode_t mode = 0) const;
+    /// The folder that the last name lies in. Not open on failure, with `errno`.
+    FileDescriptor openParent(int access) const;
 
     /// Sets the last error after a call that failed with `number`, and returns false.
     bool fail(int number = errno) const;

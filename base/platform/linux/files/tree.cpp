@@ -17,13 +17,6 @@
 namespace Oxa_1_1::platform::native
 {
 
-namespace
-{
-
-constexpr DWORD NOT_A_FOLDER = 267;
-
-}  // namespace
-
 class Folder
 {
    public:
@@ -38,6 +31,8 @@ class Folder
         failWith(EACCES);
         return nullptr;
     }
+
+    bool rewind() { return m_entries.rewind(); }
 
     /// Null sets the last error.
     const struct stat* status() const
@@ -133,14 +128,20 @@ SharedFolder openParent(const Folder& folder)
     return parent;
 }
 
-bool nextEntry(Folder& folder, TreeEntry& entry)
+bool nextEntry(Folder& folder, TreeEntry& entry, EntryKinds kinds)
 {
-    const struct dirent64* const found = folder.next();
-    if (found == nullptr) return false;
-    entry.kind = kindOf(folder.number(), *found);
+    const struct dirent64* found = nullptr;
+    do
+    {
+        found = folder.next();
+        if (found == nullptr) return false;
+        entry.kind = kindOf(folder.number(), *found);
+    } while (!isOf(entry.kind, kinds));
     spellName(found->d_name, entry.name);
     return true;
 }
+
+bool rewind(Folder& folder) { return folder.rewind(); }
 
 std::optional<FileIdentity> readIdentity(const Folder& folder)
 {
@@ -236,6 +237,17 @@ bool unlock(Folder& folder)
     if (status == nullptr || !folder.setMode((status->st_mode & 07777) | S_IRWXU)) return false;
     folder.makeReadable();
     return true;
+}
+
+bool canRename(const Folder& folder, const Folder& target)
+{
+    const struct stat* const from = folder.status();
+    const struct stat* const to = target.status();
+    if (from == nullptr || to == nullptr) return false;
+    // Nothing can be called so, but before that the system sees whether both are part of the same mounted tree.
+    const bool isApart = renameat(folder.number(), ".", target.number(), ".") != 0 && errno == EXDEV;
+    if (isApart || from->st_dev != to->st_dev) return failWith(EXDEV);
+    return faccessat(folder.number(), ".", W_OK | X_OK, AT_EACCESS) == 0 || failWith(errno);
 }
 
 bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly)

@@ -11,6 +11,7 @@
 
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/modules/resource_store.h"
+#include "base/platform/system/error_text.h"
 #include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1::platform
@@ -74,7 +75,15 @@ HINSTANCE loadDataFile(TextView path) { return openDataFile(nativePathOf(path));
 
 HINSTANCE loadModule(TextView path, Text& error)
 {
-    void* const handle = dlopen(nativePathOf(path).c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string file = nativePathOf(path);
+    if (file.empty())
+    {
+        // Which the loader takes for the program.
+        constexpr std::uint32_t INVALID_PARAMETER = 87;
+        error = systemErrorText(INVALID_PARAMETER);
+        return nullptr;
+    }
+    void* const handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (handle == nullptr) error = decodeNarrow(dlerror());
     return static_cast<HINSTANCE>(handle);
 }

@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "base/platform/linux/files/mapped_file.h"
+#include "base/platform/linux/files/file_bytes.h"
 #include "base/platform/modules/module_loader.h"
 
 namespace Oxa_1_1::platform
@@ -60,11 +60,11 @@ Slot* freeSlotFor(HINSTANCE module) noexcept
 }
 
 // ---- Data files: the handle is the address of what is known of it, marked in its lowest bit, as the system's own
-// loader marks such handles on Windows.
+// loader marks such handles on Windows. They are read, not mapped: others may cut them short meanwhile.
 
 struct DataFile
 {
-    MappedFile file;
+    std::vector<std::byte> bytes;
     formats::ResourceIndex resources;
 };
 
@@ -108,13 +108,12 @@ std::vector<HINSTANCE> modulesWithResources()
 
 HINSTANCE openDataFile(const std::string& nativePath)
 {
-    MappedFile file(nativePath);
-    if (file.bytes().size() > MAX_DATA_FILE) return nullptr;
-    std::optional<formats::ResourceIndex> resources =
-        formats::ResourceIndex::fromPortableExecutable(std::as_bytes(file.bytes()));
+    std::optional<std::vector<std::byte>> bytes = readFileBytes(nativePath, MAX_DATA_FILE);
+    if (!bytes) return nullptr;
+    std::optional<formats::ResourceIndex> resources = formats::ResourceIndex::fromPortableExecutable(*bytes);
     if (!resources) return nullptr;
-    // The bytes keep their place when the mapping changes hands.
-    auto* const known = new DataFile{std::move(file), std::move(*resources)};
+    // The bytes keep their place when they change hands.
+    auto* const known = new DataFile{std::move(*bytes), std::move(*resources)};
     return reinterpret_cast<HINSTANCE>(reinterpret_cast<std::uintptr_t>(known) | DATA_FILE_MARK);
 }
 

@@ -13,12 +13,14 @@ namespace detail
 
 constinit RuleCache ruleCache;
 
-std::uint64_t findRule(const UnwindTable& table, std::uint64_t address)
+std::uint64_t findRule(const UnwindTable& table, std::uint64_t address, std::uint64_t instruction)
 {
+    const std::uint64_t beside = ruleCache.findBeside(address, instruction, table.stamp);
+    if (beside != QuickRule::NONE) return beside;
     UnwindRow row;
-    if (!findUnwindRow(table, address, row)) return QuickRule::OUTERMOST;
+    if (!findUnwindRow(table, instruction, row)) return QuickRule::OUTERMOST;
     const std::uint64_t rule = QuickRule::pack(row);
-    if (rule != QuickRule::NONE) ruleCache.store(address, table.stamp, rule);
+    if (rule != QuickRule::NONE) ruleCache.store(address, instruction, table.stamp, rule);
     return rule;
 }
 

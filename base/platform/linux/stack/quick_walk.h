@@ -78,23 +78,25 @@ class QuickRule
 };
 
 /// Rules of the addresses that were met before. Threads and signal handlers share it without a lock: a slot counts only
-/// when both of its words belong together.
+/// when both of its words belong together. Two addresses that belong into one slot have it and its neighbour.
 class RuleCache
 {
    public:
-    std::uint64_t find(std::uint64_t address, std::uint64_t stamp) const
+    /// For the frame at `address`, whose rule is that of `instruction`.
+    std::uint64_t find(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp) const
     {
-        const Slot& slot = m_slots[indexOf(address)];
-        const std::uint64_t rule = slot.rule.load(std::memory_order_relaxed);
-        const std::uint64_t check = slot.check.load(std::memory_order_relaxed);
-        return check == checkOf(address, stamp, rule) ? rule : QuickRule::NONE;
+        return m_slots[indexOf(address)].find(instruction, stamp);
+    }
+    std::uint64_t findBeside(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp) const
+    {
+        return m_slots[indexOf(address) ^ 1].find(instruction, stamp);
     }
 
-    void store(std::uint64_t address, std::uint64_t stamp, std::uint64_t rule)
+    void store(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp, std::uint64_t rule)
     {
         Slot& slot = m_slots[indexOf(address)];
-        slot.rule.store(rule, std::memory_order_relaxed);
-        slot.check.store(checkOf(address, stamp, rule), std::memory_order_relaxed);
+        if (slot.rule.load(std::memory_order_relaxed) != QuickRule::NONE) m_slots[indexOf(address) ^ 1].copyFrom(slot);
+        slot.store(instruction, stamp, rule);
     }
 
    private:
@@ -104,6 +106,23 @@ class RuleCache
     {
         std::atomic<std::uint64_t> rule{QuickRule::NONE};
         std::atomic<std::uint64_t> check{0};
+
+        std::uint64_t find(std::uint64_t instruction, std::uint64_t stamp) const
+        {
+            const std::uint64_t found = rule.load(std::memory_order_relaxed);
+            return check.load(std::memory_order_relaxed) == checkOf(instruction, stamp, found) ? found
+                                                                                               : QuickRule::NONE;
+        }
+        void store(std::uint64_t instruction, std::uint64_t stamp, std::uint64_t found)
+        {
+            rule.store(found, std::memory_order_relaxed);
+            check.store(checkOf(instruction, stamp, found), std::memory_order_relaxed);
+        }
+        void copyFrom(const Slot& other)
+        {
+            rule.store(other.rule.load(std::memory_order_relaxed), std::memory_order_relaxed);
+            check.store(other.check.load(std::memory_order_relaxed), std::memory_order_relaxed);
+        }
     };
 
     // Each frame waits for the one before it, so a product would take too long.
@@ -112,9 +131,9 @@ class RuleCache
         return (address ^ address >> INDEX_BITS) & ((std::size_t{1} << INDEX_BITS) - 1);
     }
 
-    static std::uint64_t checkOf(std::uint64_t address, std::uint64_t stamp, std::uint64_t rule)
+    static std::uint64_t checkOf(std::uint64_t instruction, std::uint64_t stamp, std::uint64_t rule)
     {
-        return address ^ stamp ^ rule * 0x9E3779B97F4A7C15U;
+        return instruction ^ stamp ^ rule * 0x9E3779B97F4A7C15U;
     }
 
     std::array<Slot, std::size_t{1} << INDEX_BITS> m_slots{};
@@ -123,7 +142,7 @@ class RuleCache
 extern RuleCache ruleCache;
 
 /// The rule as the tables have it, which is remembered.
-std::uint64_t findRule(const formats::UnwindTable& table, std::uint64_t address);
+std::uint64_t findRule(const formats::UnwindTable& table, std::uint64_t address, std::uint64_t instruction);
 
 OXA_READS_FOREIGN_STACKS inline std::uint64_t wordAt(std::uint64_t address)
 {
@@ -157,11 +176,15 @@ bool walkQuickly(const formats::Registers& registers, Visit visit)
             size = table.end - begin;
             stamp = table.stamp;
         }
-        std::uint64_t bits = detail::ruleCache.find(instruction, stamp);
-        if (bits == QuickRule::NONE) bits = detail::findRule(table, instruction);
+        std::uint64_t bits = detail::ruleCache.find(address, instruction, stamp);
+        if (bits == QuickRule::NONE) bits = detail::findRule(table, address, instruction);
         if (bits <= QuickRule::OUTERMOST) return bits == QuickRule::OUTERMOST;
         const QuickRule rule(bits);
-        const std::uint64_t frame = (rule.isByFramePointer() ? framePointer : stack) + rule.frameOffset();
+        // Foretold, a branch takes no time; a choice would wait for the rule.
+        std::uint64_t frame = stack;
+        if (rule.isByFramePointer()) [[unlikely]]
+            frame = framePointer;
+        frame += rule.frameOffset();
         // Frames lie one behind the other; anything else is no stack.
         if (frame <= stack || frame - stack > LARGEST_FRAME || frame % sizeof(frame) != 0) return true;
         if (rule.isFramePointerSaved()) framePointer = detail::wordAt(frame + rule.savedOffset());

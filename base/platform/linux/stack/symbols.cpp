@@ -1,7 +1,6 @@
 #include "base/platform/stack/symbols.h"
 
 #include <dlfcn.h>
-#include <link.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,6 +21,7 @@
 
 #include "base/formats/elf_file.h"
 #include "base/platform/linux/files/mapped_file.h"
+#include "base/platform/linux/stack/loaded_modules.h"
 #include "base/platform/linux/stack/remote_process.h"
 #include "base/platform/linux/stack/walk_stack.h"
 #include "base/platform/stack/detail/symbol_files.h"
@@ -44,10 +44,6 @@ enum SymbolType : std::uint32_t
     Virtual,
     Unknown
 };
-
-constexpr std::uint32_t ACCESS_DENIED = 5;
-constexpr std::uint32_t INVALID_PARAMETER = 87;
-constexpr std::uint32_t MODULE_NOT_FOUND = 126;
 
 /// The reader gives lines wherever it can.
 constexpr std::uint32_t LOAD_LINES = 0x10;
@@ -123,99 +119,6 @@ std::string moduleFile(const char* loaderName)
 
 std::string moduleName(const std::string& file) { return file.substr(file.find_last_of('/') + 1); }
 
-constexpr std::uint64_t mix(std::uint64_t stamp, std::uint64_t value)
-{
-    stamp = (stamp ^ value) * 0x9E3779B97F4A7C15U;
-    return stamp ^ stamp >> 29;
-}
-
-std::uint64_t mix(std::uint64_t stamp, std::string_view text)
-{
-    return mix(stamp, std::hash<std::string_view>()(text));
-}
-
-/// A module as the loader knows it.
-struct LoadedModule
-{
-    ModuleStamp place{};
-    const char* loaderName = "";
-
-    bool contains(std::uint64_t address) const { return address >= place.begin && address < place.end; }
-};
-
-/// The identification of a build among the notes of a loaded module; empty without one.
-std::string_view buildIdIn(const char* notes, std::size_t size)
-{
-    constexpr std::uint32_t BUILD_ID = 3;
-    while (size >= sizeof(ElfW(Nhdr)))
-    {
-        ElfW(Nhdr) note;
-        std::memcpy(&note, notes, sizeof note);
-        const std::size_t nameSize = (std::size_t{note.n_namesz} + 3) / 4 * 4;
-        const std::size_t whole = sizeof note + nameSize + (std::size_t{note.n_descsz} + 3) / 4 * 4;
-        if (whole > size) break;
-        if (note.n_type == BUILD_ID && note.n_namesz == 4 && std::memcmp(notes + sizeof note, "GNU", 4) == 0)
-            return {notes + sizeof note + nameSize, note.n_descsz};
-        notes += whole;
-        size -= whole;
-    }
-    return {};
-}
-
-LoadedModule describe(const dl_phdr_info& info)
-{
-    std::uint64_t begin = UINT64_MAX;
-    std::uint64_t end = 0;
-    LoadedModule module;
-    if (info.dlpi_name != nullptr) module.loaderName = info.dlpi_name;
-    std::uint64_t stamp = mix(info.dlpi_addr, module.loaderName);
-    for (const ElfW(Phdr) & segment : std::span(info.dlpi_phdr, info.dlpi_phnum))
-    {
-        if (segment.p_type == PT_NOTE)
-            stamp =
-                mix(stamp, buildIdIn(reinterpret_cast<const char*>(info.dlpi_addr + segment.p_vaddr), segment.p_memsz));
-        if (segment.p_type != PT_LOAD) continue;
-        stamp = mix(stamp, segment.p_filesz);
-        begin = std::min<std::uint64_t>(begin, segment.p_vaddr);
-        end = std::max<std::uint64_t>(end, segment.p_vaddr + segment.p_memsz);
-    }
-    constexpr std::uint64_t PAGE = 4096;
-    if (end > begin) module.place = {info.dlpi_addr + begin / PAGE * PAGE, info.dlpi_addr + end, stamp};
-    return module;
-}
-
-std::vector<LoadedModule> listModules()
-{
-    std::vector<LoadedModule> modules;
-    modules.reserve(64);
-    const auto add = [](dl_phdr_info* info, std::size_t, void* list)
-    {
-        static_cast<std::vector<LoadedModule>*>(list)->push_back(describe(*info));
-        return 0;
-    };
-    ::dl_iterate_phdr(add, &modules);
-    return modules;
-}
-
-/// False when no module lies there.
-bool findModule(std::uint64_t address, LoadedModule& module)
-{
-    struct Search
-    {
-        std::uint64_t address;
-        LoadedModule& module;
-    } search{address, module};
-    const auto look = [](dl_phdr_info* info, std::size_t, void* data)
-    {
-        auto& wanted = *static_cast<Search*>(data);
-        const LoadedModule found = describe(*info);
-        if (!found.contains(wanted.address)) return 0;
-        wanted.module = found;
-        return 1;
-    };
-    return ::dl_iterate_phdr(look, &search) != 0;
-}
-
 ModuleInfo plainInfo(const LoadedModule& loaded)
 {
     ModuleInfo module;
@@ -275,25 +178,15 @@ class OwnSession : public SymbolSession
     std::string searchPath() const override { return m_searchPath; }
     std::uint32_t options() const override { return LOAD_LINES; }
 
-    std::uint64_t moduleGeneration() const override
-    {
-        std::uint64_t generation = 0;
-        const auto read = [](dl_phdr_info* info, std::size_t, void* result)
-        {
-            *static_cast<std::uint64_t*>(result) = info->dlpi_adds + info->dlpi_subs;
-            return 1;
-        };
-        ::dl_iterate_phdr(read, &generation);
-        return generation;
-    }
+    std::uint64_t moduleGeneration() const override { return loaderGeneration(); }
 
     std::vector<ModuleStamp> moduleStamps() const override
     {
         std::vector<ModuleStamp> stamps;
         const std::lock_guard lock(m_mutex);
-        refresh();
-        stamps.reserve(m_present.size());
-        for (const LoadedModule& module : m_present) stamps.push_back(module.place);
+        m_present.refresh();
+        stamps.reserve(m_present.modules().size());
+        for (const LoadedModule& module : m_present.modules()) stamps.push_back(module.place);
         return sorted(std::move(stamps));
     }
 
@@ -301,8 +194,8 @@ class OwnSession : public SymbolSession
     {
         std::vector<ModuleInfo> added;
         const std::lock_guard lock(m_mutex);
-        refresh();
-        for (const LoadedModule& loaded : m_present)
+        m_present.refresh();
+        for (const LoadedModule& loaded : m_present.modules())
         {
             if (m_modules.contains(loaded.place.stamp)) continue;
             ModuleInfo module = plainInfo(loaded);
@@ -311,7 +204,7 @@ class OwnSession : public SymbolSession
             added.push_back(module);
             m_modules.emplace(loaded.place.stamp, std::move(module));
         }
-        if (m_modules.size() != m_present.size()) forgetOthers();
+        if (m_modules.size() != m_present.modules().size()) forgetOthers();
         return added;
     }
 
@@ -349,20 +242,11 @@ class OwnSession : public SymbolSession
         return known == m_modules.end() ? plainInfo(module) : known->second;
     }
 
-    /// Lists the modules when others have come or gone. Names are of the loader, and valid as long as their modules.
-    void refresh() const
-    {
-        const std::uint64_t generation = moduleGeneration();
-        if (!m_present.empty() && m_presentAt == generation) return;
-        m_present = listModules();
-        m_presentAt = generation;
-    }
-
     void forgetOthers()
     {
         const auto isPresent = [&](std::uint64_t stamp)
         {
-            return std::any_of(m_present.begin(), m_present.end(),
+            return std::any_of(m_present.modules().begin(), m_present.modules().end(),
                                [stamp](const LoadedModule& module) { return module.place.stamp == stamp; });
         };
         std::erase_if(m_modules, [&](const auto& module) { return !isPresent(module.first); });
@@ -371,8 +255,7 @@ class OwnSession : public SymbolSession
 
     std::string m_searchPath;
     mutable std::mutex m_mutex;
-    mutable std::vector<LoadedModule> m_present;
-    mutable std::uint64_t m_presentAt = 0;
+    mutable ModuleList m_present;
     /// By their stamps.
     std::map<std::uint64_t, ModuleInfo> m_modules;
 };

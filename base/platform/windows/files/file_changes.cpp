@@ -28,13 +28,6 @@ bool isLostFolderLink(const Text& path)
     return own != INVALID_FILE_ATTRIBUTES && (own & FOLDER) != 0 && isLink(path) && !readAttributes(path);
 }
 
-/// What a folder is renamed to must be a name.
-Text withoutSeparator(TextView path)
-{
-    while (path.ends_with(L'\\') || path.ends_with(L'/')) path.remove_suffix(1);
-    return Text(path);
-}
-
 }  // namespace
 
 Touch touchFile(TextView path)

@@ -32,7 +32,7 @@ FileHandle openAny(TextView path, DWORD access, DWORD flags = 0)
 /// Not everything that the attributes call so is a link: other services mark their files in the same way.
 bool leadsElsewhere(TextView path)
 {
-    const FileHandle file = openAny(path, FILE_READ_ATTRIBUTES, FILE_FLAG_OPEN_REPARSE_POINT);
+    const FileHandle file = openAny(withoutSeparator(path), FILE_READ_ATTRIBUTES, FILE_FLAG_OPEN_REPARSE_POINT);
     FILE_ATTRIBUTE_TAG_INFO info{};
     if (!file.isOpen() || !GetFileInformationByHandleEx(file.get(), FileAttributeTagInfo, &info, sizeof info))
         return false;

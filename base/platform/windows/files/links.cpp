@@ -44,9 +44,19 @@ bool createJunction(const Text& path, TextView target)
     return false;
 }
 
+/// Some systems that have no links say that they made one.
+bool isThere(const Text& path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    const bool isAnything = attributes != INVALID_FILE_ATTRIBUTES;
+    if (isAnything && (attributes & LINK) != 0) return true;
+    SetLastError(isAnything ? ERROR_ALREADY_EXISTS : ERROR_NOT_SUPPORTED);
+    return false;
+}
+
 bool createSymbolicLink(const Text& path, const Text& target, DWORD flags)
 {
-    if (CreateSymbolicLinkW(path.c_str(), target.c_str(), flags | MAY_BE_UNPRIVILEGED)) return true;
+    if (CreateSymbolicLinkW(path.c_str(), target.c_str(), flags | MAY_BE_UNPRIVILEGED)) return isThere(path);
     // Systems that do not know the flag refuse it.
     return GetLastError() == ERROR_INVALID_PARAMETER && CreateSymbolicLinkW(path.c_str(), target.c_str(), flags);
 }
@@ -55,7 +65,7 @@ bool createSymbolicLink(const Text& path, const Text& target, DWORD flags)
 
 Text readLink(TextView path)
 {
-    const FileHandle link = openItself(Text(path), FILE_READ_ATTRIBUTES);
+    const FileHandle link = openItself(withoutSeparator(path), FILE_READ_ATTRIBUTES);
     if (!link.isOpen()) return {};
     std::array<std::byte, MAXIMUM_REPARSE_DATA_BUFFER_SIZE> bytes{};
     DWORD length = 0;
@@ -70,8 +80,9 @@ Text readLink(TextView path)
 
 bool createLink(TextView path, TextView target, LinkKind kind)
 {
-    if (kind == LinkKind::JUNCTION) return createJunction(Text(path), target);
-    return createSymbolicLink(Text(path), Text(target), kind == LinkKind::TO_FOLDER ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0);
+    const Text link = withoutSeparator(path);
+    if (kind == LinkKind::JUNCTION) return createJunction(link, target);
+    return createSymbolicLink(link, Text(target), kind == LinkKind::TO_FOLDER ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0);
 }
 
 }  // namespace Oxa_1_1::platform::native

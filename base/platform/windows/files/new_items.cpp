@@ -1,10 +1,13 @@
 #include "base/platform/files/new_items.h"
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "base/platform/files/detail/native_new_items.h"
 #include "base/platform/windows/files/file_handle.h"
+// It needs the types of the one above.
+#include <aclapi.h>
 
 namespace Oxa_1_1::platform::native
 {
@@ -35,19 +38,96 @@ FileHandle openAny(TextView path, DWORD access)
                                   FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
-/// Who may not set them leaves those that new files inherit in the folder.
-void takeOverPermissions(const Text& to, const Text& from)
+/// Records of the system that end in what is as long as it is.
+using Record = std::vector<std::max_align_t>;
+
+Record recordOf(std::size_t bytes) { return Record(bytes / sizeof(std::max_align_t) + 1); }
+
+template <class T>
+T* as(Record& record)
 {
-    DWORD size = 0;
-    GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
-    std::vector<std::byte> descriptor(size);
-    if (size > 0 && GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size))
-        SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, descriptor.data());
+    return reinterpret_cast<T*>(record.data());
 }
+
+/// Who acts on this thread. None when the system does not tell.
+std::optional<Record> currentUser()
+{
+    HANDLE opened = nullptr;
+    if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &opened) &&
+        !OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened))
+        return std::nullopt;
+    const FileHandle token(opened);
+    DWORD size = 0;
+    GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
+    Record user = recordOf(size);
+    if (size == 0 || !GetTokenInformation(token.get(), TokenUser, user.data(), size, &size)) return std::nullopt;
+    return user;
+}
+
+/// Lets nobody in but the user, whatever the folder would hand on; what is made inside inherits that.
+class PrivateAccess
+{
+   public:
+    PrivateAccess()
+    {
+        std::optional<Record> user = currentUser();
+        if (!user) return;
+        const PSID name = as<TOKEN_USER>(*user)->User.Sid;
+        const DWORD size = sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) + GetLengthSid(name);
+        m_list = recordOf(size);
+        ACL* const list = as<ACL>(m_list);
+        m_isKnown = InitializeAcl(list, size, ACL_REVISION) &&
+                    AddAccessAllowedAceEx(list, ACL_REVISION, OBJECT_INHERIT_ACE | CONTAINER_INHERIT_ACE,
+                                          FILE_ALL_ACCESS, name) &&
+                    InitializeSecurityDescriptor(&m_descriptor, SECURITY_DESCRIPTOR_REVISION) &&
+                    SetSecurityDescriptorDacl(&m_descriptor, TRUE, list, FALSE) &&
+                    SetSecurityDescriptorControl(&m_descriptor, SE_DACL_PROTECTED, SE_DACL_PROTECTED);
+    }
+    PrivateAccess(const PrivateAccess&) = delete;
+    PrivateAccess& operator=(const PrivateAccess&) = delete;
+    ~PrivateAccess() = default;
+
+    bool isKnown() const noexcept { return m_isKnown; }
+    SECURITY_ATTRIBUTES* get() noexcept { return &m_attributes; }
+
+   private:
+    Record m_list;
+    SECURITY_DESCRIPTOR m_descriptor{};
+    SECURITY_ATTRIBUTES m_attributes{
+        .nLength = sizeof(SECURITY_ATTRIBUTES), .lpSecurityDescriptor = &m_descriptor, .bInheritHandle = FALSE};
+    bool m_isKnown = false;
+};
+
+/// Who may not read or set them leaves the new file as it is. What the folder hands on comes anew.
+void takeOverPermissions(Text& to, Text& from)
+{
+    ACL* list = nullptr;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (GetNamedSecurityInfoW(from.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
+                              &descriptor) != ERROR_SUCCESS)
+        return;
+    SECURITY_DESCRIPTOR_CONTROL control = 0;
+    DWORD revision = 0;
+    GetSecurityDescriptorControl(descriptor, &control, &revision);
+    const SECURITY_INFORMATION inheritance = (control & SE_DACL_PROTECTED) != 0 ? PROTECTED_DACL_SECURITY_INFORMATION
+                                                                                : UNPROTECTED_DACL_SECURITY_INFORMATION;
+    SetNamedSecurityInfoW(to.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION | inheritance, nullptr, nullptr, list,
+                          nullptr);
+    LocalFree(descriptor);
+}
+
+bool canOpenFor(const Text& path, DWORD access)
+{
+    return FileHandle(CreateFileW(path.c_str(), access, SHARE_ALL, nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT,
+                                  nullptr))
+        .isOpen();
+}
+
+/// Others that have it open do not count here.
+bool mayWrite(const Text& path) { return canOpenFor(path, FILE_WRITE_DATA) || GetLastError() != ERROR_ACCESS_DENIED; }
 
 }  // namespace
 
-/// A folder of the user's own, whose permissions what is made in it inherits.
 Text temporaryFolder()
 {
     return textOf([](wchar_t* buffer, DWORD size) { return GetTempPathW(size, buffer); });
@@ -55,41 +135,44 @@ Text temporaryFolder()
 
 bool createPrivateFile(TextView path)
 {
-    return FileHandle(CreateFileW(Text(path).c_str(), GENERIC_WRITE, SHARE_ALL, nullptr, CREATE_NEW,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr))
-        .isOpen();
+    PrivateAccess access;
+    return access.isKnown() && FileHandle(CreateFileW(Text(path).c_str(), GENERIC_WRITE, SHARE_ALL, access.get(),
+                                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr))
+                                   .isOpen();
 }
 
-bool createPrivateFolder(TextView path) { return CreateDirectoryW(Text(path).c_str(), nullptr) != 0; }
-
-bool replaceFile(TextView replacement, TextView target)
+bool createPrivateFolder(TextView path)
 {
-    const Text from(replacement);
-    const Text to(target);
+    PrivateAccess access;
+    return access.isKnown() && CreateDirectoryW(Text(path).c_str(), access.get()) != 0;
+}
+
+bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
+{
+    Text from(replacement);
+    Text to(target);
     const DWORD attributes = GetFileAttributesW(to.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES)
+    const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+    if (isThere)
     {
-        if ((attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
+        const bool isFile = (attributes & (READ_ONLY | FOLDER)) == 0 && !isLink(target);
+        if (!isFile || !mayWrite(to))
         {
             SetLastError(ERROR_ACCESS_DENIED);
             return false;
         }
         takeOverPermissions(from, to);
-        SetFileAttributesW(from.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_REPARSE_POINT));
+        SetFileAttributesW(from.c_str(), attributes & ~LINK);
     }
-    if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;
-    if (GetLastError() != ERROR_ACCESS_DENIED || attributes == INVALID_FILE_ATTRIBUTES) return false;
-    // That is also said of a file that somebody holds open: asking for it alone tells these apart.
-    const FileHandle held(CreateFileW(to.c_str(), DELETE, SHARE_ALL, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (held.isOpen()) SetLastError(ERROR_ACCESS_DENIED);
-    return false;
+    const DWORD flags = MOVEFILE_REPLACE_EXISTING | (waitForDisk ? MOVEFILE_WRITE_THROUGH : 0);
+    if (MoveFileExW(from.c_str(), to.c_str(), flags)) return true;
+    if (GetLastError() != ERROR_ACCESS_DENIED || !isThere) return false;
+    // That is also said of a file that somebody holds open; who just asks is told the difference.
+    return canOpenFor(to, DELETE) && MoveFileExW(from.c_str(), to.c_str(), flags) != 0;
 }
 
 bool flushToDisk(TextView path)
 {
-    // The names in folders are written by the system's own log.
-    const std::optional<DWORD> attributes = readAttributes(path);
-    if (attributes && (*attributes & FOLDER) != 0) return true;
     const FileHandle file = openAny(path, GENERIC_WRITE);
     return file.isOpen() && FlushFileBuffers(file.get()) != 0;
 }

@@ -128,6 +128,12 @@ class Folder
     }
     Text pathOf(TextView name) const { return Text(m_way).append(name); }
 
+    void rewind() noexcept
+    {
+        m_position = nullptr;
+        m_isFresh = true;
+    }
+
     const FILE_ID_BOTH_DIR_INFO* next()
     {
         if (m_position == nullptr && !fill()) return nullptr;
@@ -145,7 +151,9 @@ class Folder
     bool fill()
     {
         if (m_buffer == nullptr) m_buffer = std::make_unique<Buffer>();
-        if (!GetFileInformationByHandleEx(get(), FileIdBothDirectoryInfo, m_buffer->bytes, BUFFER_SIZE))
+        const auto reading = m_isFresh ? FileIdBothDirectoryRestartInfo : FileIdBothDirectoryInfo;
+        m_isFresh = false;
+        if (!GetFileInformationByHandleEx(get(), reading, m_buffer->bytes, BUFFER_SIZE))
         {
             const DWORD reason = GetLastError();
             m_buffer.reset();
@@ -160,6 +168,7 @@ class Folder
     Text m_way;
     std::unique_ptr<Buffer> m_buffer;
     const std::byte* m_position = nullptr;
+    bool m_isFresh = false;
 };
 
 namespace
@@ -183,14 +192,6 @@ SharedFolder openChecked(Links links, TextView way, const Open& open)
     if (!isLink && (info.FileAttributes & FOLDER) != 0) return folder;
     SetLastError(ERROR_DIRECTORY);
     return nullptr;
-}
-
-/// What a link itself is opened by must end in a name; a root ends in its separator.
-Text withoutSeparator(TextView path)
-{
-    while (path.size() > 1 && (path.back() == L'\\' || path.back() == L'/') && path[path.size() - 2] != L':')
-        path.remove_suffix(1);
-    return Text(path);
 }
 
 FileHandle openItself(const Folder& folder, TextView name, ACCESS_MASK access)
@@ -301,7 +302,7 @@ SharedFolder openParent(const Folder& folder)
     return nullptr;
 }
 
-bool nextEntry(Folder& folder, TreeEntry& entry)
+bool nextEntry(Folder& folder, TreeEntry& entry, EntryKinds kinds)
 {
     for (;;)
     {
@@ -309,10 +310,17 @@ bool nextEntry(Folder& folder, TreeEntry& entry)
         if (found == nullptr) return false;
         const TextView name(found->FileName, found->FileNameLength / sizeof(WCHAR));
         if (name == L"." || name == L"..") continue;
-        entry.name = name;
         entry.kind = kindOf(folder, *found, name);
+        if (!isOf(entry.kind, kinds)) continue;
+        entry.name = name;
         return true;
     }
+}
+
+bool rewind(Folder& folder)
+{
+    folder.rewind();
+    return true;
 }
 
 std::optional<FileIdentity> readIdentity(const Folder& folder)
@@ -407,13 +415,28 @@ bool takeTimes(const Folder& folder, const Folder& from)
 {
     FILE_BASIC_INFO source{};
     if (!GetFileInformationByHandleEx(from.get(), FileBasicInfo, &source, sizeof source)) return false;
-    // A folder that stays open is where its path leads.
-    const FileHandle again(CreateFileW(folder.path().c_str(), FILE_WRITE_ATTRIBUTES, SHARE_ALL, nullptr, OPEN_EXISTING,
-                                       FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
-    return again.isOpen() && setWritten(again, source.LastWriteTime);
+    const FileHandle itself(folder.openEntry({}, FILE_WRITE_ATTRIBUTES, SHARE_ALL, FILE_DIRECTORY_FILE));
+    return itself.isOpen() && setWritten(itself, source.LastWriteTime);
 }
 
-bool unlock(Folder& /*folder*/) { return true; }
+/// The system removes no folder that is marked READ_ONLY.
+bool unlock(Folder& folder)
+{
+    const FileHandle itself(
+        folder.openEntry({}, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, SHARE_ALL, FILE_DIRECTORY_FILE));
+    if (itself.isOpen()) makeWritable(itself);
+    return itself.isOpen();
+}
+
+bool canRename(const Folder& folder, const Folder& target)
+{
+    const auto from = readIdentity(folder);
+    const auto to = readIdentity(target);
+    if (!from || !to) return false;
+    if (from->volume == to->volume) return true;
+    SetLastError(ERROR_NOT_SAME_DEVICE);
+    return false;
+}
 
 bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly)
 {

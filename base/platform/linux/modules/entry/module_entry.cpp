@@ -1,5 +1,5 @@
-// The entry point of a shared library or program. Linked last, so that it is attached after all static objects of the
-// module were made. It lies in an archive, out of which modules take it by this name.
+// The entry point of a shared library or program, which is attached after all static objects of the module were made.
+// It lies in an archive, out of which modules take it by this name.
 
 #include "base/module/module_entry.h"
 
@@ -41,7 +41,19 @@ struct Session
     ~Session() { detachOnce(); }
 };
 
-const Session session;
+/// Runs at two places of the start, of which the later one counts.
+void attachAtSecondCall()
+{
+    static bool isSecond = false;
+    if (isSecond) static const Session session;
+    isSecond = true;
+}
+
+// Where static objects are made in the order of linking, the place of this object is behind all others. Where the
+// linker puts code that it optimised itself behind all else, priorities beyond the usual ones come still later; other
+// linkers put them in front.
+__attribute__((section(".init_array"), used)) void (*inOrder)() = attachAtSecondCall;
+__attribute__((section(".init_array.65537"), used)) void (*behindAll)() = attachAtSecondCall;
 
 /// When a library is unloaded, destructor functions run before static objects are destroyed: class records that were
 /// made after the start are still there to be told.

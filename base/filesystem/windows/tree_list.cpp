@@ -1,0 +1,143 @@
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "base/filesystem/detail/circles.h"
+#include "base/filesystem/detail/disk.h"
+#include "base/filesystem/detail/list_scope.h"
+#include "base/filesystem/detail/path_text.h"
+#include "base/filesystem/detail/tree_walk.h"
+#include "base/filesystem/detail/wildcard.h"
+#include "base/filesystem/windows/folder_list.h"
+#include "base/platform/system/last_error.h"
+
+namespace Oxa_1_1::detail
+{
+
+namespace
+{
+
+using platform::Links;
+
+/// Behind the last entry of a folder.
+constexpr DWORD LAST_ENTRY = 18;
+
+class TreeList
+{
+   public:
+    TreeList(platform::OpenFolder top, const SharedDirectory& path, const String& pattern, std::span<const Kinds> kinds,
+             ItemReceiver& receiver)
+        : m_way(std::move(top), path),
+          m_circles(*path, Circles::Above::BY_PATH),
+          m_pattern(pattern),
+          m_wildcard(pattern),
+          m_kinds(kinds),
+          m_receiver(receiver)
+    {
+    }
+
+    void run()
+    {
+        visit();
+        while (!m_levels.empty())
+        {
+            Level& level = m_levels.back();
+            if (level.next < level.folders.size())
+            {
+                enter(level, level.folders[level.next++]);
+                continue;
+            }
+            m_levels.pop_back();
+            if (!m_levels.empty() && !m_way.leave()) return ListScope::setPartial();
+        }
+    }
+
+   private:
+    struct Folder
+    {
+        std::size_t begin;
+        std::size_t length;
+        bool isLink;
+    };
+    struct Level
+    {
+        Text names;
+        std::vector<Folder> folders;
+        std::size_t next = 0;
+    };
+
+    void enter(const Level& level, const Folder& folder)
+    {
+        const TextView name = TextView(level.names).substr(folder.begin, folder.length);
+        if (folder.isLink && m_circles.closesAt(m_way, name)) return;
+        if (m_way.enter(name, folder.isLink ? Links::FOLLOW : Links::REFUSE))
+            visit();
+        else if (!saysMissing(platform::lastError()))
+            ListScope::setPartial();
+    }
+
+    /// The current folder: what there is of each kind, then the folders to go on in.
+    void visit()
+    {
+        m_isRead = false;
+        SharedDirectory path;
+        for (const Kinds kinds : m_kinds)
+            if (checkSearchString(m_pattern)) list(kinds, path);
+        Level& level = m_levels.emplace_back();
+        read(
+            platform::EntryKinds::FOLDERS,
+            [&level](const platform::TreeEntry& entry)
+            {
+                if (!isValidFileName(entry.name)) return;
+                level.folders.push_back(
+                    {.begin = level.names.size(), .length = entry.name.size(), .isLink = platform::isLink(entry.kind)});
+                level.names += entry.name;
+            });
+    }
+
+    /// Many folders hold nothing that is wanted, and need no path.
+    void list(Kinds kinds, SharedDirectory& path)
+    {
+        std::optional<ItemMaker> maker;
+        read(kinds == Kinds::FILES ? platform::EntryKinds::FILES : platform::EntryKinds::FOLDERS,
+             [&](const platform::TreeEntry& entry)
+             {
+                 if (!m_wildcard.matches(entry.name)) return;
+                 if (path == nullptr) path = std::make_shared<const ParsedDirectory>(m_way.path());
+                 if (!maker) maker.emplace(path, kinds);
+                 maker->make(entry.name, platform::isFolder(entry.kind), platform::isLink(entry.kind), m_receiver);
+             });
+    }
+
+    template <class Take>
+    void read(platform::EntryKinds kinds, const Take& take)
+    {
+        platform::OpenFolder& folder = m_way.current();
+        if (std::exchange(m_isRead, true) && !folder.rewind()) return ListScope::setPartial();
+        while (folder.next(m_entry, kinds)) take(m_entry);
+        if (platform::lastError() != LAST_ENTRY) ListScope::setPartial();
+    }
+
+    FolderWay m_way;
+    Circles m_circles;
+    const String& m_pattern;
+    Wildcard m_wildcard;
+    std::span<const Kinds> m_kinds;
+    ItemReceiver& m_receiver;
+    std::vector<Level> m_levels;
+    platform::TreeEntry m_entry;
+    /// The current folder, at least once.
+    bool m_isRead = false;
+};
+
+}  // namespace
+
+void listTree(const SharedDirectory& top, const String& pattern, std::span<const Kinds> kinds, ItemReceiver& receiver)
+{
+    auto folder = platform::OpenFolder::at(readablePath(*top), Links::FOLLOW);
+    if (folder.isOpen()) return TreeList(std::move(folder), top, pattern, kinds, receiver).run();
+    if (!saysMissing(platform::lastError())) ListScope::setPartial();
+    for (std::size_t i = 0; i < kinds.size(); ++i) checkSearchString(pattern);
+}
+
+}  // namespace Oxa_1_1::detail
