@@ -13,7 +13,7 @@
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/platform/system/last_error.h"
+#include "base/platform/files/failed_step.h"
 
 namespace Oxa_1_1
 {
@@ -210,11 +210,11 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
     ContentsCopy copy(*copied, true, overwrite, std::move(progress));
     if (copy.run(*this, *copied, !wasThere)) return copied;
     // Why it failed counts, not what became of the rest.
-    const DWORD reason = platform::lastError();
+    platform::KeptFailure reason;
     // What was there before and this folder is part of, or the reverse, is no half-made copy, nor is the target itself.
     const bool isHalfMade = !wasThere || (!copy.cameToItself() && !detail::isSameOrInside(*this, *copied));
     if (isHalfMade && !detail::isDots(getName())) removeCopy(*copied, wasThere);
-    platform::setLastError(reason);
+    reason.restore();
     return nullptr;
 }
 

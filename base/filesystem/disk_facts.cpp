@@ -2,6 +2,7 @@
 
 #include "base/filesystem/detail/file_times.h"
 #include "base/filesystem/detail/system_item.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/new_items.h"
 #include "base/platform/files/volume.h"
 
@@ -13,6 +14,8 @@ namespace
 
 using detail::BEFORE_UNIX_TIME;
 using Ticks = FileTime::duration;
+
+constexpr DWORD INVALID_PARAMETER = 87;
 
 std::optional<FileTime> timeOf(const FileSystemItem& item, platform::FileTicks platform::FileInformation::*ticks)
 {
@@ -30,7 +33,11 @@ std::optional<DiskSpace> freeSpace(const FileSystemItem& item)
     const String path = detail::seamPath(item);
     if (path.isNil()) return std::nullopt;
     const auto space = platform::readVolumeSpace(path);
-    if (!space) return std::nullopt;
+    if (!space)
+    {
+        platform::noteFailedStep("readVolumeSpace", path);
+        return std::nullopt;
+    }
     return DiskSpace{.available = space->available, .free = space->free, .total = space->total};
 }
 
@@ -48,8 +55,9 @@ bool setLastWriteTime(const FileSystemItem& item, FileTime time)
 {
     const String path = detail::seamPath(item);
     // Whoever counts from 1601 in 64 bits comes to an end before the type does, and takes 0 for no time at all.
-    if (path.isNil() || time.time_since_epoch() <= -BEFORE_UNIX_TIME || time > FileTime::max() - BEFORE_UNIX_TIME)
-        return false;
+    if (path.isNil()) return false;
+    if (time.time_since_epoch() <= -BEFORE_UNIX_TIME || time > FileTime::max() - BEFORE_UNIX_TIME)
+        return platform::failStep(INVALID_PARAMETER, "writeLastWrite", path);
     const Ticks ticks = time.time_since_epoch() + BEFORE_UNIX_TIME;
     return platform::writeLastWrite(path, static_cast<platform::FileTicks>(ticks.count()));
 }

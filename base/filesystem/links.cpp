@@ -6,6 +6,7 @@
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/system_item.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/links.h"
 
 namespace Oxa_1_1
@@ -63,7 +64,10 @@ bool createLink(const FileSystemItem& link, const String& target, LinkKind kind)
 {
     const String path = detail::seamPath(link);
     const String written = targetOf(target, kind);
-    return !path.isNil() && !written.isEmpty() && platform::createLink(path, written, seamKind(kind));
+    if (path.isNil()) return false;
+    constexpr DWORD BAD_PATH = 161;
+    if (written.isEmpty()) return platform::failStep(BAD_PATH, "createLink", path, target);
+    return platform::createLink(path, written, seamKind(kind));
 }
 
 bool isSameOnDisk(const FileSystemItem& a, const FileSystemItem& b)

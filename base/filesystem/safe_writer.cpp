@@ -8,7 +8,9 @@
 #include "base/filesystem/detail/system_item.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/filesystem/directory.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/new_items.h"
+#include "base/platform/files/stream_error.h"
 #include "base/platform/never_destroyed.h"
 #include "base/platform/system/last_error.h"
 
@@ -105,12 +107,15 @@ bool SafeWriter::Draft::create(const String& name)
 
 bool SafeWriter::Draft::finish()
 {
+    // What failed before may have written all at once, and there is nothing left to fail now.
+    if (stream->good()) platform::forgetStreamError();
     stream->flush();
     // Some file systems write only now. Streams of other implementations may have no file.
     if (stream->is_open()) stream->close();
+    const DWORD reason = platform::streamError();
     const bool isWhole = stream->good();
     stream.reset();
-    return isWhole;
+    return isWhole || platform::failStep(reason, "writeFile", file->getFullName());
 }
 
 bool SafeWriter::Draft::takePlace(Durability durability) const
@@ -144,7 +149,8 @@ std::ostream& SafeWriter::stream() noexcept
 
 bool SafeWriter::commit(Durability durability)
 {
-    if (m_draft == nullptr) return false;
+    constexpr DWORD INVALID_HANDLE = 6;
+    if (m_draft == nullptr) return platform::failStep(INVALID_HANDLE, "writeFile", {});
     // A caller's stream may throw what it could not write; then the end of this removes it.
     const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
     if (isDone) m_draft = nullptr;

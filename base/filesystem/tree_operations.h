@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "base/filesystem/directory.h"
+#include "base/filesystem/failure.h"
 #include "base/filesystem/file.h"
-#include "base/filesystem/tree_failure.h"
 
 namespace Oxa_1_1
 {
@@ -100,7 +100,7 @@ struct TreeReport
     std::uint64_t skipped = 0;
     /// The first ones, and how many there were.
     /// @{
-    std::vector<TreeFailure> failures;
+    std::vector<Failure> failures;
     std::uint64_t failureCount = 0;
     /// @}
     /// By its token.

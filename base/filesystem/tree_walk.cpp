@@ -12,6 +12,7 @@
 #include "base/filesystem/detail/wildcard.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
@@ -50,7 +51,8 @@ struct WalkEntry::Data
 
     void fail(std::string_view operation, const String& path, DWORD code = platform::lastError())
     {
-        const TreeFailure failure{.operation = operation, .path = path, .code = code};
+        const Failure failure{.operation = operation, .path = path, .target = {}, .code = makeWindowsError(code)};
+        platform::failStep(code, operation, path);
         failures.add(failure);
         if (options.onFailure) options.onFailure(failure);
     }
@@ -253,7 +255,7 @@ void TreeWalk::skipBelow() noexcept { m_data->isSkipped = true; }
 
 std::uint64_t TreeWalk::passed() const noexcept { return m_data->passed; }
 
-const std::vector<TreeFailure>& TreeWalk::failures() const noexcept { return m_data->failures.first(); }
+const std::vector<Failure>& TreeWalk::failures() const noexcept { return m_data->failures.first(); }
 
 std::uint64_t TreeWalk::failureCount() const noexcept { return m_data->failures.count(); }
 

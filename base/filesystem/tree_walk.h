@@ -11,8 +11,8 @@
 
 #include "base/filesystem/directory.h"
 #include "base/filesystem/disk_facts.h"
+#include "base/filesystem/failure.h"
 #include "base/filesystem/file.h"
-#include "base/filesystem/tree_failure.h"
 
 namespace Oxa_1_1
 {
@@ -47,7 +47,7 @@ struct WalkOptions
     /// Of failures() that are kept; all of them are counted.
     std::size_t failureLimit = 100;
     /// Is told of each failure at once.
-    std::function<void(const TreeFailure&)> onFailure = {};
+    std::function<void(const Failure&)> onFailure = {};
 };
 
 /// What a walk has come to. Valid until its next step.
@@ -152,7 +152,7 @@ class OXA_API TreeWalk
 
     /// The first ones, and how many there were.
     /// @{
-    const std::vector<TreeFailure>& failures() const noexcept;
+    const std::vector<Failure>& failures() const noexcept;
     std::uint64_t failureCount() const noexcept;
     /// @}
     /// Whether all was seen up to here.

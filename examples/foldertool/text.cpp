@@ -121,7 +121,7 @@ std::string nameText(const std::filesystem::path& path)
 
 std::string lastReason() { return getWindowsError().stringUTF8(); }
 
-std::string reasonText(const TreeFailure& failure) { return getWindowsError(failure.code).stringUTF8(); }
+std::string reasonText(const Oxa_1_1::Failure& failure) { return failure.code.message(); }
 
 std::size_t columnsOf(const std::string& text)
 {

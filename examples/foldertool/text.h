@@ -6,8 +6,8 @@
 #include <initializer_list>
 #include <string>
 
+#include "base/filesystem/failure.h"
 #include "base/filesystem/file_system_item.h"
-#include "base/filesystem/tree_failure.h"
 #include "examples/foldertool/resource.h"
 
 // What the program says, in UTF-8. The texts are resources of the module: its translation speaks another language.
@@ -38,7 +38,7 @@ std::string nameText(const std::filesystem::path& path);
 /// Why the last operation of the library failed.
 std::string lastReason();
 /// Why a step of one did.
-std::string reasonText(const Oxa_1_1::TreeFailure& failure);
+std::string reasonText(const Oxa_1_1::Failure& failure);
 
 std::size_t columnsOf(const std::string& text);
 /// Filled up with blanks to a number of columns, the text on the left or on the right.

@@ -156,12 +156,11 @@ TEST_F(Walks, AskForMoreOnlyWhenItIsWanted)
 
 TEST_F(Walks, TellWhatCannotBeRead)
 {
-    std::vector<TreeFailure> told;
+    std::vector<Failure> told;
     const auto walked = [&](const Directory& folder, std::size_t limit)
     {
         told.clear();
-        TreeWalk walk(folder,
-                      {.failureLimit = limit, .onFailure = [&](const TreeFailure& each) { told.push_back(each); }});
+        TreeWalk walk(folder, {.failureLimit = limit, .onFailure = [&](const Failure& each) { told.push_back(each); }});
         EXPECT_EQ(shown(walk), Names{});
         EXPECT_FALSE(walk.isWhole());
         EXPECT_EQ(walk.failureCount(), 1U);
@@ -172,7 +171,7 @@ TEST_F(Walks, TellWhatCannotBeRead)
     EXPECT_EQ(walked(*temp.directory("tree/a.txt"), 0), temp.directory("tree/a.txt")->getFullName());
     const MemoryFileSystem memory;
     EXPECT_EQ(walked(*Directory::fromString("mem:folder"), 1), Directory::fromString("mem:folder")->getFullName());
-    EXPECT_EQ(told.at(0).code, 50U);
+    EXPECT_EQ(told.at(0).code.value(), 50);
 }
 
 TEST_F(Walks, HoldFewFoldersOpenAtAnyDepth)

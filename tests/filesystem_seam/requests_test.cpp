@@ -8,6 +8,7 @@
 
 #include "base/diagnostics/windows_error.h"
 #include "base/filesystem/directory.h"
+#include "base/filesystem/failure.h"
 #include "base/filesystem/file.h"
 #include "base/platform/files/file_observer.h"
 #include "base/platform/system/last_error.h"
@@ -166,6 +167,9 @@ TEST(Requests, LeaveNothingOfAFailedCopyOfAFolder)
     recorder.fail("copyFile", 112, 2);
     EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("target"), false, nullptr), nullptr);
     EXPECT_EQ(platform::lastError(), 112U);
+    // Cleaning up has not taken its place.
+    EXPECT_EQ(lastFailure()->operation, "copyFile");
+    EXPECT_TRUE(lastFailure()->code == std::errc::no_space_on_device);
     EXPECT_EQ(recorder.counts["copyFile"], 2);
     EXPECT_EQ(temp.contents(), (Names{"target/", "tree/", "tree/a", "tree/b"}));
     EXPECT_TRUE(messages.take().empty());

@@ -12,6 +12,7 @@
 #include "base/filesystem/detail/tree_move.h"
 #include "base/filesystem/detail/tree_removal.h"
 #include "base/filesystem/file.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -25,11 +26,18 @@ using platform::Links;
 using platform::OpenFolder;
 
 constexpr DWORD ERROR_OF_BAD_TARGET = 87;
+constexpr DWORD ERROR_OF_EXISTING_TARGET = 183;
 
-bool failWith(DWORD code)
+bool refuseCopy(const DiskFolder& from, const DiskFolder& to)
 {
-    platform::setLastError(code);
-    return false;
+    return platform::failStep(ERROR_OF_BAD_TARGET, "copyFolder", fullName(from.written(), SEPARATOR),
+                              fullName(to.written(), SEPARATOR));
+}
+
+bool refuseMove(DWORD code, const DiskFolder& from, const DiskFolder& to)
+{
+    return platform::failStep(code, "moveFolder", fullName(from.written(), SEPARATOR),
+                              fullName(to.written(), SEPARATOR));
 }
 
 class SizeVisitor final : public TreeVisitor
@@ -144,8 +152,7 @@ bool canMoveLink(const OpenFolder& led, const OpenFolder& holder, const OpenFold
     const auto aboveLed = led.ancestry();
     const auto place = target.isOpen() ? target.identity() : std::nullopt;
     const bool isKnown = !aboveLink.empty() && !aboveLed.empty() && place.has_value() == target.isOpen();
-    if (!isKnown || contains(aboveLink, place) || contains(aboveLed, place)) return failWith(ERROR_OF_BAD_TARGET);
-    return true;
+    return isKnown && !contains(aboveLink, place) && !contains(aboveLed, place);
 }
 
 }  // namespace
@@ -156,6 +163,7 @@ void emptyOnDisk(const Directory& folder, bool recursive)
 {
     const DiskFolder place(folder);
     OpenFolder top = place.open(Links::REFUSE);
+    platform::forgetFailedStep();
     if (top.isOpen()) removeTreeContents(place.way(std::move(top)), recursive, platform::ReadOnlyFiles::STAY);
 }
 
@@ -177,9 +185,9 @@ bool copyContentsOnDisk(const Directory& source, const Directory& target, bool r
     OpenFolder toTop = fromTop.isOpen() ? to.open(Links::FOLLOW) : OpenFolder();
     if (!toTop.isOpen()) return false;
     const auto identity = fromTop.identity();
-    if (toTop.identity() == identity) return failWith(ERROR_OF_BAD_TARGET);
+    if (toTop.identity() == identity) return refuseCopy(from, to);
     const auto places = toTop.ancestry();
-    if (places.empty() || (recursive && contains(places, identity))) return failWith(ERROR_OF_BAD_TARGET);
+    if (places.empty() || (recursive && contains(places, identity))) return refuseCopy(from, to);
     TreeCopy copy(from.way(std::move(fromTop)), *from.absolute(), to.way(std::move(toTop)), to.written());
     copy.setRecursive(recursive);
     copy.setOverwrite(overwrite);
@@ -194,7 +202,7 @@ bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, 
     OpenFolder fromTop = from.open(Links::FOLLOW);
     if (!fromTop.isOpen()) return false;
     const auto places = ancestryOfNearest(to);
-    if (places.empty() || contains(places, fromTop.identity())) return failWith(ERROR_OF_BAD_TARGET);
+    if (places.empty() || contains(places, fromTop.identity())) return refuseCopy(from, to);
     if (!to.written().absolute) return copy.create();
     OpenTarget target = openOrMake(copy);
     if (!target.folder.isOpen()) return false;
@@ -208,7 +216,7 @@ bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, 
         cameToItself = work.cameToItself();
     }
     // Why it failed counts, not what became of the rest.
-    const DWORD reason = platform::lastError();
+    platform::KeptFailure reason;
     const bool isMade = target.isMade;
     if (isMade)
     {
@@ -220,7 +228,7 @@ bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, 
         // What was there before is no half-made copy when the source is part of it, nor is the target itself.
         if (!cameToItself && !isDots(copy.getName()) && !mayLieIn(from, to)) copy.remove(true);
     }
-    return failWith(reason);
+    return reason.restore();
 }
 
 bool moveContentsOnDisk(const Directory& source, const Directory& target, bool overwrite)
@@ -231,11 +239,12 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     if (!fromTop.isOpen()) return false;
     const OpenFolder nearest = to.openNearest();
     const auto places = nearest.isOpen() ? nearest.ancestry() : std::vector<FileIdentity>();
-    if (places.empty() || contains(places, fromTop.identity())) return failWith(ERROR_OF_BAD_TARGET);
+    if (places.empty() || contains(places, fromTop.identity())) return refuseMove(ERROR_OF_BAD_TARGET, from, to);
     const bool wasThere = target.exists();
     const bool isEmptied = overwrite && wasThere;
     const auto above = fromTop.ancestry();
-    if (above.empty() || (isEmptied && contains(above, places.front()))) return failWith(ERROR_OF_BAD_TARGET);
+    if (above.empty() || (isEmptied && contains(above, places.front())))
+        return refuseMove(ERROR_OF_BAD_TARGET, from, to);
 
     TreeMove move(from.way(std::move(fromTop)), overwrite);
     // What cannot be renamed there is told before anything is lost for it.
@@ -248,7 +257,7 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     if (place.folder.isOpen())
     {
         // Somebody may have put another folder there, of which nothing is known.
-        if (place.folder.identity() != places.front()) return failWith(EXCHANGED);
+        if (place.folder.identity() != places.front()) return refuseMove(EXCHANGED, from, to);
         removeTreeContents(to.way(place.folder), true, platform::ReadOnlyFiles::STAY);
         kind = TreeMove::Target::EMPTIED;
     }
@@ -265,13 +274,16 @@ bool moveLinkOnDisk(const Directory& link, const Directory& target, bool overwri
 {
     const DiskFolder from(link);
     const DiskFolder to(target);
-    if (from.absolute()->levels.empty() || to.absolute()->levels.empty() || isTakenByFile(target)) return false;
+    if (from.absolute()->levels.empty() || to.absolute()->levels.empty())
+        return refuseMove(ERROR_OF_BAD_TARGET, from, to);
+    if (isTakenByFile(target)) return refuseMove(ERROR_OF_EXISTING_TARGET, from, to);
     const OpenFolder led = from.open(Links::FOLLOW);
     const OpenFolder holder = from.openParent();
     if (!led.isOpen() || !holder.isOpen()) return false;
     const bool isThere = target.exists();
-    if (!canMoveLink(led, holder, isThere ? to.open(Links::FOLLOW) : OpenFolder()) || (isThere && !overwrite))
-        return false;
+    if (!canMoveLink(led, holder, isThere ? to.open(Links::FOLLOW) : OpenFolder()))
+        return refuseMove(ERROR_OF_BAD_TARGET, from, to);
+    if (isThere && !overwrite) return refuseMove(ERROR_OF_EXISTING_TARGET, from, to);
     const OpenFolder place = to.openParent();
     if (!place.isOpen()) return false;
     if (!holder.canRenameTo(place)) return false;

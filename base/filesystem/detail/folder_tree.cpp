@@ -9,8 +9,8 @@
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/tree.h"
-#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {
@@ -87,8 +87,10 @@ bool reportDifferentDisks(const FolderTree& tree, const Directory& target)
 {
     const File& file = *tree.files.front();
     const auto place = File::fromString(target, file.getName());
-    platform::setLastError(ERROR_OF_OTHER_DEVICE);
-    return reportFailedMove(file.getFullNameUnicode(), place != nullptr ? place->getFullNameUnicode() : String());
+    const String from = file.getFullNameUnicode();
+    const String to = place != nullptr ? place->getFullNameUnicode() : String();
+    platform::failStep(ERROR_OF_OTHER_DEVICE, "renameFile", from, to);
+    return reportFailedMove(from, to);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include "base/filesystem/detail/disk_folder.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/tree_removal.h"
-#include "base/platform/system/last_error.h"
+#include "base/platform/files/failed_step.h"
 
 namespace Oxa_1_1::detail
 {
@@ -21,7 +21,7 @@ using platform::ReadOnlyFiles;
 template <class Remove>
 void removeQuietly(const Remove& remove) noexcept
 {
-    const DWORD reason = platform::lastError();
+    platform::KeptFailure reason;
     try
     {
         remove();
@@ -30,7 +30,7 @@ void removeQuietly(const Remove& remove) noexcept
     {
         // It stays.
     }
-    platform::setLastError(reason);
+    reason.restore();
 }
 
 }  // namespace

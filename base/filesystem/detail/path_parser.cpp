@@ -74,7 +74,7 @@ Split splitInto(std::vector<String>& levels, TextView text, Dots dots)
 
 void reportBeyondRoot(const ParsedDirectory& path)
 {
-    reportText(OXA_TEXT("Invalid path '%ls': parent references go beyond root."), fullName(path, SEPARATOR));
+    refuseText(OXA_TEXT("Invalid path '%ls': parent references go beyond root."), fullName(path, SEPARATOR));
 }
 
 Char upperLetter(Char c) noexcept { return text::detail::isAsciiLetter(c) ? static_cast<Char>(c & ~0x20) : Char(); }
@@ -90,7 +90,7 @@ SharedDirectory parseLocal(TextView text)
         const Char drive = upperLetter(text[0]);
         if (drive == 0)
         {
-            reportText(OXA_TEXT("Invalid drive letter in path '%ls'."), text);
+            refuseText(OXA_TEXT("Invalid drive letter in path '%ls'."), text);
             return nullptr;
         }
         path->root = String(Text{drive, OXA_TEXT(':')});
@@ -102,7 +102,7 @@ SharedDirectory parseLocal(TextView text)
     if (split == Split::DONE) return path;
     if (split == Split::INVALID)
     {
-        reportText(INVALID_CHARACTERS, text);
+        refuseText(INVALID_CHARACTERS, text);
         return nullptr;
     }
     path->levels.clear();
@@ -117,12 +117,12 @@ SharedDirectory parseShare(TextView text)
     auto& levels = path->levels;
     if (splitInto(levels, text, Dots::KEEP) == Split::INVALID)
     {
-        reportText(INVALID_CHARACTERS, text);
+        refuseText(INVALID_CHARACTERS, text);
         return nullptr;
     }
     if (levels.size() < 2)
     {
-        reportText(OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
+        refuseText(OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
         return nullptr;
     }
     Text root(SHARE_PREFIX);

@@ -4,6 +4,7 @@
 
 #include "base/diagnostics/windows_error.h"
 #include "base/filesystem/file_system_item.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -41,6 +42,21 @@ void reportText(const Char* format, const String& text)
     String message;
     message.printf_apply(format, text.stringPath());
     FileSystemItem::reportError(message);
+}
+
+void refuseText(const Char* format, const String& text)
+{
+    noteRefusal(text);
+    reportText(format, text);
+}
+
+void noteRefusal(const String& text) noexcept
+{
+    constexpr DWORD BAD_PATH = 161;
+    // The system had no part in it.
+    const DWORD former = platform::lastError();
+    platform::failStep(BAD_PATH, "parsePath", text);
+    platform::setLastError(former);
 }
 
 void reportFailure(const Char* format, const String& path)

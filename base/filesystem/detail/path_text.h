@@ -59,6 +59,11 @@ SplitName splitName(TextView name) noexcept;
 /// Reports a message in which %ls stands for the text.
 void reportText(const Char* format, const String& text);
 
+/// The same of a text that is no path, which is why something fails.
+void refuseText(const Char* format, const String& text);
+/// Leaves only the reason.
+void noteRefusal(const String& text) noexcept;
+
 /// Reports a message of two lines: what failed on the path (%ls) and the text of the thread's last error (%ls).
 void reportFailure(const Char* format, const String& path);
 

@@ -1,6 +1,7 @@
 #include "base/filesystem/detail/system_item.h"
 
 #include "base/filesystem/detail/items.h"
+#include "base/platform/files/failed_step.h"
 
 namespace Oxa_1_1::detail
 {
@@ -11,7 +12,10 @@ String seamPath(const FileSystemItem& item)
     const auto* const directory = dynamic_cast<const Directory*>(&item);
     const bool isOwn = (file != nullptr && windowsImpl(*file) != nullptr) ||
                        (directory != nullptr && windowsImpl(*directory) != nullptr);
-    return isOwn ? item.getFullNameUnicode() : String();
+    if (isOwn) return item.getFullNameUnicode();
+    constexpr DWORD NOT_SUPPORTED = 50;
+    platform::failStep(NOT_SUPPORTED, "useDisk", item.getFullName());
+    return {};
 }
 
 }  // namespace Oxa_1_1::detail

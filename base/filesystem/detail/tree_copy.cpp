@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/filesystem/detail/path_text.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -26,15 +27,15 @@ Place makePlace(FolderWay& way, TextView name, const ParsedDirectory& path)
     if (!path.absolute)
     {
         reportText(OXA_TEXT("The drive or network share '%ls' does not exist or is inaccessible."), path.root);
-        platform::setLastError(INVALID_TARGET);
+        platform::failStep(INVALID_TARGET, "createFolder", way.fullName(name, true));
         return Place::FAILED;
     }
     if (way.current().makeFolder(name)) return Place::MADE;
-    const DWORD reason = platform::lastError();
-    if (reason == ALREADY_EXISTS) return Place::FOUND;
+    if (platform::lastError() == ALREADY_EXISTS) return Place::FOUND;
+    platform::KeptFailure reason;
     reportFailure(OXA_TEXT("Failed to create the directory '%ls'.\r\nWindows error message: %ls"),
                   way.fullName(name, true));
-    platform::setLastError(reason);
+    reason.restore();
     return Place::FAILED;
 }
 
@@ -120,7 +121,9 @@ bool TreeCopy::goesIntoItself(bool throughLink)
     // Behind a link, what is copied may lie anywhere in the target.
     const auto places = throughLink ? m_source.current().ancestry() : std::vector{*own};
     m_cameToItself = places.empty() || std::ranges::find_first_of(places, m_places) != places.end();
-    if (m_cameToItself) platform::setLastError(INVALID_TARGET);
+    if (m_cameToItself)
+        platform::failStep(INVALID_TARGET, "copyFolder", fullName(m_source.path(), SEPARATOR),
+                           fullName(m_target.path(), SEPARATOR));
     return m_cameToItself;
 }
 
@@ -131,7 +134,7 @@ bool TreeCopy::copyFile(const FolderContents& contents, const FolderContents::En
     platform::OpenFolder& target = m_target.current();
     if (m_progress != nullptr) m_progress->onItem(String(name).stringUTF8());
     if (source.copyFile(name, file.kind, target, name, !m_overwrites, m_report)) return true;
-    const DWORD reason = platform::lastError();
+    platform::KeptFailure reason;
     const auto leadsNowhere = [name](const platform::OpenFolder& folder)
     { return folder.isLink(name) && !folder.readInformation(name); };
     const bool isLost = file.isLink() && leadsNowhere(source);
@@ -141,8 +144,7 @@ bool TreeCopy::copyFile(const FolderContents& contents, const FolderContents::En
         if (m_report) m_report(0, 0);
         return true;
     }
-    if (!isLost) platform::setLastError(reason);
-    return false;
+    return isLost ? false : reason.restore();
 }
 
 }  // namespace Oxa_1_1::detail

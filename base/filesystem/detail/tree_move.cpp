@@ -7,6 +7,7 @@
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/tree_copy.h"
 #include "base/filesystem/detail/tree_removal.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -23,10 +24,9 @@ constexpr DWORD FILE_EXISTS = 80;
 constexpr DWORD ALREADY_EXISTS = 183;
 constexpr DWORD BAD_TARGET = 87;
 
-bool failWith(DWORD code)
+bool failWith(DWORD code, const FolderWay& place)
 {
-    platform::setLastError(code);
-    return false;
+    return platform::failStep(code, "moveFolder", fullName(place.path(), SEPARATOR));
 }
 
 /// Whether the entry is a link to what stands in the target: put in its place, it would lead to itself.
@@ -39,7 +39,11 @@ bool leadsToItsPlace(const OpenFolder& source, const OpenFolder& target, TextVie
 
 bool replaceByRenaming(const OpenFolder& source, const OpenFolder& target, TextView name)
 {
-    if (leadsToItsPlace(source, target, name)) return failWith(ALREADY_EXISTS);
+    if (leadsToItsPlace(source, target, name))
+    {
+        platform::setLastError(ALREADY_EXISTS);
+        return false;
+    }
     const auto information = target.readInformation(name);
     const bool isFolder = information && (information->attributes & platform::FOLDER) != 0;
     if (isFolder && !target.removeFolder(name)) return false;
@@ -82,7 +86,7 @@ class TreeMove::CheckStep final : public Step
     bool begin(Folder& /*folder*/) override
     {
         const auto place = m_target.current().identity();
-        return place && (!std::ranges::binary_search(m_moved, keyOf(*place)) || failWith(BAD_TARGET));
+        return place && (!std::ranges::binary_search(m_moved, keyOf(*place)) || failWith(BAD_TARGET, m_target));
     }
     std::optional<bool> enterTarget(const Folder& /*folder*/, TextView name) override
     {
@@ -176,7 +180,10 @@ class TreeMove::FileStep final : public Step
         const bool isTaken = reason == ALREADY_EXISTS || reason == FILE_EXISTS;
         if (isTaken && !m_move.m_overwrites) return false;
         if (isTaken && replaceByRenaming(source(), target, name)) return true;
-        return reportFailedMove(m_move.m_source.longName(name), m_target.longName(name));
+        const String from = m_move.m_source.longName(name);
+        const String to = m_target.longName(name);
+        platform::noteFailedStep("renameFile", from, to);
+        return reportFailedMove(from, to);
     }
 
     FolderWay& m_target;
@@ -235,6 +242,7 @@ bool TreeMove::canGetTo(const Destination& destination, const Folder& folder)
     to.levels.insert(to.levels.end(), from.levels.end() - static_cast<std::ptrdiff_t>(m_source.depth()),
                      from.levels.end());
     const TextView name = folder.contents.nameOf(files.front());
+    platform::noteFailedStep("renameFile", longName(from, name), longName(to, name));
     return reportFailedMove(longName(from, name), longName(to, name));
 }
 
@@ -290,7 +298,7 @@ bool TreeMove::walk(Step& step)
         if (!isEntered) continue;
         if (!*isEntered || !m_source.enter(name, Links::REFUSE)) return false;
         // Somebody may have put another folder in its place.
-        if (m_source.current().identity() != m_folders[below].identity) return failWith(EXCHANGED);
+        if (m_source.current().identity() != m_folders[below].identity) return failWith(EXCHANGED, m_source);
         levels.push_back({.folder = below});
         if (!step.begin(m_folders[below])) return false;
     }

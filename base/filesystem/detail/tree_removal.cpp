@@ -79,7 +79,8 @@ class TreeRemoval
 
     void removeFolder(TextView name)
     {
-        if (m_way.current().removeFolder(name) || saysMissing(platform::lastError())) return;
+        if (removeEmptied([&] { return m_way.current().removeFolder(name); }) || saysMissing(platform::lastError()))
+            return;
         reportFolderThatStays(m_way.fullName(name, true));
     }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "base/filesystem/detail/tree_walk.h"
+#include "base/platform/files/failed_step.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {
@@ -9,6 +11,18 @@ namespace Oxa_1_1::detail
 /// below them. Links go themselves. What stays is reported. Files that are READ_ONLY go in trees that were made only
 /// now, whose folders are open to their owner for that.
 void removeTreeContents(FolderWay way, bool recursive, platform::ReadOnlyFiles readOnly);
+
+/// Removes a folder whose contents were to go before. What stays in it says more about a failure than that it is not
+/// empty.
+template <class Remove>
+bool removeEmptied(const Remove& remove)
+{
+    constexpr DWORD NOT_EMPTY = 145;
+    platform::KeptFailure inside;
+    const bool isDone = remove();
+    if (isDone || platform::lastError() == NOT_EMPTY) inside.restoreStep();
+    return isDone;
+}
 
 void reportFileThatStays(const String& fullName);
 void reportFolderThatStays(const String& fullName);

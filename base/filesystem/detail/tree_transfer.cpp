@@ -27,6 +27,7 @@ constexpr DWORD UNSUPPORTED = 50;
 constexpr DWORD TARGET_EXISTS = 80;
 constexpr DWORD USELESS_TARGET = 87;
 constexpr DWORD NAME_EXISTS = 183;
+constexpr DWORD OTHER_CONTENT = 1006;
 constexpr DWORD LINK_LOOP = 1921;
 
 constexpr std::string_view COPY = "copyFile";
@@ -289,7 +290,7 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             }
             if (!transferEntry(names, *kind) || !m_hasCopied) return;
             if (!from.isSameContent(name, to, targetName))
-                failEntry("compareFiles", name);
+                failWith(OTHER_CONTENT, "compareFiles", name);
             else if (from.deleteFile(name, ReadOnlyFiles::GO))
                 ++m_removed;
             else
@@ -554,7 +555,7 @@ bool TreeTransfer::clearEntry(FolderWay& way, TextView name)
     if (isLeft(source, name)) return false;
     // Both are looked at now: whatever has changed since it was copied stays.
     if (!source.isSameContent(name, m_target->current(), name))
-        m_work.fail("compareFiles", way.fullName(name));
+        m_work.fail("compareFiles", way.fullName(name), OTHER_CONTENT);
     else if (source.deleteFile(name, ReadOnlyFiles::GO))
         return ++m_removed, true;
     else if (!saysMissing(platform::lastError()))

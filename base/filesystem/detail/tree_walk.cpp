@@ -5,6 +5,7 @@
 
 #include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/path_text.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -64,7 +65,7 @@ bool FolderWay::isSame(Level& level)
     if (!level.folder.isOpen()) return false;
     if (!level.identity || level.folder.identity() == level.identity) return true;
     level.folder.close();
-    platform::setLastError(EXCHANGED);
+    platform::failStep(EXCHANGED, "openFolder", level.name);
     return false;
 }
 

@@ -3,13 +3,15 @@
 #include <utility>
 
 #include "base/filesystem/tree_walk.h"
+#include "base/platform/files/failed_step.h"
 
 namespace Oxa_1_1::detail
 {
 
 bool TreeWork::fail(std::string_view operation, const String& path, DWORD code)
 {
-    m_failures.add({.operation = operation, .path = path, .code = code});
+    m_failures.add({.operation = operation, .path = path, .target = {}, .code = makeWindowsError(code)});
+    platform::failStep(code, operation, path);
     return m_options.onFailure == OnFailure::GoOn;
 }
 

@@ -4,6 +4,7 @@
 #include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/wildcard.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -20,7 +21,7 @@ constexpr DWORD NO_MORE_FILES = 18;
 bool checkSearchString(const String& pattern)
 {
     if (isValidSearchString(pattern)) return true;
-    reportText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
+    refuseText(OXA_TEXT("The file or directory search string '%ls' contains invalid characters."), pattern);
     return false;
 }
 
@@ -38,7 +39,9 @@ void listFolder(const Directory& directory, const String& pattern, Kinds kinds, 
     platform::FolderEntry entry;
     while (reader->nextOf(entry, kindsToRead))
         if (wildcard.matches(entry.name)) maker.make(entry.name, entry.isFolder, entry.isLink, receiver);
-    if (platform::lastError() != NO_MORE_FILES) ListScope::setPartial();
+    if (platform::lastError() == NO_MORE_FILES) return;
+    platform::noteFailedStep("nextEntry", maker.pathToRead());
+    ListScope::setPartial();
 }
 
 }  // namespace Oxa_1_1::detail

@@ -5,6 +5,7 @@
 #include "base/filesystem/detail/tree_removal.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/files.h"
 #include "base/platform/system/last_error.h"
 #include "base/platform/system/shell.h"
@@ -24,6 +25,8 @@ bool OxaWindowsFileSystemDirectory::create() const
 {
     if (!isAbsolute())
     {
+        constexpr DWORD NO_SUCH_PLACE = 87;
+        platform::failStep(NO_SUCH_PLACE, "createFolder", getFullName());
         detail::reportText(OXA_TEXT("The drive or network share '%ls' does not exist or is inaccessible."), getRoot());
         return false;
     }
@@ -45,9 +48,10 @@ bool OxaWindowsFileSystemDirectory::remove(bool recursive) const
     if (!isUnknown)
     {
         if (!attributes || (*attributes & platform::FOLDER) == 0) return true;
+        platform::forgetFailedStep();
         // Of a link, nothing is removed but itself.
         if (recursive && !detail::makeDirectory(m_path)->removeContents(true)) return false;
-        if (platform::removeFolder(path)) return true;
+        if (detail::removeEmptied([&] { return platform::removeFolder(path); })) return true;
     }
     detail::reportFolderThatStays(getFullName());
     return false;

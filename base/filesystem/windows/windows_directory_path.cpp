@@ -156,7 +156,7 @@ std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::appendLevel(cons
 {
     if (!detail::isValidComponent(name))
     {
-        detail::reportText(detail::INVALID_CHARACTERS, name);
+        detail::refuseText(detail::INVALID_CHARACTERS, name);
         return nullptr;
     }
     auto path = detail::copyForChange(*m_path, 1);
@@ -168,6 +168,7 @@ std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::appendPath(const
 {
     if (relative.isAbsolute())
     {
+        detail::noteRefusal(relative.getFullName());
         FileSystemItem::reportError(OXA_TEXT("The path to be appended must be relative."));
         return nullptr;
     }

@@ -9,6 +9,7 @@
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/files.h"
 #include "base/platform/files/system_path.h"
 #include "base/platform/system/last_error.h"
@@ -43,6 +44,15 @@ std::optional<bool> isFileThere(const String& path)
 
 /// An input stream neither appends nor truncates.
 constexpr auto OUTPUT_ONLY = std::ios_base::out | std::ios_base::app | std::ios_base::trunc;
+
+template <class Stream>
+std::unique_ptr<Stream> openStream(const String& path, std::ios_base::openmode mode)
+{
+    auto stream = std::make_unique<Stream>();
+    platform::openStream(*stream, path, mode);
+    if (!*stream) platform::noteFailedStep("openFile", path);
+    return stream;
+}
 
 }  // namespace
 
@@ -115,17 +125,13 @@ String OxaWindowsFileSystemFile::getLockFilePath() const { return getFullName();
 std::unique_ptr<std::ifstream> OxaWindowsFileSystemFile::openRead(int mode) const
 {
     const auto bits = static_cast<std::ios_base::openmode>(mode) & ~OUTPUT_ONLY;
-    auto stream = std::make_unique<std::ifstream>();
-    platform::openStream(*stream, getFullName(), bits | std::ios_base::in);
-    return stream;
+    return openStream<std::ifstream>(getFullName(), bits | std::ios_base::in);
 }
 
 std::unique_ptr<std::ofstream> OxaWindowsFileSystemFile::openWrite(int mode) const
 {
     const auto bits = static_cast<std::ios_base::openmode>(mode) & ~std::ios_base::in;
-    auto stream = std::make_unique<std::ofstream>();
-    platform::openStream(*stream, getFullName(), bits | std::ios_base::out);
-    return stream;
+    return openStream<std::ofstream>(getFullName(), bits | std::ios_base::out);
 }
 
 bool OxaWindowsFileSystemFile::openWithDefaultApp() const { return File::openWithDefaultApp(getFullName()); }

@@ -21,7 +21,7 @@ std::size_t directoryLength(TextView path)
 bool checkFileName(const String& name)
 {
     if (detail::isValidFileName(name)) return true;
-    detail::reportText(detail::INVALID_CHARACTERS, name);
+    detail::refuseText(detail::INVALID_CHARACTERS, name);
     return false;
 }
 

@@ -7,6 +7,7 @@
 #include "base/filesystem/detail/result_codes.h"
 #include "base/filesystem/progress.h"
 #include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/files/failed_step.h"
 #include "base/platform/files/files.h"
 #include "base/platform/system/last_error.h"
 
@@ -84,11 +85,7 @@ bool isLinkTo(const String& source, const String& target)
 /// Makes place for a file. An existing file stays until it is replaced, so that it is not lost when that fails.
 bool clearPlace(const String& source, const String& target, DWORD attributes)
 {
-    if (isLinkTo(source, target))
-    {
-        platform::setLastError(ERROR_OF_EXISTING_TARGET);
-        return false;
-    }
+    if (isLinkTo(source, target)) return platform::failStep(ERROR_OF_EXISTING_TARGET, "renameFile", source, target);
     return (attributes & platform::FOLDER) == 0 || platform::removeFolder(target);
 }
 
@@ -146,12 +143,12 @@ bool OxaWindowsFileSystemFile::move(const File& target, bool overwrite) const
     const String to = target.getFullNameUnicode();
     if (detail::windowsImpl(target) == nullptr)
     {
-        platform::setLastError(ERROR_OF_OTHER_DEVICE);
+        platform::failStep(ERROR_OF_OTHER_DEVICE, "renameFile", from, to);
         return detail::reportFailedMove(from, to);
     }
     const auto attributes = platform::readAttributes(to);
     const bool isThere = attributes || platform::isLink(to);
-    if (isThere && !overwrite) return false;
+    if (isThere && !overwrite) return platform::failStep(ERROR_OF_EXISTING_TARGET, "renameFile", from, to);
     if (isThere && !clearPlace(from, to, attributes.value_or(0))) return detail::reportFailedMove(from, to);
     if (platform::renameFile(from, to, !overwrite)) return true;
     // What came a moment ago is as much in the way as what was there before.

@@ -24,7 +24,7 @@ class ObservedFolderReader : public FolderReader
     {
         do
         {
-            if (!observed("nextEntry", m_path, [&] { return m_reader->next(entry); })) return false;
+            if (!asked("nextEntry", m_path, [&] { return m_reader->next(entry); })) return false;
         } while (!isOf(entry, kinds));
         return true;
     }
@@ -53,7 +53,7 @@ bool writeAttributes(TextView path, DWORD attributes)
 
 bool isLink(TextView path)
 {
-    return observed("isLink", path, [&] { return native::isLink(path); });
+    return asked("isLink", path, [&] { return native::isLink(path); });
 }
 
 std::optional<FileIdentity> readIdentity(TextView path)
@@ -83,7 +83,7 @@ Touch touchFile(TextView path)
 
 void flushFile(TextView path)
 {
-    observed("flushFile", path, [&] { native::flushFile(path); });
+    asked("flushFile", path, [&] { native::flushFile(path); });
 }
 
 bool touchFolder(TextView path)
@@ -123,7 +123,7 @@ bool removeFolder(TextView path)
 
 bool isEmptyFolder(TextView path)
 {
-    return observed("isEmptyFolder", path, [&] { return native::isEmptyFolder(path); });
+    return asked("isEmptyFolder", path, [&] { return native::isEmptyFolder(path); });
 }
 
 std::unique_ptr<FolderReader> openFolder(TextView path)

@@ -10,6 +10,8 @@
 #include <csignal>
 #include <functional>
 
+#include "base/filesystem/failure.h"
+#include "base/filesystem/safe_writer.h"
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
 
@@ -94,6 +96,11 @@ TEST_F(FullDisk, TakesNoIncompleteFiles)
                       EXPECT_EQ(copy("large", "disk/large"), DISK_FULL);
                       temp.write("disk/old", "old");
                       EXPECT_EQ(copy("large", "disk/old", true), DISK_FULL);
+                      EXPECT_EQ(temp.read("disk/old"), "old");
+                      SafeWriter writer(*temp.file("disk/old"));
+                      writer.stream() << large;
+                      EXPECT_FALSE(writer.commit());
+                      EXPECT_TRUE(lastFailure()->code == std::errc::no_space_on_device);
                       EXPECT_EQ(temp.read("disk/old"), "old");
                       std::filesystem::remove(temp.path("disk/old"));
                       EXPECT_EQ(temp.directory("tree")->copy(*temp.directory("disk"), false, nullptr), nullptr);

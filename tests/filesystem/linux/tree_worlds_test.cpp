@@ -22,20 +22,21 @@ namespace
 
 namespace fs = std::filesystem;
 
-constexpr unsigned long MISSING = 2;
-constexpr unsigned long UNSUPPORTED = 50;
-constexpr unsigned long NO_FOLDER = 267;
-constexpr unsigned long LINK_LOOP = 1921;
+constexpr int MISSING = 2;
+constexpr int UNSUPPORTED = 50;
+constexpr int NO_FOLDER = 267;
+constexpr int LINK_LOOP = 1921;
 
 class TreeWorlds : public testing::Test
 {
    protected:
-    std::map<std::string, unsigned long> failuresOf(const TreeReport& report) const
+    std::map<std::string, int> failuresOf(const TreeReport& report) const
     {
         EXPECT_EQ(report.failures.size(), report.failureCount);
-        std::map<std::string, unsigned long> failures;
-        for (const TreeFailure& failure : report.failures)
-            failures[File::fromString(failure.path)->toPath().lexically_relative(temp.path()).string()] = failure.code;
+        std::map<std::string, int> failures;
+        for (const Failure& failure : report.failures)
+            failures[File::fromString(failure.path)->toPath().lexically_relative(temp.path()).string()] =
+                failure.code.value();
         return failures;
     }
 
@@ -55,7 +56,7 @@ class TreeWorlds : public testing::Test
     Messages messages;
 };
 
-using Failures = std::map<std::string, unsigned long>;
+using Failures = std::map<std::string, int>;
 
 TEST_F(TreeWorlds, LinksAndPipesAreCopiedAsWanted)
 {

@@ -8,6 +8,8 @@ namespace Oxa_1_1::platform::native
 
 using SharedFolder = std::shared_ptr<Folder>;
 
+/// Of an entry, for messages; that of the folder itself for no name.
+Text pathOf(const Folder& folder, TextView name);
 SharedFolder openTop(TextView path, Links links);
 SharedFolder open(const Folder& folder, TextView name, Links links);
 SharedFolder openParent(const Folder& folder);

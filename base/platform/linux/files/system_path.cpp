@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <ext/stdio_filebuf.h>
 
+#include <cerrno>
 #include <utility>
 
 #include "base/platform/linux/files/native_path.h"
@@ -26,19 +27,24 @@ int flagsOf(OpenMode mode)
     return O_WRONLY | O_CREAT | O_TRUNC;
 }
 
-/// Not open when it cannot be read or written, as folders and pipes that nobody reads.
+/// Not open, with the last error, when it cannot be read or written, as folders and pipes that nobody reads.
 FileDescriptor openFile(TextView spelling, OpenMode mode)
 {
     const ReachablePath path(spelling);
     const int flags = flagsOf(mode);
     FileDescriptor file(flags < 0 ? -1 : path.open(flags, 0666));
     struct stat status;
-    // The system would open a folder, and fail when it is read.
-    if (!file.isOpen() || fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode)) return FileDescriptor();
-    // Only opening must not wait.
+    if (!file.isOpen() || fstat(file.get(), &status) != 0)
+    {
+        path.fail(flags < 0 ? EINVAL : errno);
+        return FileDescriptor();
+    }
+    // Only opening must not wait. The system would open a folder, and fail when it is read.
     const int former = fcntl(file.get(), F_GETFL);
-    if (former < 0 || fcntl(file.get(), F_SETFL, former & ~O_NONBLOCK) != 0) return FileDescriptor();
-    return file;
+    const bool isReady = former >= 0 && fcntl(file.get(), F_SETFL, former & ~O_NONBLOCK) == 0;
+    if (isReady && !S_ISDIR(status.st_mode)) return file;
+    failWith(isReady ? EISDIR : errno);
+    return FileDescriptor();
 }
 
 /// The standard streams open files that programs started meanwhile would inherit.

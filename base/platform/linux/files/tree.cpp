@@ -4,7 +4,9 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <climits>
 #include <string>
 #include <utility>
 
@@ -108,6 +110,17 @@ SharedFolder openReachable(const ReachablePath& path, const char* name, Links li
 FileIdentity identityOf(const struct stat& status) { return {.volume = status.st_dev, .index = status.st_ino}; }
 
 }  // namespace
+
+Text pathOf(const Folder& folder, TextView name)
+{
+    std::string path(PATH_MAX, '\0');
+    const std::string place = "/proc/self/fd/" + std::to_string(folder.number());
+    const ssize_t length = readlink(place.c_str(), path.data(), path.size());
+    path.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+    Text spelling = spellingOf(path);
+    if (length > 0 && !spelling.ends_with(u'\\')) spelling += u'\\';
+    return spelling.append(name);
+}
 
 SharedFolder openTop(TextView path, Links links)
 {

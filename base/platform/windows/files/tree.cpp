@@ -274,6 +274,8 @@ void makeWritable(const FileHandle& file)
 
 }  // namespace
 
+Text pathOf(const Folder& folder, TextView name) { return folder.pathOf(name); }
+
 SharedFolder openTop(TextView path, Links links)
 {
     const Text text = links == Links::REFUSE ? withoutSeparator(path) : Text(path);
