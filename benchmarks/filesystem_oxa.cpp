@@ -1,11 +1,14 @@
 // The library's own paths, lists, copies and removals.
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/filesystem/progress.h"
+#include "base/filesystem/tree_operations.h"
+#include "base/filesystem/tree_walk.h"
 #include "benchmarks/contest.h"
 #include "benchmarks/file_samples.h"
 #include "benchmarks/path_samples.h"
@@ -53,6 +56,30 @@ void addLists()
              });
 }
 
+void addWalks()
+{
+    addOn(work::WALK_TREE, OURS, largeTree,
+          [](const FileSample& sample)
+          {
+              TreeWalk walk(*Directory::fromPath(sample.path), {.pattern = OXA_TEXT("*.txt")});
+              for (const WalkEntry& entry : walk) keep(entry.name());
+          });
+    addValue(work::WALK_MEMORY, LIMIT, [] { return 1e6; });
+    addValue(work::WALK_MEMORY, OURS,
+             []
+             {
+                 const double before = usedMemory();
+                 double most = 0;
+                 TreeWalk walk(*Directory::fromPath(largeTree().path));
+                 for (const WalkEntry& entry : walk)
+                 {
+                     keep(entry.name());
+                     if (walk.passed() % 1000 == 0) most = std::max(most, usedMemory() - before);
+                 }
+                 return most;
+             });
+}
+
 void copy(const CopySample& sample)
 {
     const auto target = Directory::fromPath(sample.target);
@@ -70,6 +97,11 @@ void addCopies()
                    check(source->copy(*target, false, std::make_shared<Counter>()) == 0, "copy");
                });
     addOnFresh(work::COPY_SMALL, OURS, smallCopies, [](const CopySample& sample) { copy(sample); });
+    addOnFresh(work::TRANSFER_SMALL, OURS, smallCopies,
+               [](const CopySample& sample) {
+                   check(copyTree(*Directory::fromPath(sample.source), *Directory::fromPath(sample.target)).isDone(),
+                         "copyTree");
+               });
     addOnFresh(work::REMOVE_SMALL, OURS, doomedTree,
                [](const FileSample& sample) { check(Directory::fromPath(sample.path)->remove(true), "remove"); });
 }
@@ -140,6 +172,7 @@ void addFiles()
 {
     addPaths();
     addLists();
+    addWalks();
     addCopies();
     addShapes();
 }

@@ -1,5 +1,6 @@
 #include "base/filesystem/disk_facts.h"
 
+#include "base/filesystem/detail/file_times.h"
 #include "base/filesystem/detail/system_item.h"
 #include "base/platform/files/failed_step.h"
 #include "base/platform/files/new_items.h"
@@ -11,10 +12,8 @@ namespace Oxa_1_1
 namespace
 {
 
+using detail::BEFORE_UNIX_TIME;
 using Ticks = FileTime::duration;
-
-/// From 1601 to 1970.
-constexpr Ticks BEFORE_UNIX_TIME = std::chrono::seconds(11644473600);
 
 constexpr DWORD INVALID_PARAMETER = 87;
 
@@ -24,7 +23,7 @@ std::optional<FileTime> timeOf(const FileSystemItem& item, platform::FileTicks p
     if (path.isNil()) return std::nullopt;
     const auto information = platform::readInformation(path);
     if (!information) return std::nullopt;
-    return FileTime(Ticks(static_cast<std::int64_t>((*information).*ticks)) - BEFORE_UNIX_TIME);
+    return detail::timeOfTicks((*information).*ticks);
 }
 
 }  // namespace

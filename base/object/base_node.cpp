@@ -103,11 +103,19 @@ void BaseNode::destroy() const noexcept
 bool WeakHandle::giveUp() noexcept
 {
     // Without watchers nobody else can come by.
-    if (!m_isWatched.load(std::memory_order_relaxed)) return std::exchange(m_node, nullptr) != nullptr;
+    if (!m_isWatched.load(std::memory_order_relaxed)) return giveUpUnowned();
     const Guard guard(*this);
-    if (m_revivals == 0) return std::exchange(m_node, nullptr) != nullptr;
+    if (m_revivals == 0) return giveUpUnowned();
     --m_revivals;
     return false;
+}
+
+bool WeakHandle::giveUpUnowned() noexcept
+{
+    // Somebody with a plain pointer may have become an owner again.
+    if (m_node == nullptr || m_node->m_counter != 0) return false;
+    m_node = nullptr;
+    return true;
 }
 
 void WeakHandle::forget() noexcept

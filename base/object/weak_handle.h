@@ -39,6 +39,7 @@ class OXA_API WeakHandle
 
     /// Gives the node up, if the caller, who dropped its last reference, is to destroy it.
     OXA_HIDDEN bool giveUp() noexcept;
+    OXA_HIDDEN bool giveUpUnowned() noexcept;
     /// Gives the node up, whatever its counter says.
     OXA_HIDDEN void forget() noexcept;
 

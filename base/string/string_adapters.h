@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// How a String takes texts, characters and values of other types than its own. Comes with oxa_string.h.
+/// How a String takes texts, characters and values of other types than its own. Comes with oxa_string.h. All is inline,
+/// so that no shared library exports what it uses of it.
 
 #include <concepts>
 #include <initializer_list>
@@ -15,20 +16,20 @@ namespace Oxa_1_1
 {
 
 template <FrameworkText T>
-String::String(const T& text)
+inline String::String(const T& text)
 {
     const Char* const buffer = text.GetString();
     if (buffer != nullptr) *this = String(TextView(buffer, static_cast<std::size_t>(text.GetLength())));
 }
 
 template <ForeignUnit C>
-void String::write(const C* text, int length)
+inline void String::write(const C* text, int length)
 {
     if (text != nullptr) append(String(text, length).view());
 }
 
 template <OtherText T>
-int String::compare(const T& text) const noexcept
+inline int String::compare(const T& text) const noexcept
 {
     if constexpr (PointedText<T>)
         return compare(pointerTo(text));
@@ -37,13 +38,13 @@ int String::compare(const T& text) const noexcept
 }
 
 template <OtherCharacter C>
-int String::compare(C c) const noexcept
+inline int String::compare(C c) const noexcept
 {
     return compareText(textUnitsOf(c).view());
 }
 
 template <OtherText T>
-int String::compareIgnoreCase(const T& text) const noexcept
+inline int String::compareIgnoreCase(const T& text) const noexcept
 {
     if constexpr (PointedText<T>)
         return compareIgnoreCase(pointerTo(text));
@@ -52,81 +53,81 @@ int String::compareIgnoreCase(const T& text) const noexcept
 }
 
 template <OtherCharacter C>
-int String::compareIgnoreCase(C c) const noexcept
+inline int String::compareIgnoreCase(C c) const noexcept
 {
     return compareTextIgnoreCase(textUnitsOf(c).view());
 }
 
 template <TruthObject T>
-String& String::operator+=(const T& value)
+inline String& String::operator+=(const T& value)
 {
     const bool isTrue = value;
     return *this += isTrue;
 }
 
 template <OtherCharacter C>
-String& String::operator+=(C c)
+inline String& String::operator+=(C c)
 {
     return append(c == 0 ? TextView() : textUnitsOf(c).view());
 }
 
 template <PointedText T>
-String& String::operator+=(const T& text)
+inline String& String::operator+=(const T& text)
 {
     return *this += pointerTo(text);
 }
 
 template <std::same_as<Text> T>
-String& String::operator+=(const T& other)
+inline String& String::operator+=(const T& other)
 {
     return m_present ? appendText(other) : append(other);
 }
 
 template <class... A>
-String String::format(const String& pattern, const A&... arguments)
+inline String String::format(const String& pattern, const A&... arguments)
 {
     const String texts[] = {String(), std::move(String() << arguments)...};
     return formatted(pattern, texts + 1, sizeof...(A));
 }
 
 template <PointedText T>
-int String::find(const T& text, int start) const noexcept
+inline int String::find(const T& text, int start) const noexcept
 {
     return find(pointerTo(text), start);
 }
 
 template <OtherCharacter C>
-int String::find(C c, int start) const noexcept
+inline int String::find(C c, int start) const noexcept
 {
     return findUnits(unitsOf(c).view(), start);
 }
 
 template <PointedText T>
-int String::findLastOf(const T& text) const noexcept
+inline int String::findLastOf(const T& text) const noexcept
 {
     return findLastOf(pointerTo(text));
 }
 
 template <OtherCharacter C>
-int String::findLastOf(C c, int start) const noexcept
+inline int String::findLastOf(C c, int start) const noexcept
 {
     return findLastUnits(unitsOf(c).view(), start);
 }
 
 template <Character C>
-bool String::contains(C c) const noexcept
+inline bool String::contains(C c) const noexcept
 {
     return view().find(unitsOf(c).view()) != TextView::npos;
 }
 
 template <Character C>
-std::vector<String> String::split(C separator) const
+inline std::vector<String> String::split(C separator) const
 {
     return splitAt(unitsOf(separator).view());
 }
 
 template <class Range>
-String String::join(Range&& parts, const String& separator)
+inline String String::join(Range&& parts, const String& separator)
 {
     String result(Present{});
     bool isFirst = true;
@@ -147,19 +148,19 @@ inline String String::join(std::initializer_list<String> parts, const String& se
 }
 
 template <Character A, Character B>
-requires(OtherCharacter<A> || OtherCharacter<B>) int String::replace(A from, B to)
+requires(OtherCharacter<A> || OtherCharacter<B>) inline int String::replace(A from, B to)
 {
     return replaceUnits(unitsOf(from), unitsOf(to));
 }
 
 template <class A, class B>
-requires(PointedText<A> || PointedText<B>) int String::replace(const A& from, const B& to)
+requires(PointedText<A> || PointedText<B>) inline int String::replace(const A& from, const B& to)
 {
     return replace(pointerTo(from), pointerTo(to));
 }
 
 template <PointedText T>
-const Char* String::pointerTo(const T& text) noexcept
+inline const Char* String::pointerTo(const T& text) noexcept
 {
     return text.GetString();
 }

@@ -182,7 +182,7 @@ using EncodePlan = Plan<Char>;
 /// False when the measure was wrong, as it is for ill-formed bytes.
 bool carryOut(const DecodePlan& plan, Char* units)
 {
-    textKernels().widenAscii(plan.ascii.data(), plan.ascii.size(), units);
+    textKernels().widenBytes(plan.ascii.data(), plan.ascii.size(), units);
     if (plan.rest.empty()) return true;
     const Filled filled = decodeInto(plan.rest, units + plan.ascii.size(), plan.restSize);
     return filled.complete && filled.written == plan.restSize;

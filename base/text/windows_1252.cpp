@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "base/text/resize_and_fill.h"
+#include "base/text/vector/kernels.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -20,7 +21,8 @@ namespace
 
 #include "base/text/windows_1252_table.inc"
 
-constexpr std::size_t BLOCK = 16;
+constexpr std::size_t DECODED_BLOCK = 64;
+constexpr std::size_t ENCODED_BLOCK = 16;
 
 Char decodeByte(unsigned char byte) { return (byte & 0xE0) == 0x80 ? MIDDLE_UNITS[byte & 0x1F] : byte; }
 
@@ -32,17 +34,20 @@ char encodeUnit(Char unit)
     return entry != std::end(OTHER_UNITS) && *entry >> 8 == unit ? static_cast<char>(*entry & 0xFF) : '?';
 }
 
-// Most bytes are the Latin-1 values of their units. A block is converted as if all were; the others are put right.
+// Most bytes are the Latin-1 values of their units. All are converted as if they were; the others are put right.
 
 #ifdef __SSE2__
 
-void decodeBlock(const char* bytes, Char* units)
+void mendBlock(const char* bytes, Char* units)
 {
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(block, _mm_setzero_si128()));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(units) + 1, _mm_unpackhi_epi8(block, _mm_setzero_si128()));
-    const __m128i top = _mm_and_si128(block, _mm_set1_epi8(static_cast<char>(0xE0)));
-    auto middle = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(top, _mm_set1_epi8(static_cast<char>(0x80)))));
+    std::uint64_t middle = 0;
+    for (std::size_t i = 0; i < DECODED_BLOCK; i += sizeof(__m128i))
+    {
+        const __m128i top = _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i)),
+                                          _mm_set1_epi8(static_cast<char>(0xE0)));
+        const int hits = _mm_movemask_epi8(_mm_cmpeq_epi8(top, _mm_set1_epi8(static_cast<char>(0x80))));
+        middle |= static_cast<std::uint64_t>(hits) << i;
+    }
     for (; middle != 0; middle &= middle - 1)
     {
         const int i = std::countr_zero(middle);
@@ -70,20 +75,20 @@ void encodeBlock(const Char* units, char* bytes)
 
 #else
 
-void decodeBlock(const char* bytes, Char* units)
+void mendBlock(const char* bytes, Char* units)
 {
-    for (std::size_t i = 0; i < BLOCK; ++i) units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
+    for (std::size_t i = 0; i < DECODED_BLOCK; ++i) units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
 }
 
 void encodeBlock(const Char* units, char* bytes)
 {
-    for (std::size_t i = 0; i < BLOCK; ++i) bytes[i] = encodeUnit(units[i]);
+    for (std::size_t i = 0; i < ENCODED_BLOCK; ++i) bytes[i] = encodeUnit(units[i]);
 }
 
 #endif
 
 /// Block by block, and the rest one by one.
-template <class Source, class Target, class ConvertBlock, class ConvertOne>
+template <std::size_t BLOCK, class Source, class Target, class ConvertBlock, class ConvertOne>
 void convert(const Source* source, std::size_t length, Target* target, ConvertBlock convertBlock, ConvertOne convertOne)
 {
     std::size_t i = 0;
@@ -98,7 +103,11 @@ Text decodeWindows1252(std::string_view bytes)
     const auto decodeOne = [](char byte) { return decodeByte(static_cast<unsigned char>(byte)); };
     Text text;
     resizeAndFill(text, bytes.size(),
-                  [&](Char* units) { convert(bytes.data(), bytes.size(), units, decodeBlock, decodeOne); });
+                  [&](Char* units)
+                  {
+                      textKernels().widenBytes(bytes.data(), bytes.size(), units);
+                      convert<DECODED_BLOCK>(bytes.data(), bytes.size(), units, mendBlock, decodeOne);
+                  });
     return text;
 }
 
@@ -106,7 +115,8 @@ std::string encodeWindows1252(TextView text)
 {
     std::string bytes;
     resizeAndFill(bytes, text.size(),
-                  [&](char* buffer) { convert(text.data(), text.size(), buffer, encodeBlock, encodeUnit); });
+                  [&](char* buffer)
+                  { convert<ENCODED_BLOCK>(text.data(), text.size(), buffer, encodeBlock, encodeUnit); });
     return bytes;
 }
 

@@ -47,6 +47,10 @@ void addCommands()
           [](const FileSample& sample) {
               run({"find", sample.path.c_str(), "-type", "f"});
           });
+    addOn(work::WALK_TREE, "find", largeTree,
+          [](const FileSample& sample) {
+              run({"find", sample.path.c_str(), "-iname", "*.txt"});
+          });
     addOnFresh(work::COPY_LARGE, "cp", largeCopy,
                [](const CopySample& sample) {
                    run({"cp", sample.source.c_str(), sample.target.c_str()});
@@ -59,6 +63,10 @@ void addCommands()
                        run({"cp", options, sample.source.c_str(), sample.target.c_str()});
                    });
     }
+    addOnFresh(work::TRANSFER_SMALL, "cp -rp", smallCopies,
+               [](const CopySample& sample) {
+                   run({"cp", "-rp", sample.source.c_str(), sample.target.c_str()});
+               });
     addOn(work::LIST_DEEP, "find", deepTree, [](const FileSample& sample) { run({"find", sample.path.c_str()}); });
     for (const auto& [work, sample] : {std::pair(work::COPY_DEEP, &deepTree), {work::COPY_WIDE, &wideFolder}})
     {

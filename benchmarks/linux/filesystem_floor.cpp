@@ -178,6 +178,21 @@ void appendTreeOnce(std::vector<Found>& found, const std::shared_ptr<const std::
     for (const auto& inside : below) appendTreeOnce(found, inside);
 }
 
+/// Keeps the name of each file, and makes no list.
+void walkTree(int parent, const char* name)
+{
+    const Opened folder(parent, name, FOLDER);
+    forEachEntry(folder.get(),
+                 [&](const dirent64& entry)
+                 {
+                     const std::string_view inside = entry.d_name;
+                     if (entry.d_type == DT_DIR)
+                         walkTree(folder.get(), entry.d_name);
+                     else if (isText(inside))
+                         keep(std::u16string(inside.begin(), inside.end()));
+                 });
+}
+
 constexpr std::size_t PIECE = 256 * 1024;
 /// The system copies fastest to and from whole lines of the cache.
 struct Piece
@@ -261,6 +276,7 @@ void addLists()
                   keep(found);
               });
     };
+    addOn(work::WALK_TREE, FLOOR, largeTree, [](const FileSample& sample) { walkTree(AT_FDCWD, sample.path.c_str()); });
     addTree(FLOOR, appendTree);
     addTree(FLOOR + " of one pass", appendTreeOnce);
 }
@@ -278,6 +294,9 @@ void addFileFloors()
                [piece](const CopySample& sample)
                { copyFile(AT_FDCWD, AT_FDCWD, sample.source.c_str(), sample.target.c_str(), *piece); });
     addOnFresh(work::COPY_SMALL, FLOOR, smallCopies,
+               [piece](const CopySample& sample)
+               { copyTree(AT_FDCWD, AT_FDCWD, sample.source.c_str(), sample.target.c_str(), *piece); });
+    addOnFresh(work::TRANSFER_SMALL, FLOOR, smallCopies,
                [piece](const CopySample& sample)
                { copyTree(AT_FDCWD, AT_FDCWD, sample.source.c_str(), sample.target.c_str(), *piece); });
     addOnFresh(work::REMOVE_SMALL, FLOOR, doomedTree,

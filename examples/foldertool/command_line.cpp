@@ -51,7 +51,7 @@ CommandLine parse(const Arguments& arguments)
         else if (mayBeOption && takeOption(line, argumentText))
             continue;
         else if (mayBeOption && argumentText.startsWith(OXA_TEXT("-")) && argumentText.length() > 1)
-            throw UsageError(text(IDS_UNKNOWN_OPTION, {system::bytesOf(argument)}));
+            throw UsageError(text(IDS_UNKNOWN_OPTION, {nameText(argument)}));
         else
             takeOperand(line, argument);
     }

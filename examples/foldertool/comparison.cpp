@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <fstream>
 #include <map>
 
+#include "base/filesystem/links.h"
+#include "base/filesystem/tree_walk.h"
+#include "examples/foldertool/operands.h"
 #include "examples/foldertool/output.h"
 #include "examples/foldertool/text.h"
 
@@ -20,12 +22,11 @@ namespace
 /// What lies in a tree, by its name seen from the root. Here names that differ in case are two.
 using Items = std::map<String, SharedItem>;
 
-Items itemsOf(const Tree& tree)
+Items itemsOf(const Directory& folder)
 {
     Items items;
-    const auto add = [&](const SharedItem& item) { items[item->makeRelative(*tree.root)->getFullName()] = item; };
-    for (const SharedFolder& folder : tree.folders) add(folder);
-    for (const Tree::Entry& entry : tree.files) add(entry.file);
+    TreeWalk walk(folder);
+    for (const WalkEntry& entry : walk) items[entry.relativeName()] = entry.item();
     return items;
 }
 
@@ -48,35 +49,21 @@ bool hasSameContent(const File& a, const File& b)
     return streamOfA->eof() && streamOfB->eof();
 }
 
-/// A link that leads nowhere is copied as it is: it has no content but where it would lead.
-bool leadsNowhere(const File& file)
-{
-    std::error_code error;
-    return std::filesystem::is_symlink(std::filesystem::symlink_status(file.toPath(), error)) &&
-           !std::filesystem::exists(file.toPath(), error);
-}
-
-bool leadsToSamePlace(const File& a, const File& b)
-{
-    std::error_code error;
-    const auto placeOfA = std::filesystem::read_symlink(a.toPath(), error);
-    return placeOfA == std::filesystem::read_symlink(b.toPath(), error) && !error;
-}
-
 /// 0, or the message about two items of the same name.
 unsigned int difference(const FileSystemItem& a, const FileSystemItem& b)
 {
+    // Links are copied as they are.
+    if (isLink(a)) return linkTarget(a) == linkTarget(b) ? 0 : IDS_OTHER_CONTENT;
     const auto* const fileA = dynamic_cast<const File*>(&a);
     const auto* const fileB = dynamic_cast<const File*>(&b);
     if (fileA == nullptr || fileB == nullptr) return 0;
-    if (leadsNowhere(*fileA)) return leadsToSamePlace(*fileA, *fileB) ? 0 : IDS_OTHER_CONTENT;
     if (!fileA->hasEqualSize(*fileB)) return IDS_OTHER_SIZE;
     return hasSameContent(*fileA, *fileB) ? 0 : IDS_OTHER_CONTENT;
 }
 
 }  // namespace
 
-std::vector<std::string> differences(const Tree& original, const Tree& copy)
+std::vector<std::string> differences(const Directory& original, const Directory& copy)
 {
     std::vector<std::string> messages;
     const auto add = [&](unsigned int id, const SharedItem& item) { messages.push_back(text(id, {pathText(*item)})); };

@@ -11,65 +11,79 @@
 namespace foldertool
 {
 
+using namespace Oxa_1_1;
+
 namespace
 {
 
-constexpr int BAR_COLUMNS = 24;
+constexpr std::size_t MOST_BAR_COLUMNS = 26;
+constexpr std::size_t LEAST_BAR_COLUMNS = 8;
 constexpr int LINE_COLUMNS = 78;
 constexpr std::chrono::milliseconds REDRAW_TIME(100);
 
-std::string bar(double share)
+std::string bar(double share, std::size_t columns)
 {
-    const auto full = static_cast<std::size_t>(std::lround(share * BAR_COLUMNS));
-    return '[' + std::string(full, '#') + std::string(BAR_COLUMNS - full, '.') + ']';
+    const std::size_t inside = columns - 2;
+    const auto full = static_cast<std::size_t>(std::lround(share * static_cast<double>(inside)));
+    return '[' + std::string(full, '#') + std::string(inside - full, '.') + ']';
 }
 
 }  // namespace
 
-CopyProgress::CopyProgress(unsigned long long totalBytes)
-    : m_totalBytes(totalBytes), m_width(std::min(system::terminalWidth() - 1, LINE_COLUMNS))
-{
-}
+ProgressBar::ProgressBar() : m_width(std::min(system::terminalWidth() - 1, LINE_COLUMNS)) {}
 
-CopyProgress::~CopyProgress() { clear(); }
+ProgressBar::~ProgressBar() { clear(); }
 
-void CopyProgress::begin(unsigned long long fileBytes) { m_fileBytes = fileBytes; }
-
-void CopyProgress::end(bool isCopied)
-{
-    if (!isCopied) return;
-    ++m_files;
-    m_bytes += m_fileBytes;
-}
-
-void CopyProgress::clear()
+void ProgressBar::clear()
 {
     if (m_isVisible) std::cerr << '\r' + std::string(static_cast<std::size_t>(m_width), ' ') + '\r' << std::flush;
     m_isVisible = false;
+}
+
+void ProgressBar::show(const TreeProgress& progress)
+{
+    if (m_width <= 0 || Clock::now() - m_drawn < REDRAW_TIME) return;
+    m_drawn = Clock::now();
+    std::cerr << '\r' + left(line(progress), static_cast<std::size_t>(m_width)) << std::flush;
+    m_isVisible = true;
+}
+
+std::string ProgressBar::line(const TreeProgress& progress) const
+{
+    const unsigned long long total = progress.totalBytes;
+    const double share =
+        total > 0 ? std::min(static_cast<double>(progress.bytes) / static_cast<double>(total), 1.0) : 1;
+    const std::string percent = right(std::to_string(static_cast<int>(share * 100)), 3);
+    const auto width = static_cast<std::size_t>(m_width);
+    // Whatever does not fit is left out, and no number is cut.
+    const auto withBar = [&](unsigned int id)
+    {
+        const auto lineWith = [&](const std::string& drawn) {
+            return text(
+                id, {drawn, percent, byteText(progress.bytes), byteText(total), rateText(progress.bytes, elapsed())});
+        };
+        const std::size_t used = columnsOf(lineWith({}));
+        if (used + LEAST_BAR_COLUMNS > width) return std::string();
+        return lineWith(bar(share, std::min(MOST_BAR_COLUMNS, width - used)));
+    };
+    for (const unsigned int id : {IDS_PROGRESS, IDS_PROGRESS_OF_BYTES, IDS_PROGRESS_IN_PERCENT})
+        if (std::string drawn = withBar(id); !drawn.empty()) return drawn;
+    return percent.size() <= width ? percent : std::string();
 }
 
 void CopyProgress::onProgress(double percent)
 {
     throwIfStopped();
     // Of an empty file it is not a number.
-    const double share = m_fileBytes > 0 ? percent / 100 : 0;
-    draw(m_bytes + static_cast<unsigned long long>(share * static_cast<double>(m_fileBytes)));
+    const double done = m_bytes > 0 ? percent / 100 * static_cast<double>(m_bytes) : 0;
+    m_bar.show({.bytes = static_cast<std::uint64_t>(done), .totalBytes = m_bytes});
 }
 
-void CopyProgress::onItem(const std::string&) { throwIfStopped(); }
+void CopyProgress::onItem(const std::string& /*name*/) { throwIfStopped(); }
 
-void CopyProgress::draw(unsigned long long bytes)
+std::string copySummary(unsigned long long files, unsigned long long bytes, std::chrono::duration<double> time)
 {
-    if (m_width <= 0 || Clock::now() - m_drawn < REDRAW_TIME) return;
-    m_drawn = Clock::now();
-    const double share =
-        m_totalBytes > 0 ? std::min(static_cast<double>(bytes) / static_cast<double>(m_totalBytes), 1.0) : 1;
-    const std::string percent = right(std::to_string(static_cast<int>(share * 100)), 3);
-    const std::string line =
-        text(IDS_PROGRESS, {bar(share), percent, byteText(bytes), byteText(m_totalBytes), rateText(bytes, elapsed())});
-    std::cerr << '\r' + left(line, static_cast<std::size_t>(m_width)).substr(0, static_cast<std::size_t>(m_width))
-              << std::flush;
-    m_isVisible = true;
+    return text(IDS_COPIED, {counted(IDS_ONE_FILE, files), byteText(bytes), rateText(bytes, time)});
 }
 
 }  // namespace foldertool

@@ -4,47 +4,52 @@
 #include <string>
 
 #include "base/filesystem/progress.h"
+#include "base/filesystem/tree_operations.h"
 
 namespace foldertool
 {
 
-/// Follows the copies of several files. Draws a bar while standard error is a terminal, and ends the copy under way by
-/// an exception when the program was asked to stop.
-class CopyProgress : public Oxa_1_1::IProgress
+/// Draws a bar while standard error is a terminal.
+class ProgressBar
 {
    public:
-    explicit CopyProgress(unsigned long long totalBytes);
-    CopyProgress(const CopyProgress&) = delete;
-    CopyProgress& operator=(const CopyProgress&) = delete;
-    ~CopyProgress() override;
+    ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+    ~ProgressBar();
 
-    /// Around each copy.
-    void begin(unsigned long long fileBytes);
-    void end(bool isCopied);
-
+    void show(const Oxa_1_1::TreeProgress& progress);
     /// Takes the bar away, before other lines are written.
     void clear();
 
-    unsigned long long copiedFiles() const { return m_files; }
-    unsigned long long copiedBytes() const { return m_bytes; }
     std::chrono::duration<double> elapsed() const { return Clock::now() - m_start; }
-
-    void onProgress(double percent) override;
-    void onItem(const std::string& name) override;
 
    private:
     using Clock = std::chrono::steady_clock;
 
-    void draw(unsigned long long bytes);
+    std::string line(const Oxa_1_1::TreeProgress& progress) const;
 
-    unsigned long long m_totalBytes;
-    unsigned long long m_fileBytes = 0;
-    unsigned long long m_files = 0;
-    unsigned long long m_bytes = 0;
     Clock::time_point m_start = Clock::now();
     Clock::time_point m_drawn = m_start;
     int m_width;
     bool m_isVisible = false;
 };
+
+/// Follows the copy of one file, and ends it by an exception when the program was asked to stop.
+class CopyProgress : public Oxa_1_1::IProgress
+{
+   public:
+    CopyProgress(ProgressBar& bar, unsigned long long bytes) : m_bar(bar), m_bytes(bytes) {}
+
+    void onProgress(double percent) override;
+    void onItem(const std::string& name) override;
+
+   private:
+    ProgressBar& m_bar;
+    unsigned long long m_bytes;
+};
+
+/// "5,070 files copied, 48.1 MB at 210 MB/s"
+std::string copySummary(unsigned long long files, unsigned long long bytes, std::chrono::duration<double> time);
 
 }  // namespace foldertool

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 
+#include "base/filesystem/disk_facts.h"
 #include "examples/foldertool/text.h"
 #include "examples/foldertool/tree.h"
 
@@ -18,10 +18,9 @@ namespace
 String stringOf(const std::string& utf8) { return String(UTF8Interface(utf8.c_str())); }
 
 /// "2026-11-21 11:00:13 UTC"
-String dateText(std::filesystem::file_time_type time)
+String dateText(FileTime moment)
 {
     using namespace std::chrono;
-    const auto moment = file_clock::to_sys(time);
     const auto day = floor<days>(moment);
     const year_month_day date(day);
     const hh_mm_ss clock(floor<seconds>(moment - day));
@@ -45,14 +44,13 @@ class Collector
     InfoStringMap m_info;
 };
 
-void addSizes(Collector& info, const SharedFolder& folder)
+void addSizes(Collector& info, const Directory& folder)
 {
-    const Tree tree = readTree(folder);
-    reportProblems(tree);
+    const TreeTotals totals = measure(folder);
     info.add(IDS_KEY_KIND, text(IDS_KIND_FOLDER));
-    info.add(IDS_KEY_SIZE, byteText(tree.bytes));
-    info.add(IDS_KEY_FILES, numberText(tree.files.size()));
-    info.add(IDS_KEY_FOLDERS, numberText(tree.folders.size()));
+    info.add(IDS_KEY_SIZE, byteText(totals.bytes));
+    info.add(IDS_KEY_FILES, numberText(totals.files));
+    info.add(IDS_KEY_FOLDERS, numberText(totals.folders));
 }
 
 void addSizes(Collector& info, const File& file)
@@ -71,11 +69,8 @@ InfoStringMap infoOf(const FileSystemItem& item)
 {
     Collector info;
     if (const auto* const file = dynamic_cast<const File*>(&item)) addSizes(info, *file);
-    if (const auto* const folder = dynamic_cast<const Directory*>(&item))
-        addSizes(info, std::make_shared<Directory>(*folder));
-    std::error_code error;
-    const auto changed = std::filesystem::last_write_time(item.toPath(), error);
-    if (!error) info.add(IDS_KEY_CHANGED, dateText(changed));
+    if (const auto* const folder = dynamic_cast<const Directory*>(&item)) addSizes(info, *folder);
+    if (const auto changed = lastWriteTime(item)) info.add(IDS_KEY_CHANGED, dateText(*changed));
     return info.take();
 }
 

@@ -71,7 +71,7 @@ int runProgram(const Arguments& arguments)
     {
         // Nothing is said to those who only left off reading.
         if (system::stopCode() == INTERRUPTED) complain(stopped.what());
-        return system::stopCode();
+        return system::stopCode() != 0 ? system::stopCode() : FAILED;
     }
     catch (const std::exception& error)
     {

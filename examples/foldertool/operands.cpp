@@ -22,7 +22,7 @@ fs::path wholePath(const fs::path& operand)
 {
     std::error_code error;
     fs::path path = fs::absolute(operand, error);
-    if (operand.empty() || error) throw Failure(text(IDS_NO_PATH, {system::bytesOf(operand)}));
+    if (operand.empty() || error) throw Failure(text(IDS_NO_PATH, {nameText(operand)}));
     if (!path.has_filename()) path = path.parent_path();
     const bool hasParents = std::find(path.begin(), path.end(), fs::path("..")) != path.end();
     if (!hasParents) return path;
@@ -34,7 +34,7 @@ fs::path wholePath(const fs::path& operand)
 std::shared_ptr<Directory> folderAt(const fs::path& operand)
 {
     auto folder = Directory::fromPath(wholePath(operand));
-    if (folder == nullptr) throw Failure(text(IDS_NO_PATH, {system::bytesOf(operand)}));
+    if (folder == nullptr) throw Failure(text(IDS_NO_PATH, {nameText(operand)}));
     return folder;
 }
 
@@ -64,7 +64,7 @@ bool isInside(const Directory& inner, const Directory& outer)
     return false;
 }
 
-Failure noItem(const fs::path& operand) { return Failure(text(IDS_REASON, {system::bytesOf(operand), lastReason()})); }
+Failure noItem(const fs::path& operand) { return Failure(text(IDS_REASON, {nameText(operand), lastReason()})); }
 
 }  // namespace
 
@@ -80,7 +80,7 @@ SharedItem existingItem(const fs::path& operand)
 SharedFolder existingFolder(const fs::path& operand)
 {
     auto folder = std::dynamic_pointer_cast<const Directory>(existingItem(operand));
-    if (folder == nullptr) throw Failure(text(IDS_IS_FILE, {system::bytesOf(operand)}));
+    if (folder == nullptr) throw Failure(text(IDS_IS_FILE, {nameText(operand)}));
     if (!folder->access(4)) throw noItem(operand);
     return folder;
 }
@@ -88,7 +88,7 @@ SharedFolder existingFolder(const fs::path& operand)
 std::string contentOf(const fs::path& operand, std::size_t megabytes)
 {
     const auto file = std::dynamic_pointer_cast<const File>(existingItem(operand));
-    const std::string name = system::bytesOf(operand);
+    const std::string name = nameText(operand);
     if (file == nullptr) throw Failure(text(IDS_IS_FOLDER, {name}));
     // A pipe would keep the program waiting.
     if (std::error_code error; !fs::is_regular_file(file->toPath(), error))
@@ -104,7 +104,7 @@ std::string contentOf(const fs::path& operand, std::size_t megabytes)
 SharedFolder newFolder(const fs::path& operand, const Directory& source, bool overwrite)
 {
     auto folder = folderAt(operand);
-    const std::string name = system::bytesOf(operand);
+    const std::string name = nameText(operand);
     if (!folder->exists() && isThere(*File::fromPath(wholePath(operand)))) throw Failure(text(IDS_IS_FILE, {name}));
     if (isSame(*folder, source)) throw Failure(text(IDS_IS_SAME, {name}));
     if (isInside(*folder, source)) throw Failure(text(IDS_LIES_INSIDE, {name, pathText(source)}));
@@ -114,7 +114,7 @@ SharedFolder newFolder(const fs::path& operand, const Directory& source, bool ov
 
 SharedFile newFile(const fs::path& operand, const File& source, bool overwrite)
 {
-    const std::string name = system::bytesOf(operand);
+    const std::string name = nameText(operand);
     if (folderAt(operand)->exists()) throw Failure(text(IDS_IS_FOLDER, {name}));
     auto file = File::fromPath(wholePath(operand));
     if (isSame(*file, source)) throw Failure(text(IDS_IS_SAME, {name}));

@@ -31,6 +31,8 @@ void flushOutput()
 {
     const bool isWritten = static_cast<bool>(std::cout.flush());
     throwIfStopped();
+    // Nobody reads any more, and nobody wants to hear of it.
+    if (!isWritten && system::isOutputPipe()) throw Stopped({});
     if (!isWritten) throw Failure(text(IDS_OUTPUT_FAILED));
 }
 

@@ -24,6 +24,8 @@
 #define IDS_OUTPUT_FAILED 120
 #define IDS_YES 121
 #define IDS_NO 122
+#define IDS_PROGRESS_OF_BYTES 123
+#define IDS_PROGRESS_IN_PERCENT 124
 
 // Wrong usage
 #define IDS_NO_COMMAND 200

@@ -16,6 +16,9 @@ void prepare();
 /// The exit code of a program that was asked to stop, 0 as long as it was not. A second request ends the program.
 int stopCode() noexcept;
 
+/// Whether standard output is a pipe that can break without a request to stop.
+bool isOutputPipe();
+
 /// The command line without the program's name, in the system's own spelling.
 std::vector<std::filesystem::path> arguments(int argc, char** argv);
 

@@ -22,7 +22,7 @@ bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0
 
 std::string blanksBeside(const std::string& text, std::size_t columns)
 {
-    const auto used = static_cast<std::size_t>(std::ranges::count_if(text, std::not_fn(isContinuation)));
+    const std::size_t used = columnsOf(text);
     return std::string(columns > used ? columns - used : 0, ' ');
 }
 
@@ -93,10 +93,40 @@ std::string pathText(const FileSystemItem& item)
     std::filesystem::path path = item.toPath();
     // Of a folder, without what ends it.
     if (!path.has_filename() && path.has_relative_path()) path = path.parent_path();
-    return system::bytesOf(path);
+    return nameText(path);
+}
+
+std::string nameText(const std::filesystem::path& path)
+{
+    constexpr char DIGITS[] = "0123456789abcdef";
+    const std::string bytes = system::bytesOf(path);
+    std::string result;
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+    {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < bytes.size() ? bytes[i + 1] : 0);
+        // Those beyond ASCII have two bytes.
+        const bool isLongControl = byte == 0xC2 && next >= 0x80 && next < 0xA0;
+        if (byte >= 0x20 && byte != 0x7F && !isLongControl)
+        {
+            result += bytes[i];
+            continue;
+        }
+        const unsigned char shown = isLongControl ? next : byte;
+        result.append("\\x").append(1, DIGITS[shown >> 4]).append(1, DIGITS[shown & 0xF]);
+        i += isLongControl ? 1 : 0;
+    }
+    return result;
 }
 
 std::string lastReason() { return getWindowsError().stringUTF8(); }
+
+std::string reasonText(const Oxa_1_1::Failure& failure) { return failure.code.message(); }
+
+std::size_t columnsOf(const std::string& text)
+{
+    return static_cast<std::size_t>(std::ranges::count_if(text, std::not_fn(isContinuation)));
+}
 
 std::string left(const std::string& text, std::size_t columns) { return text + blanksBeside(text, columns); }
 

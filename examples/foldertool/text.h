@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "base/filesystem/failure.h"
 #include "base/filesystem/file_system_item.h"
 #include "examples/foldertool/resource.h"
 
@@ -28,12 +29,18 @@ std::string rateText(unsigned long long bytes, std::chrono::duration<double> tim
 /// "230 ms"
 std::string timeText(std::chrono::duration<double> time);
 
-/// The path in the system's spelling, byte for byte.
+/// The path in the system's spelling; control characters, which could do something to a terminal, are escaped.
+/// @{
 std::string pathText(const Oxa_1_1::FileSystemItem& item);
+std::string nameText(const std::filesystem::path& path);
+/// @}
 
 /// Why the last operation of the library failed.
 std::string lastReason();
+/// Why a step of one did.
+std::string reasonText(const Oxa_1_1::Failure& failure);
 
+std::size_t columnsOf(const std::string& text);
 /// Filled up with blanks to a number of columns, the text on the left or on the right.
 std::string left(const std::string& text, std::size_t columns);
 std::string right(const std::string& text, std::size_t columns);

@@ -1,6 +1,11 @@
 #include "examples/foldertool/tree.h"
 
+#include <limits>
+#include <utility>
+
+#include "base/diagnostics/windows_error.h"
 #include "examples/foldertool/output.h"
+#include "examples/foldertool/system.h"
 #include "examples/foldertool/text.h"
 
 namespace foldertool
@@ -11,54 +16,51 @@ using namespace Oxa_1_1;
 namespace
 {
 
-const String EVERYTHING(OXA_TEXT("*"));
-
-constexpr int FOR_READING = 4;
-
-/// Messages about those folders that lists pass over, because they cannot be read.
-std::vector<std::string> unreadable(const SharedFolder& root, std::vector<SharedFolder> folders)
+template <class Failures>
+bool complainAbout(const Failures& failures, unsigned int id)
 {
-    folders.insert(folders.begin(), root);
-    std::vector<std::string> messages;
-    for (const SharedFolder& folder : folders)
-        if (!folder->access(FOR_READING)) messages.push_back(text(IDS_NOT_READ, {pathText(*folder), lastReason()}));
-    return messages;
-}
-
-bool report(const std::vector<std::string>& problems)
-{
-    for (const std::string& problem : problems) complain(problem);
-    return problems.empty();
+    for (const auto& failure : failures)
+        complain(text(id, {pathText(*File::fromString(failure.path)), reasonText(failure)}));
+    return failures.empty();
 }
 
 }  // namespace
 
-Tree readTree(const SharedFolder& root)
+TreeTotals measure(const Directory& folder)
 {
-    Tree tree;
-    tree.root = root;
-    tree.folders = root->collectDirectories(EVERYTHING, true);
-    tree.problems = unreadable(root, tree.folders);
-    for (const SharedFile& file : root->collectFiles(EVERYTHING, true))
+    TreeTotals totals;
+    TreeWalk walk(folder, {.followLinks = true});
+    for (const WalkEntry& entry : walk)
     {
         throwIfStopped();
-        Tree::Entry& entry = tree.files.emplace_back(Tree::Entry{.file = file});
-        if (file->size(entry.bytes)) tree.bytes += entry.bytes;
+        ++(entry.isFolder() ? totals.folders : totals.files);
+        if (!entry.isFolder()) totals.bytes += entry.size().value_or(0);
     }
-    return tree;
+    totals.isWhole = reportFailures(walk);
+    return totals;
 }
 
-std::string summary(const Tree& tree)
+std::string summary(const TreeTotals& totals)
 {
-    return text(IDS_FILES_IN_FOLDERS, {counted(IDS_ONE_FILE, tree.files.size()),
-                                       counted(IDS_ONE_FOLDER, tree.folders.size()), byteText(tree.bytes)});
+    return text(IDS_FILES_IN_FOLDERS,
+                {counted(IDS_ONE_FILE, totals.files), counted(IDS_ONE_FOLDER, totals.folders), byteText(totals.bytes)});
 }
 
-bool reportProblems(const Tree& tree) { return report(tree.problems); }
+bool reportFailures(const TreeReport& report, unsigned int id) { return complainAbout(report.failures, id); }
 
-bool reportUnreadableFolders(const SharedFolder& root)
+bool reportFailures(const TreeWalk& walk) { return complainAbout(walk.failures(), IDS_NOT_READ); }
+
+TreeOptions stoppable(bool overwrite, std::function<void(const TreeProgress&)> show)
 {
-    return report(unreadable(root, root->collectDirectories(EVERYTHING, true)));
+    const std::stop_source stop;
+    return {.overwrite = overwrite ? Overwrite::Always : Overwrite::Never,
+            .failureLimit = std::numeric_limits<std::size_t>::max(),
+            .stop = stop.get_token(),
+            .progress = [stop, show = std::move(show)](const TreeProgress& progress) mutable
+            {
+                if (system::stopCode() != 0) stop.request_stop();
+                if (show) show(progress);
+            }};
 }
 
 }  // namespace foldertool

@@ -1,39 +1,41 @@
 #pragma once
 
+#include <functional>
 #include <string>
-#include <vector>
 
+#include "base/filesystem/tree_operations.h"
+#include "base/filesystem/tree_walk.h"
 #include "examples/foldertool/operands.h"
 
 namespace foldertool
 {
 
-/// A folder with everything below it, as it was when it was read.
-struct Tree
+/// What lies below a folder.
+struct TreeTotals
 {
-    struct Entry
-    {
-        SharedFile file;
-        /// 0 for a size that cannot be read.
-        unsigned long long bytes = 0;
-    };
-
-    SharedFolder root;
-    /// The outer ones before the inner ones, without the root.
-    std::vector<SharedFolder> folders;
-    std::vector<Entry> files;
+    unsigned long long files = 0;
+    unsigned long long folders = 0;
     unsigned long long bytes = 0;
-    /// Messages about folders that cannot be read.
-    std::vector<std::string> problems;
+    /// False when something could not be read, which was complained about.
+    bool isWhole = true;
 };
 
-Tree readTree(const SharedFolder& root);
+/// With what links lead to.
+TreeTotals measure(const Oxa_1_1::Directory& folder);
 
 /// "5,070 files in 93 folders, 48.1 MB"
-std::string summary(const Tree& tree);
+std::string summary(const TreeTotals& totals);
 
-/// Complain about what could not be read. True when there was nothing of that.
-bool reportProblems(const Tree& tree);
-bool reportUnreadableFolders(const SharedFolder& root);
+/// Copies everything in a folder into another one, which is made, and prints what was done. What cannot be copied is
+/// complained about and passed over. True when there was nothing of that.
+bool copyFolder(const Oxa_1_1::Directory& source, const Oxa_1_1::Directory& target, bool overwrite);
+
+/// Complains about what failed, by the text `id` for a path and a reason. True when there was nothing of that.
+bool reportFailures(const Oxa_1_1::TreeReport& report, unsigned int id);
+/// The same of a walk.
+bool reportFailures(const Oxa_1_1::TreeWalk& walk);
+
+/// For an operation that ends when the program is asked to. `show` may be empty.
+Oxa_1_1::TreeOptions stoppable(bool overwrite, std::function<void(const Oxa_1_1::TreeProgress&)> show = {});
 
 }  // namespace foldertool

@@ -22,7 +22,9 @@ def check():
     for expression, text in expected(os.environ["OXA_VIEWS_TABLE"]):
         try:
             shown = gdb.execute("output " + expression, to_string=True)
-            # What the debugger says itself of a library with symbols, but without debug information.
+            # The debugger follows a reference to the type that the virtual table names, with or without views. Where
+            # the library has symbols but no debug information, a class that only it knows cannot be found, and the
+            # debugger says so in front of what it prints. Views cannot keep it from that.
             shown = re.sub(r"^warning: RTTI symbol not found for class .*\n", "", shown)
         except gdb.error as error:
             shown = "error: %s" % error

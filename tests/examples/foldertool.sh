@@ -97,7 +97,7 @@ expect 0 "Option -lang" tour tree -lang=DEU
 
 # Names of any bytes, closed and full outputs, and signals are as they are here on Linux.
 linux_only() {
-  local odd=$'odd\xff:*?. ' file source status said
+  local odd=$'odd\xff:*?. ' file source status said far
   mkdir "tree/$odd"
   printf 'odd' >"tree/$odd/$odd"
   ln -s .. "tree/$odd/loop"
@@ -108,6 +108,16 @@ linux_only() {
   ln -s tree link
   expect 0 "removed" remove link
   [ -d tree ] || fail "removing a link removed what it leads to"
+  printf 'x' >$'tree/line\nbreak\xc2\x9b'
+  expect 0 'tree/line\x0abreak\x9b' list 'line*' tree
+  rm $'tree/line\nbreak\xc2\x9b'
+  # Perhaps on another disk.
+  far=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
+  cp -r original near
+  expect 0 "moved" move near "$far/moved"
+  gone near
+  same original "$far/moved"
+  rm -r "$far"
   ln -s nowhere tree/dangling
   expect 0 "All steps done" tour tree
   mkfifo tree/pipe

@@ -285,7 +285,8 @@ TEST(WeakHandle, BearsAHundredThreads)
         threads.emplace_back(
             [watched]
             {
-                for (;;)
+                // As long as some revive it, the node lives.
+                for (int attempt = 0; attempt < 500; ++attempt)
                 {
                     const std::shared_ptr<WeakHandle> handle = watched.lock();
                     if (handle == nullptr || !handle->lock()) return;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ranges>
+#include <iterator>
 #include <vector>
 
 // Where {fmt} is installed, without its library.
@@ -19,6 +19,14 @@ namespace Oxa_1_1
 
 namespace
 {
+
+/// As views that filter do, it has no elements while it is const.
+struct Changing
+{
+    double* begin() { return values; }
+    double* end() { return std::end(values); }
+    double values[2] = {1.5, 2};
+};
 
 TEST(StringEveryday, SplitAndJoinAreInverse)
 {
@@ -38,9 +46,7 @@ TEST(StringEveryday, SplitAndJoinAreInverse)
     EXPECT_EQ(String(OXA_TEXT("a;b")).split(';').back(), OXA_TEXT("b"));
     EXPECT_EQ(String(OXA_TEXT("a;b")).split(String::EMPTY).size(), 1u);
     EXPECT_EQ(String::join({OXA_TEXT("a"), String::NIL}, u8"-"), OXA_TEXT("a-"));
-    // A view that filters has no elements while it is const.
-    EXPECT_EQ(String::join(std::vector{1.5, 0.0, 2.0} | std::views::filter([](double d) { return d > 1; }), u8" "),
-              OXA_TEXT("1.5 2"));
+    EXPECT_EQ(String::join(Changing(), u8" "), OXA_TEXT("1.5 2"));
     EXPECT_TRUE(String::join(std::vector<String>(), OXA_TEXT(",")).compareEquality(String::EMPTY));
 }
 

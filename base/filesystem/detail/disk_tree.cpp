@@ -150,9 +150,10 @@ bool canMoveLink(const OpenFolder& led, const OpenFolder& holder, const OpenFold
 {
     const auto aboveLink = holder.ancestry();
     const auto aboveLed = led.ancestry();
-    const auto place = target.isOpen() ? target.identity() : std::nullopt;
-    const bool isKnown = !aboveLink.empty() && !aboveLed.empty() && place.has_value() == target.isOpen();
-    return isKnown && !contains(aboveLink, place) && !contains(aboveLed, place);
+    if (aboveLink.empty() || aboveLed.empty()) return false;
+    if (!target.isOpen()) return true;
+    const auto place = target.identity();
+    return place && !contains(aboveLink, place) && !contains(aboveLed, place);
 }
 
 }  // namespace

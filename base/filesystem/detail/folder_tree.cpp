@@ -9,8 +9,8 @@
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
-#include "base/platform/files/tree.h"
 #include "base/platform/files/failed_step.h"
+#include "base/platform/files/tree.h"
 
 namespace Oxa_1_1::detail
 {

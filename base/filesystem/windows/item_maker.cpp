@@ -39,7 +39,7 @@ void ItemMaker::make(TextView name, bool isFolder, bool isLink, ItemReceiver& re
     else if (!isValidFileName(name))
         askFor(fullName(*m_path, SEPARATOR, name), receiver);
     else if (isFolder)
-        receiver.take(makeFolder(name), isLink);
+        receiver.take(makeDirectory(pathOf(name)), isLink);
     else
         receiver.take(makeFile(OxaWindowsFileSystemFile::fromCheckedName(m_impl, name)));
 }
@@ -55,11 +55,11 @@ void ItemMaker::askFor(const String& path, ItemReceiver& receiver) const
         receiver.take(std::move(directory), true);
 }
 
-std::shared_ptr<const Directory> ItemMaker::makeFolder(TextView name) const
+SharedDirectory ItemMaker::pathOf(TextView name) const
 {
     auto path = copyForChange(*m_path, 1);
     path->levels.emplace_back(name);
-    return makeDirectory(std::move(path));
+    return path;
 }
 
 }  // namespace Oxa_1_1::detail

@@ -46,10 +46,11 @@ class ItemMaker
     /// What has to be read for items of these kinds. Only the library's own items are what their entries are.
     platform::EntryKinds kindsToRead() const noexcept;
     void make(TextView name, bool isFolder, bool isLink, ItemReceiver& receiver) const;
+    /// Of a folder whose name is one.
+    SharedDirectory pathOf(TextView name) const;
 
    private:
     void askFor(const String& path, ItemReceiver& receiver) const;
-    std::shared_ptr<const Directory> makeFolder(TextView name) const;
 
     /// Of the folder; NIL while its parsed form says it.
     String m_fullName;

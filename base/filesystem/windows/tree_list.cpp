@@ -4,6 +4,7 @@
 
 #include "base/filesystem/detail/circles.h"
 #include "base/filesystem/detail/disk.h"
+#include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/tree_walk.h"
@@ -27,7 +28,8 @@ class TreeList
    public:
     TreeList(platform::OpenFolder top, const SharedDirectory& path, const String& pattern, std::span<const Kinds> kinds,
              ItemReceiver& receiver)
-        : m_way(std::move(top), path),
+        : m_top(path),
+          m_way(std::move(top), path),
           m_circles(*path, Circles::Above::BY_PATH),
           m_pattern(pattern),
           m_wildcard(pattern),
@@ -38,7 +40,7 @@ class TreeList
 
     void run()
     {
-        visit();
+        visit(m_top);
         while (!m_levels.empty())
         {
             Level& level = m_levels.back();
@@ -58,6 +60,8 @@ class TreeList
         std::size_t begin;
         std::size_t length;
         bool isLink;
+        /// Null when it is not in the list.
+        SharedDirectory path;
     };
     struct Level
     {
@@ -71,42 +75,56 @@ class TreeList
         const TextView name = TextView(level.names).substr(folder.begin, folder.length);
         if (folder.isLink && m_circles.closesAt(m_way, name)) return;
         if (m_way.enter(name, folder.isLink ? Links::FOLLOW : Links::REFUSE))
-            visit();
+            visit(folder.path);
         else if (!saysMissing(platform::lastError()))
             ListScope::setPartial();
     }
 
     /// The current folder: what there is of each kind, then the folders to go on in.
-    void visit()
+    void visit(SharedDirectory path)
     {
         m_isRead = false;
-        SharedDirectory path;
+        m_path = std::move(path);
+        m_listed.clear();
         for (const Kinds kinds : m_kinds)
-            if (checkSearchString(m_pattern)) list(kinds, path);
+            if (checkSearchString(m_pattern)) list(kinds);
         Level& level = m_levels.emplace_back();
-        read(
-            platform::EntryKinds::FOLDERS,
-            [&level](const platform::TreeEntry& entry)
-            {
-                if (!isValidFileName(entry.name)) return;
-                level.folders.push_back(
-                    {.begin = level.names.size(), .length = entry.name.size(), .isLink = platform::isLink(entry.kind)});
-                level.names += entry.name;
-            });
+        auto listed = m_listed.begin();
+        read(platform::EntryKinds::FOLDERS,
+             [&](const platform::TreeEntry& entry)
+             {
+                 if (!isValidFileName(entry.name)) return;
+                 level.folders.push_back({.begin = level.names.size(),
+                                          .length = entry.name.size(),
+                                          .isLink = platform::isLink(entry.kind),
+                                          .path = nullptr});
+                 level.names += entry.name;
+                 // The order is the same again.
+                 if (listed != m_listed.end() && (*listed)->levels.back().view() == entry.name)
+                     level.folders.back().path = std::move(*listed++);
+             });
     }
 
-    /// Many folders hold nothing that is wanted, and need no path.
-    void list(Kinds kinds, SharedDirectory& path)
+    void list(Kinds kinds)
     {
         std::optional<ItemMaker> maker;
         read(kinds == Kinds::FILES ? platform::EntryKinds::FILES : platform::EntryKinds::FOLDERS,
              [&](const platform::TreeEntry& entry)
              {
                  if (!m_wildcard.matches(entry.name)) return;
-                 if (path == nullptr) path = std::make_shared<const ParsedDirectory>(m_way.path());
-                 if (!maker) maker.emplace(path, kinds);
-                 maker->make(entry.name, platform::isFolder(entry.kind), platform::isLink(entry.kind), m_receiver);
+                 // Many folders hold nothing that is wanted, and need no path.
+                 if (m_path == nullptr) m_path = std::make_shared<const ParsedDirectory>(m_way.path());
+                 if (!maker) maker.emplace(m_path, kinds);
+                 take(*maker, entry);
              });
+    }
+
+    void take(const ItemMaker& maker, const platform::TreeEntry& entry)
+    {
+        const bool isLink = platform::isLink(entry.kind);
+        if (!platform::isFolder(entry.kind) || !isValidFileName(entry.name))
+            return maker.make(entry.name, platform::isFolder(entry.kind), isLink, m_receiver);
+        m_receiver.take(makeDirectory(m_listed.emplace_back(maker.pathOf(entry.name))), isLink);
     }
 
     template <class Take>
@@ -118,6 +136,7 @@ class TreeList
         if (platform::lastError() != LAST_ENTRY) ListScope::setPartial();
     }
 
+    const SharedDirectory& m_top;
     FolderWay m_way;
     Circles m_circles;
     const String& m_pattern;
@@ -126,7 +145,11 @@ class TreeList
     ItemReceiver& m_receiver;
     std::vector<Level> m_levels;
     platform::TreeEntry m_entry;
-    /// The current folder, at least once.
+    // Of the current folder.
+    /// Null until it is needed.
+    SharedDirectory m_path;
+    /// Of the folders in it that are in the list.
+    std::vector<SharedDirectory> m_listed;
     bool m_isRead = false;
 };
 

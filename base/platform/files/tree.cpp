@@ -88,15 +88,36 @@ bool OpenFolder::isLink(TextView name) const
     return asked("isLink", name, [&] { return native::isLink(*m_folder, name); });
 }
 
-bool OpenFolder::makeFolder(TextView name) const
+std::optional<EntryKind> OpenFolder::readKind(TextView name) const
 {
-    return observedIn(*m_folder, "createFolder", name, [&] { return native::makeFolder(*m_folder, name); });
+    return asked("readKind", name, [&] { return native::readKind(*m_folder, name); });
+}
+
+std::optional<FileIdentity> OpenFolder::readOwnIdentity(TextView name) const
+{
+    return asked("readIdentity", name, [&] { return native::readOwnIdentity(*m_folder, name); });
+}
+
+bool OpenFolder::isSameContent(TextView name, const OpenFolder& other, TextView otherName) const
+{
+    return asked("compareFiles", name, otherName,
+                 [&] { return native::isSameContent(*m_folder, name, *other.m_folder, otherName); });
+}
+
+bool OpenFolder::makeFolder(TextView name, NewFolder access) const
+{
+    return observedIn(*m_folder, "createFolder", name, [&] { return native::makeFolder(*m_folder, name, access); });
 }
 
 bool OpenFolder::takePermissions(const OpenFolder& from, OwnerAccess access) const
 {
     return observedIn(*m_folder, "takePermissions", {},
                       [&] { return native::takePermissions(*m_folder, *from.m_folder, access); });
+}
+
+bool OpenFolder::takeTimes(const OpenFolder& from) const
+{
+    return observedIn(*m_folder, "takeTimes", {}, [&] { return native::takeTimes(*m_folder, *from.m_folder); });
 }
 
 bool OpenFolder::unlock()
@@ -106,7 +127,8 @@ bool OpenFolder::unlock()
 
 bool OpenFolder::canRenameTo(const OpenFolder& target) const
 {
-    return observedIn(*m_folder, "canRename", {}, *target.m_folder, {}, [&] { return native::canRename(*m_folder, *target.m_folder); });
+    return observedIn(*m_folder, "canRename", {}, *target.m_folder, {},
+                      [&] { return native::canRename(*m_folder, *target.m_folder); });
 }
 
 bool OpenFolder::deleteFile(TextView name, ReadOnlyFiles readOnly) const
@@ -125,12 +147,26 @@ bool OpenFolder::rename(TextView name, const OpenFolder& target, TextView target
                       [&] { return native::renameEntry(*m_folder, name, *target.m_folder, targetName, failIfExists); });
 }
 
-bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName,
-                          bool failIfExists, const CopyProgress& progress) const
+bool OpenFolder::addName(TextView name, TextView newName) const
 {
-    return observedIn(
-        *m_folder, "copyFile", name, *target.m_folder, targetName,
-        [&] { return native::copyFile(*m_folder, name, kind, *target.m_folder, targetName, failIfExists, progress); });
+    return observedIn(*m_folder, "addName", name, *m_folder, newName,
+                      [&] { return native::addName(*m_folder, name, newName); });
+}
+
+bool OpenFolder::replace(TextView name, TextView replaced, ReadOnlyFiles readOnly) const
+{
+    return observedIn(*m_folder, "renameFile", name, *m_folder, replaced,
+                      [&] { return native::replace(*m_folder, name, replaced, readOnly); });
+}
+
+bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName,
+                          bool failIfExists, const CopyProgress& progress, Kept kept) const
+{
+    return observedIn(*m_folder, "copyFile", name, *target.m_folder, targetName,
+                      [&] {
+                          return native::copyFile(*m_folder, name, kind, *target.m_folder, targetName, failIfExists,
+                                                  progress, kept);
+                      });
 }
 
 bool OpenFolder::copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const

@@ -71,6 +71,21 @@ enum class OwnerAccess
     AS_GIVEN
 };
 
+/// What the copy of a file takes over from it, where the system lets it choose.
+struct Kept
+{
+    bool permissions = true;
+    bool times = true;
+};
+
+enum class NewFolder
+{
+    /// Nobody but the owner has access to it.
+    PRIVATE,
+    /// As the user makes folders.
+    USUAL
+};
+
 /// Copies share the same open folder, which is closed with the last of them. All operations are for open ones.
 class OpenFolder
 {
@@ -105,10 +120,18 @@ class OpenFolder
     std::optional<FileIdentity> readIdentity(TextView name) const;
     bool isLink(TextView name) const;
     /// @}
-    /// Nobody but the owner has access to a new folder.
-    bool makeFolder(TextView name) const;
+    /// What next() would say of it. None when it is not there.
+    std::optional<EntryKind> readKind(TextView name) const;
+    /// Of the entry itself, be it a link.
+    std::optional<FileIdentity> readOwnIdentity(TextView name) const;
+    /// Whether both are plain files of the same bytes, or links that say the same. False also when that cannot be seen.
+    bool isSameContent(TextView name, const OpenFolder& other, TextView otherName) const;
+    /// Fails with 183 when something of that name is there.
+    bool makeFolder(TextView name, NewFolder access = NewFolder::PRIVATE) const;
     /// Gives this folder the permissions of another one, where the system has them.
     bool takePermissions(const OpenFolder& from, OwnerAccess access) const;
+    /// Gives this folder the last write of another one.
+    bool takeTimes(const OpenFolder& from) const;
     /// Lets the owner remove what is in it.
     bool unlock();
     /// Whether entries can get from here to the other folder by renaming, as far as that can be told beforehand: both
@@ -120,9 +143,13 @@ class OpenFolder
     bool removeFolder(TextView name) const;
     /// Renames a file, folder or link; as renameFile().
     bool rename(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
+    /// Gives a file in here one more name, where the file system has that.
+    bool addName(TextView name, TextView newName) const;
+    /// Renames a file or link onto another one in here, in one step. A read-only one gives way only when it may.
+    bool replace(TextView name, TextView replaced, ReadOnlyFiles readOnly) const;
     /// What was listed as a PLAIN_FILE must still be one.
     bool copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName, bool failIfExists,
-                  const CopyProgress& progress) const;
+                  const CopyProgress& progress, Kept kept = {}) const;
     bool copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
 
    private:

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 namespace Oxa_1_1::detail
@@ -43,22 +44,52 @@ int countDigits(std::uint64_t value)
     return estimate + (value >= POWERS_OF_TEN[static_cast<std::size_t>(estimate)] || estimate == 0);
 }
 
+constexpr std::uint32_t EIGHT = 100000000;
+
+/// Writes the two digits of a value below 100.
+void writePair(Char* out, std::uint32_t value) { std::memcpy(out, &DIGIT_PAIRS[2 * value], 2 * sizeof(Char)); }
+
+/// Writes the eight digits of a value below their power of ten, the two halves side by side.
+void writeEight(Char* out, std::uint32_t value)
+{
+    const std::uint32_t high = value / 10000;
+    const std::uint32_t low = value % 10000;
+    writePair(out, high / 100);
+    writePair(out + 2, high % 100);
+    writePair(out + 4, low / 100);
+    writePair(out + 6, low % 100);
+}
+
 /// Writes exactly `count` digits, with leading zeros.
 void writeDigits(Char* out, std::uint64_t value, int count)
 {
-    Char* p = out + count;
-    while (p - out >= 2)
+    for (; count >= 8; value /= EIGHT) writeEight(out + (count -= 8), static_cast<std::uint32_t>(value % EIGHT));
+    auto rest = static_cast<std::uint32_t>(value % EIGHT);
+    for (; count >= 2; rest /= 100) writePair(out + (count -= 2), rest % 100);
+    if (count != 0) *out = static_cast<Char>('0' + rest % 10);
+}
+
+/// The same for a number of digits that is known.
+template <int COUNT>
+void writeDigits(Char* out, std::uint64_t value)
+{
+    constexpr int REST = COUNT % 8;
+    if constexpr (COUNT >= 8)
     {
-        const Char* const pair = &DIGIT_PAIRS[2 * static_cast<std::size_t>(value % 100)];
-        value /= 100;
-        *--p = pair[1];
-        *--p = pair[0];
+        writeEight(out + REST, static_cast<std::uint32_t>(value % EIGHT));
+        value /= EIGHT;
     }
-    if (p != out) *out = static_cast<Char>('0' + value % 10);
+    for (int i = REST; i >= 2; value /= 100) writePair(out + (i -= 2), static_cast<std::uint32_t>(value % 100));
+    if constexpr (REST % 2 != 0) *out = static_cast<Char>('0' + value % 10);
 }
 
 Char* writeInteger(Char* out, std::uint64_t value)
 {
+    if (value < 10)
+    {
+        *out = static_cast<Char>('0' + value);
+        return out + 1;
+    }
     const int count = countDigits(value);
     writeDigits(out, value, count);
     return out + count;
@@ -70,21 +101,17 @@ Char* writeWord(Char* out, std::string_view word)
     return out;
 }
 
-/// Writes `count` digits of which trailing zeros are dropped.
+/// Without the zeros at the end of digits, which are not all zeros.
+Char* dropZeros(Char* end)
+{
+    while (end[-1] == '0') --end;
+    return end;
+}
+
 Char* writeSignificant(Char* out, std::uint64_t digits, int count)
 {
-    if (digits % 10000 == 0)
-    {
-        digits /= 10000;
-        count -= 4;
-    }
-    while (count > 0 && digits % 10 == 0)
-    {
-        digits /= 10;
-        --count;
-    }
     writeDigits(out, digits, count);
-    return out + count;
+    return dropZeros(out + count);
 }
 
 /// A positive finite double as mantissa * 2 ^ exponent.
@@ -110,12 +137,19 @@ struct Product
 {
     Product(std::uint64_t a, std::uint64_t b)
     {
+#ifdef __SIZEOF_INT128__
+        __extension__ using Wide = unsigned __int128;
+        const Wide product = static_cast<Wide>(a) * b;
+        high = static_cast<std::uint64_t>(product >> 64);
+        low = static_cast<std::uint64_t>(product);
+#else
         constexpr std::uint64_t LOW = 0xFFFFFFFF;
         const std::uint64_t lowLow = (a & LOW) * (b & LOW);
         const std::uint64_t highLow = (a >> 32) * (b & LOW) + (lowLow >> 32);
         const std::uint64_t lowHigh = (a & LOW) * (b >> 32) + (highLow & LOW);
         high = (a >> 32) * (b >> 32) + (highLow >> 32) + (lowHigh >> 32);
         low = (lowHigh << 32) | (lowLow & LOW);
+#endif
     }
 
     std::uint64_t high;
@@ -150,8 +184,9 @@ Char* writeByRuntime(Char* out, double value, std::chars_format format, int prec
 }
 
 /// A value of 1 or more. Whatever its size, the precision covers the integer part, so there is never an exponent; and
-/// it reaches `decimals` places behind the point but for powers of ten, which have none to show.
-Char* writeFromOne(Char* out, double value, int decimals)
+/// it reaches DECIMALS places behind the point but for powers of ten, which have none to show.
+template <int DECIMALS>
+Char* writeFromOne(Char* out, double value)
 {
     constexpr double TWO_POW_64 = 18446744073709551616.0;
     if (value >= TWO_POW_64) return writeByRuntime(out, value, std::chars_format::fixed, 0);
@@ -159,16 +194,17 @@ Char* writeFromOne(Char* out, double value, int decimals)
     const Binary binary(value);
     if (binary.exponent >= 0) return writeInteger(out, binary.mantissa << binary.exponent);
 
-    const std::uint64_t unit = POWERS_OF_TEN[static_cast<std::size_t>(decimals)];
+    constexpr std::uint64_t UNIT = POWERS_OF_TEN[DECIMALS];
     std::uint64_t integer = binary.mantissa >> -binary.exponent;
-    const Product scaled(binary.mantissa << (64 + binary.exponent), unit);
+    const Product scaled(binary.mantissa << (64 + binary.exponent), UNIT);
     const std::uint64_t fraction = roundHalfEven(scaled.high, scaled.low, false);
-    if (fraction == unit) ++integer;
+    if (fraction == UNIT) ++integer;
     out = writeInteger(out, integer);
-    if (fraction == 0 || fraction == unit) return out;
+    if (fraction == 0 || fraction == UNIT) return out;
 
     *out++ = '.';
-    return writeSignificant(out, fraction, decimals);
+    writeDigits<DECIMALS>(out, fraction);
+    return dropZeros(out + DECIMALS);
 }
 
 /// A value below 1, in fixed notation down to a decimal exponent of -4.
@@ -233,7 +269,8 @@ std::size_t writeFloating(Char* out, double value, const FloatingRule& rule) noe
     if (magnitude > std::numeric_limits<double>::max())
         end = writeWord(end, "inf");
     else if (magnitude >= 1)
-        end = writeFromOne(end, magnitude, rule.decimals);
+        end = rule.decimals == DOUBLE_RULE.decimals ? writeFromOne<DOUBLE_RULE.decimals>(end, magnitude)
+                                                    : writeFromOne<FLOAT_RULE.decimals>(end, magnitude);
     else if (magnitude > 0)
         end = writeBelowOne(end, magnitude, rule.digitsBelowOne);
     else

@@ -85,7 +85,7 @@ inline std::size_t countAsciiUnitsAvx512(const Char* units, std::size_t length)
     return length;
 }
 
-inline void widenAsciiAvx512(const char* bytes, std::size_t length, Char* units)
+inline void widenBytesAvx512(const char* bytes, std::size_t length, Char* units)
 {
     std::size_t i = 0;
     for (; length - i >= VECTOR_BYTES; i += VECTOR_BYTES) widenBlock(_mm512_loadu_si512(bytes + i), units + i);

@@ -31,8 +31,8 @@ struct TextKernels
     // A number of ASCII characters at the front: all there are, or fewer by less than a step of the loop.
     std::size_t (*countAsciiBytes)(const char* bytes, std::size_t length);
     std::size_t (*countAsciiUnits)(const Char* units, std::size_t length);
-    // ASCII text to the other width.
-    void (*widenAscii)(const char* bytes, std::size_t length, Char* units);
+    // Bytes to units of the same values, and ASCII back.
+    void (*widenBytes)(const char* bytes, std::size_t length, Char* units);
     void (*narrowAscii)(const Char* units, std::size_t length, char* bytes);
 
     // The units that well-formed UTF-8 becomes, and the bytes of UTF-8 that any units become.

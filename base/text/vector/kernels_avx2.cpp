@@ -32,7 +32,7 @@ constinit const TextKernels AVX2_KERNELS{
     compareUnitsIgnoreCase<Avx2>,
     countAsciiBytes<Avx2>,
     countAsciiUnits<Avx2>,
-    widenAscii<Avx2>,
+    widenBytes<Avx2>,
     narrowAscii<Avx2>,
     countUnits<Avx2>,
     countBytes<Avx2>,

@@ -32,7 +32,7 @@ constinit const TextKernels AVX512_KERNELS{
     compareUnitsIgnoreCase<Avx2>,
     countAsciiBytesAvx512,
     countAsciiUnitsAvx512,
-    widenAsciiAvx512,
+    widenBytesAvx512,
     narrowAsciiAvx512,
     countUnitsAvx512,
     countBytesAvx512,

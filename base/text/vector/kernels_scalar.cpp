@@ -30,7 +30,7 @@ constinit const TextKernels SCALAR_KERNELS{
     compareUnitsIgnoreCase<Scalar>,
     countAsciiBytes<Scalar>,
     countAsciiUnits<Scalar>,
-    widenAscii<Scalar>,
+    widenBytes<Scalar>,
     narrowAscii<Scalar>,
     countUnits<Scalar>,
     countBytes<Scalar>,

@@ -35,7 +35,7 @@ constinit const TextKernels SSE2_KERNELS{
     compareUnitsIgnoreCase<Sse2>,
     countAsciiBytes<Sse2>,
     countAsciiUnits<Sse2>,
-    widenAscii<Sse2>,
+    widenBytes<Sse2>,
     narrowAscii<Sse2>,
     countUnits<Sse2>,
     countBytes<Sse2>,

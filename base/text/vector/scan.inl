@@ -211,7 +211,7 @@ std::size_t countAsciiUnits(const Char* units, std::size_t length)
 }
 
 template <class V>
-void widenAscii(const char* bytes, std::size_t length, Char* units)
+void widenBytes(const char* bytes, std::size_t length, Char* units)
 {
     std::size_t i = 0;
     if constexpr (!std::is_same_v<V, Scalar>)

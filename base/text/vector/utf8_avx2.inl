@@ -182,17 +182,26 @@ inline Progress decodeUtf8Avx2(const char* bytes, std::size_t length, Char* unit
     return {read, static_cast<std::size_t>(to - units)};
 }
 
-/// Eight units below 0x800.
-inline std::size_t encodePairs(__m128i units, char* bytes)
+/// Stores the bytes of eight units of at most two each, of which `ones` tells those of one. Returns their number.
+inline std::size_t storePairs(__m128i pairs, unsigned ones, char* bytes)
 {
-    const __m128i one = _mm_cmpeq_epi16(_mm_and_si128(units, splat16(0xFF80)), _mm_setzero_si128());
-    const __m128i lead = _mm_and_si128(_mm_srli_epi16(units, 6), splat16(0x1F));
-    const __m128i rest = _mm_slli_epi16(_mm_and_si128(units, splat16(0x3F)), 8);
-    const __m128i two = _mm_or_si128(_mm_or_si128(lead, rest), splat16(0x80C0));
-    const auto ones = static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(one, one))) & 0xFF;
     const utf8_tables::Packing& packing = TWO_BYTE_PACKINGS[ones];
-    store128(bytes, _mm_shuffle_epi8(_mm_blendv_epi8(two, units, one), load128(&packing.shuffle)));
+    store128(bytes, _mm_shuffle_epi8(pairs, load128(&packing.shuffle)));
     return packing.length;
+}
+
+/// Sixteen units below 0x800.
+inline std::size_t encodePairs(__m256i units, char* bytes)
+{
+    const __m256i one = _mm256_cmpgt_epi16(Avx2::splat(0x80), units);
+    const __m256i rest = _mm256_slli_epi16(_mm256_and_si256(units, Avx2::splat(0x3F)), 8);
+    const __m256i two = _mm256_or_si256(_mm256_or_si256(_mm256_srli_epi16(units, 6), rest), Avx2::splat(0x80C0));
+    const __m256i all = _mm256_blendv_epi8(two, units, one);
+    const __m128i front = _mm256_castsi256_si128(all);
+    const auto ones = static_cast<unsigned>(_mm_movemask_epi8(
+        _mm_packs_epi16(_mm256_castsi256_si128(one), _mm256_extracti128_si256(one, 1))));
+    const std::size_t length = storePairs(front, ones & 0xFF, bytes);
+    return length + storePairs(_mm256_extracti128_si256(all, 1), ones >> 8, bytes + length);
 }
 
 /// Eight units without surrogates.
@@ -250,14 +259,14 @@ inline Progress encodeUtf8Avx2(const Char* units, std::size_t length, char* byte
             written += 16;
             continue;
         }
-        const __m128i block = _mm256_castsi256_si128(wide);
-        const __m128i top = _mm_and_si128(block, splat16(0xF800));
-        if (_mm_testz_si128(block, splat16(0xF800)) != 0)
+        if (_mm256_testz_si256(wide, Avx2::splat(0xF800)) != 0)
         {
-            written += encodePairs(block, bytes + written);
-            read += 8;
+            written += encodePairs(wide, bytes + written);
+            read += 16;
             continue;
         }
+        const __m128i block = _mm256_castsi256_si128(wide);
+        const __m128i top = _mm_and_si128(block, splat16(0xF800));
         const auto surrogates = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(top, splat16(0xD800))));
         if (surrogates == 0)
         {

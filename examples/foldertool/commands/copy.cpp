@@ -1,10 +1,11 @@
 // Copies a folder with everything in it, or a file, to a new name.
 
 #include "examples/foldertool/commands/commands.h"
+#include "examples/foldertool/copy_progress.h"
 #include "examples/foldertool/failure.h"
 #include "examples/foldertool/output.h"
 #include "examples/foldertool/text.h"
-#include "examples/foldertool/tree_copy.h"
+#include "examples/foldertool/tree.h"
 
 namespace foldertool
 {
@@ -14,39 +15,39 @@ using namespace Oxa_1_1;
 namespace
 {
 
-bool copyFolder(const SharedFolder& source, const Directory& target, bool overwrite)
-{
-    const Tree tree = readTree(source);
-    const auto progress = std::make_shared<CopyProgress>(tree.bytes);
-    try
-    {
-        const bool isWhole = copyTree(tree, target, overwrite, progress);
-        print(summary(*progress));
-        return reportProblems(tree) && isWhole;
-    }
-    catch (const Stopped&)
-    {
-        progress->clear();
-        throw Stopped(text(IDS_COPY_INTERRUPTED,
-                           {numberText(progress->copiedFiles()), counted(IDS_ONE_FILE, tree.files.size())}));
-    }
-}
-
 bool copyFile(const File& source, const File& target, bool overwrite)
 {
     unsigned long long bytes = 0;
     source.size(bytes);
-    const auto progress = std::make_shared<CopyProgress>(bytes);
-    progress->begin(bytes);
-    const bool isCopied = target.createParentDirectories() && source.copy(target, overwrite, progress) == 0;
+    ProgressBar bar;
+    const bool isCopied = target.createParentDirectories() &&
+                          source.copy(target, overwrite, std::make_shared<CopyProgress>(bar, bytes)) == 0;
     if (!isCopied) throw Failure(text(IDS_NOT_COPIED, {pathText(source), lastReason()}));
-    progress->end(true);
-    progress->clear();
-    print(summary(*progress));
+    bar.clear();
+    print(copySummary(1, bytes, bar.elapsed()));
     return true;
 }
 
 }  // namespace
+
+bool copyFolder(const Directory& source, const Directory& target, bool overwrite)
+{
+    ProgressBar bar;
+    std::uint64_t files = 0;
+    TreeOptions options = stoppable(overwrite,
+                                    [&](const TreeProgress& progress)
+                                    {
+                                        files = progress.totalFiles;
+                                        bar.show(progress);
+                                    });
+    options.countFirst = true;
+    const TreeReport report = copyTree(source, target, options);
+    bar.clear();
+    if (report.isStopped)
+        throw Stopped(text(IDS_COPY_INTERRUPTED, {numberText(report.files), counted(IDS_ONE_FILE, files)}));
+    print(copySummary(report.files, report.bytes, bar.elapsed()));
+    return reportFailures(report, IDS_NOT_COPIED);
+}
 
 bool commands::copy(const CommandLine& line)
 {
@@ -54,7 +55,7 @@ bool commands::copy(const CommandLine& line)
     if (const auto file = std::dynamic_pointer_cast<const File>(source))
         return copyFile(*file, *newFile(line.operands[1], *file, line.overwrite), line.overwrite);
     const SharedFolder folder = existingFolder(line.operands[0]);
-    return copyFolder(folder, *newFolder(line.operands[1], *folder, line.overwrite), line.overwrite);
+    return copyFolder(*folder, *newFolder(line.operands[1], *folder, line.overwrite), line.overwrite);
 }
 
 }  // namespace foldertool

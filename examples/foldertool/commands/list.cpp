@@ -17,21 +17,21 @@ bool commands::list(const CommandLine& line)
 {
     constexpr std::size_t SIZE_COLUMNS = 15;
     const String pattern = system::textOf(line.operands[0]);
-    if (!isValidSearchString(pattern)) throw UsageError(text(IDS_BAD_PATTERN, {system::bytesOf(line.operands[0])}));
+    if (!isValidSearchString(pattern)) throw UsageError(text(IDS_BAD_PATTERN, {nameText(line.operands[0])}));
     const SharedFolder folder = existingFolder(line.operands[1]);
 
     unsigned long long totalBytes = 0;
     unsigned long long count = 0;
-    for (const SharedFile& file : folder->collectFiles(pattern, true))
+    TreeWalk walk(*folder, {.pattern = pattern, .kinds = WalkedKinds::Files, .followLinks = true});
+    for (const WalkEntry& entry : walk)
     {
-        unsigned long long bytes = 0;
-        file->size(bytes);
-        print(right(numberText(bytes), SIZE_COLUMNS) + "  " + pathText(*file));
+        const std::uint64_t bytes = entry.size().value_or(0);
+        print(right(numberText(bytes), SIZE_COLUMNS) + "  " + pathText(*entry.file()));
         totalBytes += bytes;
         ++count;
     }
     print(right(byteText(totalBytes), SIZE_COLUMNS) + "  " + counted(IDS_ONE_FILE, count));
-    return reportUnreadableFolders(folder);
+    return reportFailures(walk);
 }
 
 }  // namespace foldertool

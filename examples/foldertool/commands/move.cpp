@@ -2,10 +2,9 @@
 
 #include "examples/foldertool/commands/commands.h"
 #include "examples/foldertool/failure.h"
-#include "examples/foldertool/first_reason.h"
-#include "examples/foldertool/operands.h"
 #include "examples/foldertool/output.h"
 #include "examples/foldertool/text.h"
+#include "examples/foldertool/tree.h"
 
 namespace foldertool
 {
@@ -15,15 +14,13 @@ using namespace Oxa_1_1;
 namespace
 {
 
-bool moveItem(const SharedItem& source, const std::filesystem::path& target, bool overwrite)
+TreeReport moveItem(const SharedItem& source, const std::filesystem::path& target, bool overwrite)
 {
+    const TreeOptions options = stoppable(overwrite);
     if (const auto file = std::dynamic_pointer_cast<const File>(source))
-    {
-        const SharedFile place = newFile(target, *file, overwrite);
-        return place->createParentDirectories() && file->move(*place, overwrite);
-    }
+        return moveFile(*file, *newFile(target, *file, overwrite), options);
     const auto folder = std::dynamic_pointer_cast<const Directory>(source);
-    return folder->move(*newFolder(target, *folder, overwrite), overwrite);
+    return moveTree(*folder, *newFolder(target, *folder, overwrite), options);
 }
 
 }  // namespace
@@ -31,11 +28,10 @@ bool moveItem(const SharedItem& source, const std::filesystem::path& target, boo
 bool commands::move(const CommandLine& line)
 {
     const SharedItem source = existingItem(line.operands[0]);
-    const FirstReason reason;
-    if (!moveItem(source, line.operands[1], line.overwrite))
-        throw Failure(text(IDS_NOT_MOVED, {pathText(*source), reason.text()}));
-    print(text(IDS_MOVED, {pathText(*source)}));
-    return true;
+    const TreeReport report = moveItem(source, line.operands[1], line.overwrite);
+    if (report.isStopped) throw Stopped(text(IDS_INTERRUPTED));
+    if (report) print(text(IDS_MOVED, {pathText(*source)}));
+    return reportFailures(report, IDS_NOT_MOVED);
 }
 
 }  // namespace foldertool

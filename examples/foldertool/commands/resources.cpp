@@ -56,7 +56,7 @@ bool commands::resources(const CommandLine& line)
     constexpr std::size_t MEGABYTES = 1000;
     const std::string content = contentOf(line.operands[0], MEGABYTES);
     const auto resources = listResources(std::as_bytes(std::span(content)));
-    if (!resources) throw Failure(text(IDS_NO_WINDOWS_FILE, {system::bytesOf(line.operands[0])}));
+    if (!resources) throw Failure(text(IDS_NO_WINDOWS_FILE, {nameText(line.operands[0])}));
 
     if (!resources->empty())
         print(row(text(IDS_COLUMN_TYPE), text(IDS_COLUMN_NAME), text(IDS_COLUMN_LANGUAGE), text(IDS_COLUMN_BYTES)));

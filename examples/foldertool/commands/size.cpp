@@ -16,9 +16,9 @@ bool commands::size(const CommandLine& line)
     const SharedItem item = existingItem(line.operands[0]);
     if (std::dynamic_pointer_cast<const Directory>(item) != nullptr)
     {
-        const Tree tree = readTree(existingFolder(line.operands[0]));
-        print(summary(tree));
-        return reportProblems(tree);
+        const TreeTotals totals = measure(*existingFolder(line.operands[0]));
+        print(summary(totals));
+        return totals.isWhole;
     }
     unsigned long long bytes = 0;
     if (!item->size(bytes)) throw Failure(text(IDS_REASON, {pathText(*item), lastReason()}));

@@ -30,7 +30,7 @@ bool parseHeader(SymbolTable& table, const std::filesystem::path& operand)
         ++number;
         std::istringstream definition(line);
         if (table.parseHeaderFile(definition)) continue;
-        complain(text(IDS_BAD_SYMBOL, {system::bytesOf(operand), std::to_string(number)}));
+        complain(text(IDS_BAD_SYMBOL, {nameText(operand), std::to_string(number)}));
         isAccepted = false;
     }
     return isAccepted;

@@ -1,9 +1,10 @@
 // Shows on a copy of a folder what the library does, and how long each step takes.
 
 #include <array>
-#include <optional>
 #include <utility>
 
+#include "base/filesystem/disk_facts.h"
+#include "base/filesystem/temporary.h"
 #include "examples/foldertool/call_stack.h"
 #include "examples/foldertool/commands/commands.h"
 #include "examples/foldertool/comparison.h"
@@ -11,10 +12,9 @@
 #include "examples/foldertool/item_info.h"
 #include "examples/foldertool/module_report.h"
 #include "examples/foldertool/output.h"
-#include "examples/foldertool/temporary_folder.h"
 #include "examples/foldertool/text.h"
 #include "examples/foldertool/tour_steps.h"
-#include "examples/foldertool/tree_copy.h"
+#include "examples/foldertool/tree.h"
 
 namespace foldertool
 {
@@ -66,33 +66,37 @@ class Tour
         for (const char* const pattern : {"*.txt", "*.md", "*.html", "README*"})
         {
             unsigned long long totalBytes = 0;
-            const auto files = m_folder->collectFiles(pattern, true);
-            for (const SharedFile& file : files)
+            unsigned long long files = 0;
+            TreeWalk walk(*m_folder, {.pattern = pattern, .kinds = WalkedKinds::Files, .followLinks = true});
+            for (const WalkEntry& entry : walk)
             {
-                unsigned long long bytes = 0;
-                if (file->size(bytes)) totalBytes += bytes;
+                totalBytes += entry.size().value_or(0);
+                ++files;
             }
-            TourSteps::detail(left(pattern, 10) + right(counted(IDS_ONE_FILE, files.size()), 16) +
+            TourSteps::detail(left(pattern, 10) + right(counted(IDS_ONE_FILE, files), 16) +
                               right(byteText(totalBytes), 12));
         }
-        m_original = readTree(m_folder);
-        if (!reportProblems(m_original)) m_steps.fail();
-        return summary(m_original);
+        const TreeTotals totals = measure(*m_folder);
+        if (!totals.isWhole) m_steps.fail();
+        m_bytes = totals.bytes;
+        return summary(totals);
     }
 
     std::string copy()
     {
-        m_temporary.emplace(m_original.bytes);
+        if (m_temporary.directory() == nullptr) throw Failure(text(IDS_NO_TEMPORARY_FOLDER));
+        const auto room = freeSpace(*m_temporary.directory());
+        if (room && room->available < m_bytes)
+            throw Failure(
+                text(IDS_NO_ROOM, {pathText(*m_temporary.directory()), byteText(m_bytes), byteText(room->available)}));
         m_copy = inTemporary("copy");
-        TourSteps::detail(pathText(*m_copy));
-        const auto progress = std::make_shared<CopyProgress>(m_original.bytes);
-        if (!copyTree(m_original, *m_copy, false, progress)) m_steps.fail();
-        return summary(*progress);
+        if (!copyFolder(*m_folder, *m_copy, false)) m_steps.fail();
+        return pathText(*m_copy);
     }
 
     std::string compare()
     {
-        const std::vector<std::string> found = differences(m_original, readTree(m_copy));
+        const std::vector<std::string> found = differences(*m_folder, *m_copy);
         for (const std::string& difference : found) complain(difference);
         if (found.empty()) return text(IDS_SAME);
         m_steps.fail();
@@ -101,17 +105,17 @@ class Tour
 
     std::string countUp()
     {
-        const auto first = File::fromString(m_temporary->folder(), OXA_TEXT("scan009.txt"));
+        const auto first = File::fromString(*m_temporary.directory(), OXA_TEXT("scan009.txt"));
         String name = first->getBaseName();
         name.incrementIndex();
-        const auto next = File::fromString(m_temporary->folder(), name + OXA_TEXT(".txt"));
+        const auto next = File::fromString(*m_temporary.directory(), name + OXA_TEXT(".txt"));
         if (!first->touch() || !first->move(*next, false)) return failure(*first);
         return text(IDS_RENAMED, {first->getName().stringUTF8(), next->getName().stringUTF8()});
     }
 
     std::string writeInfo()
     {
-        const auto file = File::fromString(m_temporary->folder(), OXA_TEXT("copy.info"));
+        const auto file = File::fromString(*m_temporary.directory(), OXA_TEXT("copy.info"));
         const auto stream = file->openWrite();
         for (const std::string& line : linesOf(infoOf(*m_copy)))
         {
@@ -125,12 +129,16 @@ class Tour
     std::string move()
     {
         const auto target = inTemporary("moved");
-        if (!m_copy->move(*target, false)) return failure(*m_copy);
+        if (!reportFailures(moveTree(*m_copy, *target), IDS_NOT_MOVED)) m_steps.fail();
         m_copy = target;
         return text(IDS_MOVED_TO, {pathText(*target)});
     }
 
-    std::string remove() { return removeFolder(*m_copy) ? text(IDS_ALL_REMOVED) : failure(*m_copy); }
+    std::string remove()
+    {
+        if (!reportFailures(removeTree(*m_copy, {.readOnlyToo = true}), IDS_NOT_REMOVED)) m_steps.fail();
+        return text(IDS_ALL_REMOVED);
+    }
 
     std::string showStack()
     {
@@ -139,7 +147,7 @@ class Tour
         return counted(IDS_ONE_FRAME, frames.size());
     }
 
-    SharedFolder inTemporary(const String& name) const { return m_temporary->folder().appendLevel(name); }
+    SharedFolder inTemporary(const String& name) const { return m_temporary.directory()->appendLevel(name); }
 
     std::string failure(const FileSystemItem& item)
     {
@@ -149,8 +157,8 @@ class Tour
 
     TourSteps m_steps;
     SharedFolder m_folder;
-    Tree m_original;
-    std::optional<TemporaryFolder> m_temporary;
+    unsigned long long m_bytes = 0;
+    TemporaryFolder m_temporary{OXA_TEXT("foldertool")};
     SharedFolder m_copy;
 };
 

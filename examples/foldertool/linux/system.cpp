@@ -61,6 +61,9 @@ int stopCode() noexcept
     return number == 0 ? 0 : SIGNAL_EXIT_CODE + number;
 }
 
+/// A signal comes with that.
+bool isOutputPipe() { return false; }
+
 std::vector<std::filesystem::path> arguments(int argc, char** argv)
 {
     return argc > 0 ? std::vector<std::filesystem::path>(argv + 1, argv + argc) : std::vector<std::filesystem::path>();

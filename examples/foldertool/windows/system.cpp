@@ -31,6 +31,8 @@ void prepare()
 
 int stopCode() noexcept { return isStopped ? INTERRUPTED : 0; }
 
+bool isOutputPipe() { return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_PIPE; }
+
 std::vector<std::filesystem::path> arguments(int, char**)
 {
     // The arguments of main() have lost what the ANSI code page lacks.

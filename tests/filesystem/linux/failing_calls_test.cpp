@@ -13,6 +13,8 @@
 #include <string_view>
 
 #include "base/filesystem/safe_writer.h"
+#include "base/filesystem/tree_operations.h"
+#include "base/filesystem/tree_walk.h"
 #include "tests/filesystem/linux/system_calls.h"
 #include "tests/filesystem/linux/world.h"
 #include "tests/filesystem/messages.h"
@@ -38,6 +40,10 @@ void makeWorld(const TempFolder& temp)
     fs::create_symlink("other", temp.path("link"));
     fs::create_symlink("outside", temp.path("decoy"));
 }
+
+const TreeOptions KEEP_GOING;
+const TreeOptions ALL_OR_NOTHING{.onFailure = OnFailure::RollBack};
+const TreeOptions REPLACING{.overwrite = Overwrite::Always, .onFailure = OnFailure::RollBack};
 
 using Act = bool (*)(const TempFolder&);
 
@@ -106,6 +112,42 @@ constexpr std::array OPERATIONS{
                   return t.directory("source")->remove(true);
               },
               false, "outside", "source"},
+    Operation{"fill a folder",
+              [](const TempFolder& t)
+              { return copyTree(*t.directory("source"), *t.directory("target"), KEEP_GOING).isDone(); },
+              false, "source"},
+    Operation{"fill a folder or leave it",
+              [](const TempFolder& t)
+              { return copyTree(*t.directory("source"), *t.directory("target"), ALL_OR_NOTHING).isDone(); },
+              true},
+    Operation{"make a new tree",
+              [](const TempFolder& t)
+              { return copyTree(*t.directory("source"), *t.directory("new/copy"), ALL_OR_NOTHING).isDone(); },
+              true},
+    Operation{"join folders", [](const TempFolder& t)
+              { return moveTree(*t.directory("source"), *t.directory("target"), KEEP_GOING).isDone(); }},
+    Operation{"join folders or stop", [](const TempFolder& t)
+              { return moveTree(*t.directory("source"), *t.directory("target"), ALL_OR_NOTHING).isDone(); }},
+    Operation{"rename a folder",
+              [](const TempFolder& t)
+              { return moveTree(*t.directory("source"), *t.directory("new/place"), ALL_OR_NOTHING).isDone(); },
+              true},
+    Operation{"put a file aside",
+              [](const TempFolder& t) { return moveFile(*t.file("single"), *t.file("other"), REPLACING).isDone(); },
+              true},
+    Operation{"clear a folder",
+              [](const TempFolder& t) { return removeTree(*t.directory("source"), {.readOnlyToo = true}).isDone(); },
+              false, "outside", "source"},
+    Operation{"walk",
+              [](const TempFolder& t)
+              {
+                  TreeWalk walk(*t.directory("source"));
+                  std::set<String> names;
+                  for (const WalkEntry& entry : walk) names.insert(entry.fullName());
+                  EXPECT_TRUE(!walk.isWhole() || names.size() == 9);
+                  return walk.isWhole();
+              },
+              true},
     Operation{"empty a folder", [](const TempFolder& t) { return !t.directory("target")->removeContents(true); }, false,
               "outside", "target"},
 };

@@ -20,15 +20,21 @@ std::vector<FileIdentity> readAncestry(const Folder& folder);
 std::optional<FileInformation> readInformation(const Folder& folder, TextView name);
 std::optional<FileIdentity> readIdentity(const Folder& folder, TextView name);
 bool isLink(const Folder& folder, TextView name);
-bool makeFolder(const Folder& folder, TextView name);
+std::optional<EntryKind> readKind(const Folder& folder, TextView name);
+std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name);
+bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName);
+bool makeFolder(const Folder& folder, TextView name, NewFolder access);
 bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess access);
+bool takeTimes(const Folder& folder, const Folder& from);
 bool unlock(Folder& folder);
 bool canRename(const Folder& folder, const Folder& target);
 bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly);
 bool removeFolder(const Folder& folder, TextView name);
 bool renameEntry(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
+bool addName(const Folder& folder, TextView name, TextView newName);
+bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFiles readOnly);
 bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
-              bool failIfExists, const CopyProgress& progress);
+              bool failIfExists, const CopyProgress& progress, Kept kept);
 bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
 
 }  // namespace Oxa_1_1::platform::native

@@ -128,7 +128,7 @@ class Target
 };
 
 /// Who may write a file need not own it; then it keeps what it has.
-void copyModeAndTimes(const struct stat& source, int to)
+void copyModeAndTimes(const struct stat& source, int to, Kept kept)
 {
     const struct timespec times[]
     {
@@ -136,24 +136,25 @@ void copyModeAndTimes(const struct stat& source, int to)
     };
     // A new file may have all of it already, and to look is less than to set.
     struct stat target;
-    const bool isSet = fstat(to, &target) == 0 && (target.st_mode & 0777) == (source.st_mode & 0777);
+    const bool isSet =
+        !kept.permissions || (fstat(to, &target) == 0 && (target.st_mode & 0777) == (source.st_mode & 0777));
     if (!isSet) (void)!fchmod(to, source.st_mode & 0777);
-    futimens(to, times);
+    if (kept.times) futimens(to, times);
 }
 
 /// An open file, from its beginning, into an empty one.
-bool copyInto(int target, int source, const struct stat& status, CopyReporter& reporter)
+bool copyInto(int target, int source, const struct stat& status, CopyReporter& reporter, Kept kept = {})
 {
     FileContent content(source, target, status, reporter);
     if (!content.copy()) return false;
-    copyModeAndTimes(status, target);
+    copyModeAndTimes(status, target, kept);
     reporter.setDone(content.done());
     return true;
 }
 
-bool copyToTarget(Target& target, int source, const struct stat& status, CopyReporter& reporter)
+bool copyToTarget(Target& target, int source, const struct stat& status, CopyReporter& reporter, Kept kept = {})
 {
-    return copyInto(target.get(), source, status, reporter) && target.keep();
+    return copyInto(target.get(), source, status, reporter, kept) && target.keep();
 }
 
 bool replaceFile(const ReachablePath& path, int source, const struct stat& status, CopyReporter& reporter)
@@ -187,7 +188,7 @@ std::string readLink(const ReachablePath& path)
 }  // namespace
 
 bool copyFile(const ReachablePath& sourcePath, const ReachablePath& targetPath, bool failIfExists,
-              const CopyProgress& progress)
+              const CopyProgress& progress, Kept kept)
 {
     struct stat status;
     const FileDescriptor source = openSource(sourcePath, status);
@@ -198,7 +199,7 @@ bool copyFile(const ReachablePath& sourcePath, const ReachablePath& targetPath, 
     // Whoever finds an incomplete copy, after a crash, can replace it.
     if (target.create((status.st_mode & 0777) | S_IWUSR))
     {
-        if (!copyToTarget(target, source.get(), status, reporter)) return false;
+        if (!copyToTarget(target, source.get(), status, reporter, kept)) return false;
     }
     else
     {

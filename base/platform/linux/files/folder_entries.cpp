@@ -32,9 +32,15 @@ EntryKind kindOfLink(int folder, const char* name)
 
 }  // namespace
 
-EntryKind kindOf(int folder, const struct dirent64& entry)
+std::optional<EntryKind> readKind(int folder, const char* name)
 {
     struct stat status;
+    if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+    return S_ISLNK(status.st_mode) ? kindOfLink(folder, name) : kindOfMode(status.st_mode);
+}
+
+EntryKind kindOf(int folder, const struct dirent64& entry)
+{
     switch (entry.d_type)
     {
         case DT_REG:
@@ -45,8 +51,7 @@ EntryKind kindOf(int folder, const struct dirent64& entry)
             return kindOfLink(folder, entry.d_name);
         case DT_UNKNOWN:
             // A few file systems do not tell.
-            if (fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) return EntryKind::OTHER;
-            return S_ISLNK(status.st_mode) ? kindOfLink(folder, entry.d_name) : kindOfMode(status.st_mode);
+            return readKind(folder, entry.d_name).value_or(EntryKind::OTHER);
         default:
             return EntryKind::OTHER;
     }

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "base/platform/files/tree.h"
 #include "base/platform/linux/files/file_descriptor.h"
@@ -14,6 +15,8 @@ namespace Oxa_1_1::platform
 
 /// What an entry of the folder is. The system is asked only where the entry does not tell.
 EntryKind kindOf(int folder, const struct dirent64& entry);
+/// Asks the system; none sets `errno`.
+std::optional<EntryKind> readKind(int folder, const char* name);
 
 /// The entries of an open folder, read in large pieces as the system has them.
 class FolderEntries

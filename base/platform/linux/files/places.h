@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/platform/files/files.h"
+#include "base/platform/files/tree.h"
 #include "base/platform/linux/files/reachable_path.h"
 
 /// The operations of files.h that are made in open folders, too.
@@ -11,7 +11,9 @@ std::optional<FileInformation> readInformation(const ReachablePath& path);
 bool deleteFile(const ReachablePath& path);
 bool removeFolder(const ReachablePath& path);
 bool renameFile(const ReachablePath& from, const ReachablePath& to, bool failIfExists);
-bool copyFile(const ReachablePath& from, const ReachablePath& to, bool failIfExists, const CopyProgress& progress);
+bool copyFile(const ReachablePath& from, const ReachablePath& to, bool failIfExists, const CopyProgress& progress,
+              Kept kept = {});
+bool isSameContent(const ReachablePath& a, const ReachablePath& b);
 bool copyLink(const ReachablePath& from, const ReachablePath& to, bool failIfExists);
 
 }  // namespace Oxa_1_1::platform::native

@@ -53,6 +53,18 @@ class Folder
         return true;
     }
 
+    bool setTimes(const struct timespec& written) const
+    {
+        const struct timespec times[]
+        {
+            {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, written
+        };
+        const std::string place = "/proc/self/fd/" + std::to_string(number());
+        const bool isSet =
+            m_isReadable ? futimens(number(), times) == 0 : utimensat(AT_FDCWD, place.c_str(), times, 0) == 0;
+        return isSet || failWith(errno);
+    }
+
     void makeReadable()
     {
         if (m_isReadable) return;
@@ -187,10 +199,31 @@ bool isLink(const Folder& folder, TextView name)
     return folder.entry(name).readOwnStatus(status) && S_ISLNK(status.st_mode);
 }
 
-bool makeFolder(const Folder& folder, TextView name)
+std::optional<EntryKind> readKind(const Folder& folder, TextView name)
 {
     const ReachablePath entry = folder.entry(name);
-    return mkdirat(entry.folder(), entry.path(), 0700) == 0 || entry.fail();
+    const auto kind = platform::readKind(entry.folder(), entry.path());
+    if (!kind) entry.fail();
+    return kind;
+}
+
+std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name)
+{
+    struct stat status;
+    if (!folder.entry(name).readOwnStatus(status)) return std::nullopt;
+    return identityOf(status);
+}
+
+bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName)
+{
+    return isSameContent(folder.entry(name), other.entry(otherName));
+}
+
+bool makeFolder(const Folder& folder, TextView name, NewFolder access)
+{
+    const ReachablePath entry = folder.entry(name);
+    const mode_t mode = access == NewFolder::PRIVATE ? 0700 : 0777;
+    return mkdirat(entry.folder(), entry.path(), mode) == 0 || entry.fail();
 }
 
 bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess access)
@@ -202,6 +235,13 @@ bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess acces
     const mode_t kept = own->st_mode & (S_ISUID | S_ISGID);
     const mode_t owner = access == OwnerAccess::FULL ? S_IRWXU : 0;
     return folder.setMode((source->st_mode & 01777) | owner | kept);
+}
+
+bool takeTimes(const Folder& folder, const Folder& from)
+{
+    struct stat status;
+    if (fstat(from.number(), &status) != 0) return failWith(errno);
+    return folder.setTimes(status.st_mtim);
 }
 
 bool unlock(Folder& folder)
@@ -237,12 +277,27 @@ bool renameEntry(const Folder& folder, TextView name, const Folder& target, Text
     return renameFile(folder.entry(name), target.entry(targetName), failIfExists);
 }
 
+bool addName(const Folder& folder, TextView name, TextView newName)
+{
+    const ReachablePath entry = folder.entry(name);
+    const ReachablePath added = folder.entry(newName);
+    return linkat(entry.folder(), entry.path(), added.folder(), added.path(), 0) == 0 || entry.fail();
+}
+
+bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFiles readOnly)
+{
+    const ReachablePath entry = folder.entry(name);
+    const ReachablePath target = folder.entry(replaced);
+    if (readOnly == ReadOnlyFiles::STAY) return renameFile(entry, target, false);
+    return renameat(entry.folder(), entry.path(), target.folder(), target.path()) == 0 || entry.fail();
+}
+
 bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
-              bool failIfExists, const CopyProgress& progress)
+              bool failIfExists, const CopyProgress& progress, Kept kept)
 {
     ReachablePath source = folder.entry(name);
     if (kind == EntryKind::PLAIN_FILE) source.expectPlainFile();
-    return copyFile(source, target.entry(targetName), failIfExists, progress);
+    return copyFile(source, target.entry(targetName), failIfExists, progress, kept);
 }
 
 bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists)

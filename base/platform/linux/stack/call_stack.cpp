@@ -113,9 +113,18 @@ std::size_t walkFrom(const formats::UnwindSource& source, const formats::Registe
 
 std::size_t walkCaller(const formats::Registers& registers, detail::FrameList list)
 {
-    if (walkQuickly(registers, [&](auto... frame) { return list.add(frame...); })) return list.count();
+    const QuickStart start{registers[formats::RIP], registers[formats::RSP], registers[formats::RBP], false};
+    if (walkQuickly(start, [&](auto... frame) { return list.add(frame...); })) return list.count();
     list.clear();
     return walkFrom(OwnSource(), registers, list);
+}
+
+/// The frame that a function was called from, by its own: its frame pointer is saved there, below the return address.
+OXA_READS_FOREIGN_STACKS QuickStart callerOf(const void* frame, const void* returnAddress)
+{
+    const auto place = reinterpret_cast<std::uintptr_t>(frame);
+    return {reinterpret_cast<std::uintptr_t>(returnAddress), place + 2 * sizeof(std::uint64_t), detail::wordAt(place),
+            true};
 }
 
 constexpr pid_t CALLING_THREAD = 0;
@@ -187,8 +196,6 @@ std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames)
 
 std::size_t captureStack(std::span<void*> addresses, const void* innermost) noexcept
 {
-    formats::Registers registers;
-    captureRegisters(registers);
     const auto bound = reinterpret_cast<std::uintptr_t>(innermost == nullptr ? OXA_CURRENT_FRAME : innermost);
     std::size_t count = 0;
     const auto add = [&](std::uint64_t address, std::uint64_t stackPointer, bool)
@@ -198,8 +205,10 @@ std::size_t captureStack(std::span<void*> addresses, const void* innermost) noex
         if (count > 0 || stackPointer > bound) addresses[count++] = reinterpret_cast<void*>(address);
         return true;
     };
-    if (walkQuickly(registers, add)) return count;
+    if (walkQuickly(callerOf(OXA_CURRENT_FRAME, __builtin_return_address(0)), add)) return count;
     count = 0;
+    formats::Registers registers;
+    captureRegisters(registers);
     formats::walkFrames(OwnSource(), registers, add);
     return count;
 }

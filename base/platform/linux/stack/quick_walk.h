@@ -83,24 +83,25 @@ class RuleCache
 {
    public:
     /// For the frame at `address`, whose rule is that of `instruction`.
-    std::uint64_t find(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp) const
+    std::uint64_t find(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp)
     {
-        return m_slots[indexOf(address)].find(instruction, stamp);
+        return slotOf(address).find(instruction, stamp);
     }
-    std::uint64_t findBeside(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp) const
+    std::uint64_t findBeside(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp)
     {
-        return m_slots[indexOf(address) ^ 1].find(instruction, stamp);
+        return besideOf(address).find(instruction, stamp);
     }
 
     void store(std::uint64_t address, std::uint64_t instruction, std::uint64_t stamp, std::uint64_t rule)
     {
-        Slot& slot = m_slots[indexOf(address)];
-        if (slot.rule.load(std::memory_order_relaxed) != QuickRule::NONE) m_slots[indexOf(address) ^ 1].copyFrom(slot);
+        Slot& slot = slotOf(address);
+        if (slot.rule.load(std::memory_order_relaxed) != QuickRule::NONE) besideOf(address).copyFrom(slot);
         slot.store(instruction, stamp, rule);
     }
 
    private:
     static constexpr unsigned INDEX_BITS = 12;
+    static constexpr unsigned SLOT_BITS = 4;
 
     struct Slot
     {
@@ -125,17 +126,24 @@ class RuleCache
         }
     };
 
-    // Each frame waits for the one before it, so a product would take too long.
-    static std::size_t indexOf(std::uint64_t address)
+    /// In bytes. Each frame waits for the one before it, so a product, and even one more shift, would take too long.
+    static std::size_t placeOf(std::uint64_t address)
     {
-        return (address ^ address >> INDEX_BITS) & ((std::size_t{1} << INDEX_BITS) - 1);
+        return (address << SLOT_BITS ^ address >> (INDEX_BITS - SLOT_BITS)) & (sizeof(m_slots) - sizeof(Slot));
     }
+    Slot& slotAt(std::size_t place)
+    {
+        return *reinterpret_cast<Slot*>(reinterpret_cast<char*>(m_slots.data()) + place);
+    }
+    Slot& slotOf(std::uint64_t address) { return slotAt(placeOf(address)); }
+    Slot& besideOf(std::uint64_t address) { return slotAt(placeOf(address) ^ sizeof(Slot)); }
 
     static std::uint64_t checkOf(std::uint64_t instruction, std::uint64_t stamp, std::uint64_t rule)
     {
         return instruction ^ stamp ^ rule * 0x9E3779B97F4A7C15U;
     }
 
+    static_assert(sizeof(Slot) == std::size_t{1} << SLOT_BITS);
     std::array<Slot, std::size_t{1} << INDEX_BITS> m_slots{};
 };
 
@@ -151,22 +159,31 @@ OXA_READS_FOREIGN_STACKS inline std::uint64_t wordAt(std::uint64_t address)
 
 }  // namespace detail
 
+/// Where a quick walk begins.
+struct QuickStart
+{
+    std::uint64_t address;
+    std::uint64_t stack;
+    std::uint64_t framePointer;
+    bool isAfterCall;
+};
+
 /// Calls `visit(address, stackPointer, isAfterCall)` for the calling thread's frames until it returns false, by the
 /// shortest way: remembered rules, memory read as it is. False when a frame needs more than that; then nothing counts.
 template <class Visit>
-bool walkQuickly(const formats::Registers& registers, Visit visit)
+bool walkQuickly(const QuickStart& start, Visit visit)
 {
     using detail::QuickRule;
     constexpr std::uint64_t LARGEST_FRAME = 256 << 20;
-    std::uint64_t address = registers[formats::RIP];
-    std::uint64_t stack = registers[formats::RSP];
-    std::uint64_t framePointer = registers[formats::RBP];
+    std::uint64_t address = start.address;
+    std::uint64_t stack = start.stack;
+    std::uint64_t framePointer = start.framePointer;
     formats::UnwindTable table;
     // Of the table; variables of their own stay in registers.
     std::uint64_t begin = 0;
     std::uint64_t size = 0;
     std::uint64_t stamp = 0;
-    for (bool isAfterCall = false; visit(address, stack, isAfterCall); isAfterCall = true)
+    for (bool isAfterCall = start.isAfterCall; visit(address, stack, isAfterCall); isAfterCall = true)
     {
         const std::uint64_t instruction = address - (isAfterCall ? 1 : 0);
         if (instruction - begin >= size)
@@ -180,10 +197,13 @@ bool walkQuickly(const formats::Registers& registers, Visit visit)
         if (bits == QuickRule::NONE) bits = detail::findRule(table, address, instruction);
         if (bits <= QuickRule::OUTERMOST) return bits == QuickRule::OUTERMOST;
         const QuickRule rule(bits);
-        // Foretold, a branch takes no time; a choice would wait for the rule.
         std::uint64_t frame = stack;
-        if (rule.isByFramePointer()) [[unlikely]]
+        if (rule.isByFramePointer())
+        {
             frame = framePointer;
+            // A branch that is foretold takes no time; a choice without one would wait for the rule.
+            asm volatile("" : "+r"(frame));
+        }
         frame += rule.frameOffset();
         // Frames lie one behind the other; anything else is no stack.
         if (frame <= stack || frame - stack > LARGEST_FRAME || frame % sizeof(frame) != 0) return true;

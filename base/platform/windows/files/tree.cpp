@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "base/platform/files/detail/native_files.h"
+#include "base/platform/files/detail/native_links.h"
 #include "base/platform/files/detail/native_tree.h"
 #include "base/platform/windows/files/file_handle.h"
 #include "base/platform/windows/files/system_names.h"
@@ -212,6 +213,14 @@ std::optional<BY_HANDLE_FILE_INFORMATION> informationBehind(const Folder& folder
     return informationOf(FileHandle(folder.openEntry(name, FILE_READ_ATTRIBUTES, SHARE_ALL, 0)));
 }
 
+EntryKind kindOfLink(const Folder& folder, TextView name, bool isFolder)
+{
+    if (!isFolder) return EntryKind::FILE_LINK;
+    // It is marked as a folder even when the folder is gone.
+    const auto behind = informationBehind(folder, name);
+    return behind && (behind->dwFileAttributes & FOLDER) != 0 ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+}
+
 EntryKind kindOf(const Folder& folder, const FILE_ID_BOTH_DIR_INFO& found, TextView name)
 {
     const bool isFolder = (found.FileAttributes & FOLDER) != 0;
@@ -220,10 +229,7 @@ EntryKind kindOf(const Folder& folder, const FILE_ID_BOTH_DIR_INFO& found, TextV
     const bool isLinkEntry =
         mayBeLink && (found.EaSize != 0 ? IsReparseTagNameSurrogate(found.EaSize) : isLink(folder, name));
     if (!isLinkEntry) return isFolder ? EntryKind::SUBFOLDER : EntryKind::PLAIN_FILE;
-    if (!isFolder) return EntryKind::FILE_LINK;
-    // It is marked as a folder even when the folder is gone.
-    const auto behind = informationBehind(folder, name);
-    return behind && (behind->dwFileAttributes & FOLDER) != 0 ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+    return kindOfLink(folder, name, isFolder);
 }
 
 /// When its last handle is closed.
@@ -232,6 +238,30 @@ bool removeOpened(const FileHandle& file)
     FILE_DISPOSITION_INFO disposition{.DeleteFile = TRUE};
     IO_STATUS_BLOCK block{};
     return succeeded(NtSetInformationFile(file.get(), &block, &disposition, sizeof disposition, DISPOSITION_CLASS));
+}
+
+/// Zeros leave the other times and the attributes alone.
+bool setWritten(const FileHandle& file, LARGE_INTEGER time)
+{
+    FILE_BASIC_INFO info{};
+    info.LastWriteTime = time;
+    return SetFileInformationByHandle(file.get(), FileBasicInfo, &info, sizeof info) != 0;
+}
+
+bool isSameBytes(const FileHandle& a, const FileHandle& b)
+{
+    std::vector<std::byte> pieceOfA(BUFFER_SIZE);
+    std::vector<std::byte> pieceOfB(BUFFER_SIZE);
+    for (;;)
+    {
+        DWORD sizeOfA = 0;
+        DWORD sizeOfB = 0;
+        if (!ReadFile(a.get(), pieceOfA.data(), BUFFER_SIZE, &sizeOfA, nullptr) ||
+            !ReadFile(b.get(), pieceOfB.data(), BUFFER_SIZE, &sizeOfB, nullptr))
+            return false;
+        if (sizeOfA != sizeOfB || std::memcmp(pieceOfA.data(), pieceOfB.data(), sizeOfA) != 0) return false;
+        if (sizeOfA == 0) return true;
+    }
 }
 
 void makeWritable(const FileHandle& file)
@@ -346,7 +376,37 @@ bool isLink(const Folder& folder, TextView name)
     return file.isOpen() && hasAttributes(file.get(), info) && isLinkTag(info);
 }
 
-bool makeFolder(const Folder& folder, TextView name)
+std::optional<EntryKind> readKind(const Folder& folder, TextView name)
+{
+    FILE_ATTRIBUTE_TAG_INFO info{};
+    {
+        const FileHandle file = openItself(folder, name, FILE_READ_ATTRIBUTES);
+        if (!file.isOpen() || !hasAttributes(file.get(), info)) return std::nullopt;
+    }
+    const bool isFolder = (info.FileAttributes & FOLDER) != 0;
+    if (isLinkTag(info)) return kindOfLink(folder, name, isFolder);
+    return isFolder ? EntryKind::SUBFOLDER : EntryKind::PLAIN_FILE;
+}
+
+std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name)
+{
+    const auto info = informationOf(openItself(folder, name, FILE_READ_ATTRIBUTES));
+    return info ? std::optional(identityOf(*info)) : std::nullopt;
+}
+
+bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName)
+{
+    const FileHandle a = openItself(folder, name, FILE_GENERIC_READ);
+    const FileHandle b = openItself(other, otherName, FILE_GENERIC_READ);
+    FILE_ATTRIBUTE_TAG_INFO tagOfA{};
+    FILE_ATTRIBUTE_TAG_INFO tagOfB{};
+    if (!a.isOpen() || !b.isOpen() || !hasAttributes(a.get(), tagOfA) || !hasAttributes(b.get(), tagOfB)) return false;
+    if (isLinkTag(tagOfA) != isLinkTag(tagOfB)) return false;
+    if (isLinkTag(tagOfA)) return native::readLink(folder.pathOf(name)) == native::readLink(other.pathOf(otherName));
+    return ((tagOfA.FileAttributes | tagOfB.FileAttributes) & FOLDER) == 0 && isSameBytes(a, b);
+}
+
+bool makeFolder(const Folder& folder, TextView name, NewFolder /*access*/)
 {
     return !refusesNew(folder.pathOf(name)) &&
            FileHandle(folder.openEntry(name, REACH, SHARE_ALL, FILE_DIRECTORY_FILE, FILE_CREATE)).isOpen();
@@ -354,6 +414,14 @@ bool makeFolder(const Folder& folder, TextView name)
 
 /// A new folder has those of the one that it lies in.
 bool takePermissions(const Folder& /*folder*/, const Folder& /*from*/, OwnerAccess /*access*/) { return true; }
+
+bool takeTimes(const Folder& folder, const Folder& from)
+{
+    FILE_BASIC_INFO source{};
+    if (!GetFileInformationByHandleEx(from.get(), FileBasicInfo, &source, sizeof source)) return false;
+    const FileHandle itself(folder.openEntry({}, FILE_WRITE_ATTRIBUTES, SHARE_ALL, FILE_DIRECTORY_FILE));
+    return itself.isOpen() && setWritten(itself, source.LastWriteTime);
+}
 
 /// The system removes no folder that is marked READ_ONLY.
 bool unlock(Folder& folder)
@@ -414,16 +482,51 @@ bool renameEntry(const Folder& folder, TextView name, const Folder& target, Text
     return succeeded(NtSetInformationFile(file.get(), &block, information, size, RENAME_CLASS));
 }
 
+bool addName(const Folder& folder, TextView name, TextView newName)
+{
+    return CreateHardLinkW(folder.pathOf(newName).c_str(), folder.pathOf(name).c_str(), nullptr) != 0;
+}
+
+bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFiles readOnly)
+{
+    if (readOnly == ReadOnlyFiles::GO)
+        if (const FileHandle target = openItself(folder, replaced, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES);
+            target.isOpen())
+            makeWritable(target);
+    return renameEntry(folder, name, folder, replaced, false);
+}
+
 /// The system copies by paths; those of folders that stay open do not change.
 bool copyFile(const Folder& folder, TextView name, EntryKind /*kind*/, const Folder& target, TextView targetName,
-              bool failIfExists, const CopyProgress& progress)
+              bool failIfExists, const CopyProgress& progress, Kept kept)
 {
-    return copyFile(folder.pathOf(name), target.pathOf(targetName), failIfExists, progress);
+    if (!copyFile(folder.pathOf(name), target.pathOf(targetName), failIfExists, progress)) return false;
+    if (kept.permissions && kept.times) return true;
+    const FileHandle made = openItself(target, targetName, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES);
+    if (!made.isOpen()) return true;
+    if (!kept.permissions) makeWritable(made);
+    FILETIME now{};
+    GetSystemTimeAsFileTime(&now);
+    LARGE_INTEGER time{};
+    time.QuadPart = static_cast<LONGLONG>(join(now.dwHighDateTime, now.dwLowDateTime));
+    if (!kept.times) setWritten(made, time);
+    return true;
 }
 
 bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists)
 {
-    return copyLink(folder.pathOf(name), target.pathOf(targetName), failIfExists);
+    FILE_ATTRIBUTE_TAG_INFO info{};
+    {
+        const FileHandle link = openItself(folder, name, FILE_READ_ATTRIBUTES);
+        if (!link.isOpen() || !hasAttributes(link.get(), info)) return false;
+    }
+    if ((info.FileAttributes & FOLDER) == 0)
+        return copyLink(folder.pathOf(name), target.pathOf(targetName), failIfExists);
+    // The system copies links to files only.
+    const Text text = native::readLink(folder.pathOf(name));
+    const bool isJunction = info.ReparseTag == IO_REPARSE_TAG_MOUNT_POINT;
+    return !text.empty() &&
+           native::createLink(target.pathOf(targetName), text, isJunction ? LinkKind::JUNCTION : LinkKind::TO_FOLDER);
 }
 
 }  // namespace Oxa_1_1::platform::native

@@ -1,0 +1,274 @@
+#include "base/filesystem/tree_walk.h"
+
+#include <utility>
+
+#include "base/filesystem/detail/disk.h"
+#include "base/filesystem/detail/disk_folder.h"
+#include "base/filesystem/detail/entry_stream.h"
+#include "base/filesystem/detail/failure_list.h"
+#include "base/filesystem/detail/file_times.h"
+#include "base/filesystem/detail/items.h"
+#include "base/filesystem/detail/tree_copy.h"
+#include "base/filesystem/detail/wildcard.h"
+#include "base/filesystem/windows/oxa_windows_file_system_directory.h"
+#include "base/filesystem/windows/oxa_windows_file_system_file.h"
+#include "base/platform/files/failed_step.h"
+#include "base/platform/system/last_error.h"
+
+namespace Oxa_1_1
+{
+
+using detail::EntryStream;
+using platform::FileInformation;
+using platform::Links;
+
+namespace
+{
+
+constexpr DWORD LAST_ENTRY = 18;
+constexpr DWORD FOREIGN_FOLDER = 50;
+
+bool isFolderKind(platform::EntryKind kind) noexcept
+{
+    return kind == platform::EntryKind::SUBFOLDER || kind == platform::EntryKind::FOLDER_LINK;
+}
+
+}  // namespace
+
+struct WalkEntry::Data
+{
+    Data(const Directory& folder, WalkOptions wanted)
+        : options(std::move(wanted)),
+          failures(options.failureLimit),
+          pattern(options.pattern.isNil() ? TextView(OXA_TEXT("*")) : TextView(options.pattern)),
+          showsAll(options.pattern.isNil() || options.pattern == OXA_TEXT("*"))
+    {
+        if (detail::windowsImpl(folder) == nullptr)
+            fail("openFolder", folder.getFullName(), FOREIGN_FOLDER);
+        else
+            place.emplace(folder);
+    }
+
+    void fail(std::string_view operation, const String& path, DWORD code = platform::lastError())
+    {
+        const Failure failure{.operation = operation, .path = path, .target = {}, .code = makeWindowsError(code)};
+        platform::failStep(code, operation, path);
+        failures.add(failure);
+        if (options.onFailure) options.onFailure(failure);
+    }
+
+    bool open()
+    {
+        if (!place) return false;
+        const String name = detail::fullName(*place->absolute(), '\\');
+        platform::OpenFolder top = place->open(Links::FOLLOW);
+        if (!top.isOpen())
+        {
+            fail("openFolder", name);
+            return false;
+        }
+        stream.emplace(place->way(std::move(top)));
+        if (options.followLinks) circles.emplace(*place->absolute());
+        if (options.order == WalkOrder::FoldersFirst) stream->readAhead();
+        return true;
+    }
+
+    /// Goes into the folder that was shown last, if that is wanted and possible.
+    void descend()
+    {
+        const bool isLink = entry.kind == platform::EntryKind::FOLDER_LINK;
+        if (!isFolderKind(entry.kind) || isSkipped || depth == options.maxDepth) return;
+        if (isLink && (!options.followLinks || circles->closesAt(stream->way(), entry.name))) return;
+        if (stream->enter(entry.name, isLink ? Links::FOLLOW : Links::REFUSE))
+        {
+            ++depth;
+            folderPath = nullptr;
+            if (options.order == WalkOrder::FoldersFirst) stream->readAhead();
+            return;
+        }
+        const DWORD reason = platform::lastError();
+        const bool isGone = detail::saysMissing(reason) && !stream->current().readInformation(entry.name);
+        if (!isGone) fail("openFolder", stream->way().fullName(entry.name, true), reason);
+    }
+
+    /// False when there is no way back up.
+    bool ascend()
+    {
+        if (depth == 1 || !stream->leave())
+        {
+            if (depth != 1) fail("openFolder", folderName());
+            return false;
+        }
+        --depth;
+        folderPath = nullptr;
+        return true;
+    }
+
+    bool isWanted() const
+    {
+        const bool isFolder = isFolderKind(entry.kind);
+        const bool isOfKind = options.kinds == WalkedKinds::All || isFolder == (options.kinds == WalkedKinds::Folders);
+        return isOfKind && (showsAll || pattern.matches(entry.name));
+    }
+
+    String folderName() { return detail::fullName(stream->way().path(), '\\'); }
+
+    const detail::SharedDirectory& folder()
+    {
+        if (folderPath == nullptr) folderPath = std::make_shared<detail::ParsedDirectory>(stream->way().path());
+        return folderPath;
+    }
+
+    const FileInformation* information()
+    {
+        if (!isAsked) asked = stream->current().readInformation(entry.name);
+        isAsked = true;
+        return asked ? &*asked : nullptr;
+    }
+
+    std::optional<FileTime> time(platform::FileTicks FileInformation::*ticks)
+    {
+        const FileInformation* const found = information();
+        return found != nullptr ? std::optional(detail::timeOfTicks(found->*ticks)) : std::nullopt;
+    }
+
+    WalkOptions options;
+    detail::FailureList failures;
+    detail::Wildcard pattern;
+    bool showsAll;
+    std::optional<detail::DiskFolder> place;
+    std::optional<EntryStream> stream;
+    std::optional<detail::Circles> circles;
+    platform::TreeEntry entry;
+    std::size_t depth = 1;
+    std::uint64_t passed = 0;
+    bool isStarted = false;
+    bool isShown = false;
+    bool isSkipped = false;
+    bool isAsked = false;
+    std::optional<FileInformation> asked;
+    detail::SharedDirectory folderPath;
+};
+
+String WalkEntry::name() const { return {TextView(m_data->entry.name)}; }
+
+std::size_t WalkEntry::depth() const noexcept { return m_data->depth; }
+
+WalkEntry::Kind WalkEntry::kind() const noexcept
+{
+    if (isFolderKind(m_data->entry.kind)) return Kind::Folder;
+    return m_data->entry.kind == platform::EntryKind::OTHER ? Kind::Other : Kind::File;
+}
+
+bool WalkEntry::isLink() const noexcept
+{
+    const platform::EntryKind kind = m_data->entry.kind;
+    return kind == platform::EntryKind::FILE_LINK || kind == platform::EntryKind::FOLDER_LINK;
+}
+
+std::optional<std::uint64_t> WalkEntry::size() const
+{
+    const FileInformation* const found = m_data->information();
+    return found != nullptr ? std::optional(found->size) : std::nullopt;
+}
+
+std::optional<FileTime> WalkEntry::lastWriteTime() const { return m_data->time(&FileInformation::written); }
+
+std::optional<FileTime> WalkEntry::creationTime() const { return m_data->time(&FileInformation::created); }
+
+std::shared_ptr<const File> WalkEntry::file() const
+{
+    if (isFolder()) return nullptr;
+    const OxaWindowsFileSystemDirectory folder(m_data->folder());
+    return detail::makeFile(OxaWindowsFileSystemFile::fromCheckedName(folder, m_data->entry.name));
+}
+
+std::shared_ptr<const Directory> WalkEntry::directory() const
+{
+    if (!isFolder()) return nullptr;
+    auto path = detail::copyForChange(*m_data->folder(), 1);
+    path->levels.push_back(name());
+    return detail::makeDirectory(std::move(path));
+}
+
+std::shared_ptr<const FileSystemItem> WalkEntry::item() const
+{
+    if (isFolder()) return directory();
+    return file();
+}
+
+String WalkEntry::fullName() const { return m_data->stream->way().fullName(m_data->entry.name, isFolder()); }
+
+String WalkEntry::relativeName() const
+{
+    if (depth() == 1) return name();
+    detail::ParsedDirectory path = m_data->stream->way().path();
+    const auto above = static_cast<std::ptrdiff_t>(m_data->place->absolute()->levels.size());
+    path.levels.erase(path.levels.begin(), path.levels.begin() + above);
+    path.absolute = false;
+    path.root = {};
+    return detail::fullName(path, '\\', m_data->entry.name);
+}
+
+TreeWalk::TreeWalk(const Directory& folder, WalkOptions options)
+    : m_data(std::make_unique<WalkEntry::Data>(folder, std::move(options))), m_entry(new WalkEntry(*m_data))
+{
+}
+
+TreeWalk::~TreeWalk() = default;
+
+TreeWalk::Iterator TreeWalk::begin()
+{
+    if (!m_data->isStarted) advance();
+    return Iterator(m_data->isShown ? this : nullptr);
+}
+
+bool TreeWalk::advance()
+{
+    WalkEntry::Data& data = *m_data;
+    if (!std::exchange(data.isStarted, true))
+    {
+        if (!data.open() || data.options.maxDepth == 0) return false;
+    }
+    else
+    {
+        data.isShown = false;
+        data.descend();
+    }
+    for (;;)
+    {
+        data.isSkipped = data.isAsked = false;
+        if (data.stream->next(data.entry))
+        {
+            ++data.passed;
+            data.isShown = data.isWanted();
+            if (data.isShown) return true;
+            data.descend();
+            continue;
+        }
+        if (platform::lastError() != LAST_ENTRY) data.fail("readFolder", data.folderName());
+        if (!data.ascend()) return false;
+    }
+}
+
+void TreeWalk::skipBelow() noexcept { m_data->isSkipped = true; }
+
+std::uint64_t TreeWalk::passed() const noexcept { return m_data->passed; }
+
+const std::vector<Failure>& TreeWalk::failures() const noexcept { return m_data->failures.first(); }
+
+std::uint64_t TreeWalk::failureCount() const noexcept { return m_data->failures.count(); }
+
+std::uint64_t countEntries(const Directory& folder, const WalkOptions& options)
+{
+    WalkOptions all = options;
+    all.pattern = {};
+    all.kinds = WalkedKinds::All;
+    all.order = WalkOrder::AsRead;
+    all.onFailure = {};
+    TreeWalk walk(folder, std::move(all));
+    for (const WalkEntry& entry : walk) static_cast<void>(entry);
+    return walk.passed();
+}
+
+}  // namespace Oxa_1_1
