@@ -12,6 +12,7 @@
 #include <span>
 #include <string_view>
 
+#include "base/filesystem/safe_writer.h"
 #include "base/filesystem/tree_operations.h"
 #include "base/filesystem/tree_walk.h"
 #include "tests/filesystem/linux/system_calls.h"
@@ -60,6 +61,13 @@ struct Operation
 
 void PrintTo(const Operation& operation, std::ostream* stream) { *stream << operation.name; }
 
+bool save(const TempFolder& temp, const char* name)
+{
+    SafeWriter writer(*temp.file(name));
+    writer.stream() << "saved";
+    return writer.commit();
+}
+
 constexpr std::array OPERATIONS{
     Operation{"copy a file", [](const TempFolder& t) { return t.file("single")->copy(*t.file("new"), false, {}) == 0; },
               true},
@@ -70,6 +78,9 @@ constexpr std::array OPERATIONS{
     Operation{"move a file", [](const TempFolder& t) { return t.file("single")->move(*t.file("new"), false); }, true},
     Operation{"move over a file", [](const TempFolder& t) { return t.file("single")->move(*t.file("other"), true); },
               true},
+    Operation{"save a file", [](const TempFolder& t) { return save(t, "other"); }, true},
+    Operation{"save a new file", [](const TempFolder& t) { return save(t, "new"); }, true},
+    Operation{"save behind a link", [](const TempFolder& t) { return save(t, "link"); }, true},
     Operation{"remove a file", [](const TempFolder& t) { return t.file("single")->remove(); }, true},
     Operation{"touch a file", [](const TempFolder& t) { return t.file("new")->touch(); }},
     Operation{"measure",

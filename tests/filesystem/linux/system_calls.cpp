@@ -132,6 +132,10 @@ extern "C"
     {
         return static_cast<int>(made("fchown", SYS_fchown, file, user, group));
     }
+    int faccessat(int folder, const char* path, int mode, int flags) noexcept
+    {
+        return static_cast<int>(made("faccessat", SYS_faccessat2, folder, path, mode, flags));
+    }
     int ftruncate(int file, off_t size) noexcept
     {
         return static_cast<int>(made("ftruncate", SYS_ftruncate, file, size));

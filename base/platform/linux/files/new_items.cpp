@@ -98,6 +98,10 @@ bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
         if (faccessat(to.folder(), to.itself(), W_OK, AT_EACCESS) != 0) return to.fail();
         if (!takeOverPermissions(from, to, former)) return false;
     }
+    else if (errno != ENOENT)
+    {
+        return to.fail();
+    }
     const FileDescriptor folder = waitForDisk ? to.openParent(O_RDONLY) : FileDescriptor();
     if (waitForDisk && !folder.isOpen()) return to.fail();
     if (renameat(from.folder(), from.itself(), to.folder(), to.itself()) != 0) return from.fail();

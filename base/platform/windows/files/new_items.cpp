@@ -156,6 +156,7 @@ bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
     Text to = pathForSystem(target);
     const DWORD attributes = GetFileAttributesW(to.c_str());
     const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+    if (!isThere && GetLastError() != ERROR_FILE_NOT_FOUND) return false;
     if (isThere)
     {
         const bool isFile = (attributes & (READ_ONLY | FOLDER)) == 0 && !isLink(target);
