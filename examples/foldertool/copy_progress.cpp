@@ -66,7 +66,8 @@ std::string ProgressBar::line(const TreeProgress& progress) const
         if (used + LEAST_BAR_COLUMNS > width) return std::string();
         return lineWith(bar(share, std::min(MOST_BAR_COLUMNS, width - used)));
     };
-    for (const unsigned int id : {IDS_PROGRESS, IDS_PROGRESS_OF_BYTES, IDS_PROGRESS_IN_PERCENT})
+    for (const unsigned id :
+         {unsigned{IDS_PROGRESS}, unsigned{IDS_PROGRESS_OF_BYTES}, unsigned{IDS_PROGRESS_IN_PERCENT}})
         if (std::string drawn = withBar(id); !drawn.empty()) return drawn;
     return percent.size() <= width ? percent : std::string();
 }
