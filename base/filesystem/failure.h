@@ -15,8 +15,10 @@ namespace Oxa_1_1
 
 /// The category of codes that are numbered as on Windows, on every system; its name is "windows". They compare with
 /// std::errc, and their messages are in UTF-8.
+/// @{
 OXA_API const std::error_category& windowsCategory() noexcept;
 OXA_API std::error_code makeWindowsError(unsigned long code) noexcept;
+/// @}
 
 /// A step that failed.
 struct Failure
@@ -28,6 +30,7 @@ struct Failure
     String path;
     String target;
     /// @}
+    /// Why.
     std::error_code code;
 
     /// For people: "copyFile C:\a to C:\b: Access is denied."
@@ -37,7 +40,9 @@ struct Failure
 /// The last step of the library that has failed on this thread: why, right after an operation that answers false, NIL,
 /// nothing or a code. Operations that succeed may leave it or set it, as they try what they can do without. Empty when
 /// nothing has failed yet, or since it was forgotten.
+/// @{
 OXA_API std::optional<Failure> lastFailure();
 OXA_API void forgetFailure() noexcept;
+/// @}
 
 }  // namespace Oxa_1_1

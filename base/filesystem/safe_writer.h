@@ -16,6 +16,7 @@ namespace Oxa_1_1
 class OXA_API SafeWriter
 {
    public:
+    /// What the new file outlives from commit() on.
     enum class Durability
     {
         /// Whole after the end of the program, whenever that comes.

@@ -28,6 +28,7 @@ enum class Overwrite
     Always
 };
 
+/// What a copy makes of links in its source.
 enum class LinkHandling
 {
     /// Links are copied as links.
@@ -36,6 +37,7 @@ enum class LinkHandling
     Follow
 };
 
+/// How an operation goes on when something fails.
 enum class OnFailure
 {
     /// With everything else; what failed stays as it was.
@@ -50,6 +52,7 @@ enum class OnFailure
 /// How far an operation is, with what needed nothing to be done.
 struct TreeProgress
 {
+    /// Files and links that are done or skipped.
     std::uint64_t files = 0;
     /// Of content that is copied or skipped.
     std::uint64_t bytes = 0;
@@ -60,11 +63,14 @@ struct TreeProgress
     /// @}
 };
 
+/// How an operation goes about its work.
 struct TreeOptions
 {
+    /// What may give way at the target.
     Overwrite overwrite = Overwrite::Never;
     /// For copies; moving and removing take links themselves.
     LinkHandling links = LinkHandling::Keep;
+    /// Whether the rest is done, too.
     OnFailure onFailure = OnFailure::GoOn;
     /// Of copies, as far as the system lets this user set them.
     /// @{
@@ -109,8 +115,10 @@ struct TreeReport
     bool isRolledBack = false;
 
     /// Whether all was done.
+    /// @{
     bool isDone() const noexcept { return failureCount == 0 && !isStopped; }
     explicit operator bool() const noexcept { return isDone(); }
+    /// @}
 };
 
 /// Copies what is in `source` into `target`, which is made if it is missing, with the folders above it. Folders that

@@ -19,6 +19,7 @@ namespace Oxa_1_1
 
 class TreeWalk;
 
+/// In which order a walk shows what is in a folder.
 enum class WalkOrder
 {
     /// As the system gives them: each folder is followed by what is in it.
@@ -27,6 +28,7 @@ enum class WalkOrder
     FoldersFirst
 };
 
+/// What a walk shows: with the files also pipes, devices and the like.
 enum class WalkedKinds
 {
     All,
@@ -34,14 +36,18 @@ enum class WalkedKinds
     Folders
 };
 
+/// What a walk shows, and how.
 struct WalkOptions
 {
     /// What is shown, as search strings of Directory have it; NIL for everything. All folders are gone into.
     String pattern = {};
     /// What lies in the folder itself has depth 1.
     std::size_t maxDepth = std::numeric_limits<std::size_t>::max();
+    /// What is shown, and in which order.
+    /// @{
     WalkedKinds kinds = WalkedKinds::All;
     WalkOrder order = WalkOrder::AsRead;
+    /// @}
     /// Goes into what links lead to, but not round in circles.
     bool followLinks = false;
     /// Of failures() that are kept; all of them are counted.
@@ -54,6 +60,7 @@ struct WalkOptions
 class OXA_API WalkEntry
 {
    public:
+    /// What an entry is.
     enum class Kind
     {
         /// Also a link to one, or to nothing.
@@ -67,13 +74,17 @@ class OXA_API WalkEntry
     WalkEntry(const WalkEntry&) = delete;
     WalkEntry& operator=(const WalkEntry&) = delete;
 
+    /// Its own name, without a path.
     String name() const;
     /// 1 for what lies in the folder itself.
     std::size_t depth() const noexcept;
+    /// What it is, and whether it is a link to that.
+    /// @{
     Kind kind() const noexcept;
     bool isFile() const noexcept { return kind() == Kind::File; }
     bool isFolder() const noexcept { return kind() == Kind::Folder; }
     bool isLink() const noexcept;
+    /// @}
 
     /// Asked of the open folder when they are wanted, of what a link leads to; empty when it is gone or leads nowhere.
     /// @{
@@ -89,6 +100,7 @@ class OXA_API WalkEntry
     /// @}
     /// Either of them.
     std::shared_ptr<const FileSystemItem> item() const;
+    /// Its absolute path as text.
     String fullName() const;
     /// Seen from the folder of the walk.
     String relativeName() const;
@@ -108,17 +120,23 @@ class OXA_API WalkEntry
 class OXA_API TreeWalk
 {
    public:
+    /// Where a walk is; all iterators of a walk stand at the same entry.
     class Iterator
     {
        public:
+        /// As the standard names them.
+        /// @{
         using iterator_concept = std::input_iterator_tag;
         using iterator_category = std::input_iterator_tag;
         using value_type = WalkEntry;
         using difference_type = std::ptrdiff_t;
         using pointer = const WalkEntry*;
         using reference = const WalkEntry&;
+        /// @}
 
         Iterator() noexcept = default;
+        /// The entry, and the way to the next one.
+        /// @{
         reference operator*() const noexcept { return *m_walk->m_entry; }
         pointer operator->() const noexcept { return m_walk->m_entry.get(); }
         Iterator& operator++()
@@ -127,6 +145,8 @@ class OXA_API TreeWalk
             return *this;
         }
         void operator++(int) { ++*this; }
+        /// @}
+        /// Whether there are no more.
         friend bool operator==(const Iterator& a, std::default_sentinel_t) noexcept { return a.m_walk == nullptr; }
 
        private:
@@ -135,6 +155,7 @@ class OXA_API TreeWalk
         TreeWalk* m_walk = nullptr;
     };
 
+    /// Of what lies in the folder and below; reads nothing yet.
     explicit TreeWalk(const Directory& folder, WalkOptions options = {});
     TreeWalk(const TreeWalk&) = delete;
     TreeWalk& operator=(const TreeWalk&) = delete;
@@ -142,6 +163,7 @@ class OXA_API TreeWalk
 
     /// Goes to the first entry; later, to the one where the walk is.
     Iterator begin();
+    /// Behind the last entry.
     std::default_sentinel_t end() const noexcept { return {}; }
 
     /// What lies below the entry shown last is passed over.
