@@ -5,6 +5,7 @@
 #include "base/platform/files/failed_step.h"
 #include "base/platform/files/new_items.h"
 #include "base/platform/files/volume.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {
@@ -14,8 +15,6 @@ namespace
 
 using detail::BEFORE_UNIX_TIME;
 using Ticks = FileTime::duration;
-
-constexpr DWORD INVALID_PARAMETER = 87;
 
 std::optional<FileTime> timeOf(const FileSystemItem& item, platform::FileTicks platform::FileInformation::*ticks)
 {
@@ -57,7 +56,7 @@ bool setLastWriteTime(const FileSystemItem& item, FileTime time)
     // Whoever counts from 1601 in 64 bits comes to an end before the type does, and takes 0 for no time at all.
     if (path.isNil()) return false;
     if (time.time_since_epoch() <= -BEFORE_UNIX_TIME || time > FileTime::max() - BEFORE_UNIX_TIME)
-        return platform::failStep(INVALID_PARAMETER, "writeLastWrite", path);
+        return platform::failStep(platform::INVALID_PARAMETER, "writeLastWrite", path);
     const Ticks ticks = time.time_since_epoch() + BEFORE_UNIX_TIME;
     return platform::writeLastWrite(path, static_cast<platform::FileTicks>(ticks.count()));
 }

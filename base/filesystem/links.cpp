@@ -8,6 +8,7 @@
 #include "base/filesystem/detail/system_item.h"
 #include "base/platform/files/failed_step.h"
 #include "base/platform/files/links.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {
@@ -65,8 +66,7 @@ bool createLink(const FileSystemItem& link, const String& target, LinkKind kind)
     const String path = detail::seamPath(link);
     const String written = targetOf(target, kind);
     if (path.isNil()) return false;
-    constexpr DWORD BAD_PATH = 161;
-    if (written.isEmpty()) return platform::failStep(BAD_PATH, "createLink", path, target);
+    if (written.isEmpty()) return platform::failStep(platform::BAD_PATH, "createLink", path, target);
     return platform::createLink(path, written, seamKind(kind));
 }
 

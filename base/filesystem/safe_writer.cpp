@@ -35,9 +35,7 @@ std::shared_ptr<const File> behindLinks(const File& target)
 
 bool isHeldByAnother(DWORD reason)
 {
-    constexpr DWORD SHARING_VIOLATION = 32;
-    constexpr DWORD LOCK_VIOLATION = 33;
-    return reason == SHARING_VIOLATION || reason == LOCK_VIOLATION;
+    return reason == platform::SHARING_VIOLATION || reason == platform::LOCK_VIOLATION;
 }
 
 /// Scanners of viruses and the like hold new files for a moment.
@@ -149,8 +147,7 @@ std::ostream& SafeWriter::stream() noexcept
 
 bool SafeWriter::commit(Durability durability)
 {
-    constexpr DWORD INVALID_HANDLE = 6;
-    if (m_draft == nullptr) return platform::failStep(INVALID_HANDLE, "writeFile", {});
+    if (m_draft == nullptr) return platform::failStep(platform::INVALID_HANDLE, "writeFile", {});
     // A caller's stream may throw what it could not write; then the end of this removes it.
     const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
     if (isDone) m_draft = nullptr;

@@ -6,6 +6,7 @@
 #include "base/filesystem/detail/system_item.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/platform/files/new_items.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {
@@ -25,8 +26,7 @@ std::shared_ptr<const Item> makeUnique(const String& prefix, const Make& itemOf,
         item = itemOf(name);
         const String path = item != nullptr ? detail::seamPath(*item) : String();
         if (!path.isNil()) return create(path);
-        constexpr DWORD INVALID_NAME = 123;
-        platform::setLastError(INVALID_NAME);
+        platform::setLastError(platform::INVALID_NAME);
         return false;
     };
     if (!detail::makeWithUniqueName(prefix, make)) item = nullptr;

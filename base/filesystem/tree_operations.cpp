@@ -5,6 +5,7 @@
 #include "base/filesystem/detail/tree_deletion.h"
 #include "base/filesystem/detail/tree_transfer.h"
 #include "base/filesystem/detail/tree_work.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
 {
@@ -16,15 +17,13 @@ using detail::DiskFolder;
 using detail::TreeTransfer;
 using detail::TreeWork;
 
-constexpr DWORD FOREIGN_ITEM = 50;
-
 template <class... Items>
 bool areOwn(TreeWork& work, const Items&... items)
 {
     const auto isOwn = [&](const auto& item)
     {
         if (detail::windowsImpl(item) != nullptr) return true;
-        work.fail("open", item.getFullName(), FOREIGN_ITEM);
+        work.fail("open", item.getFullName(), platform::NOT_SUPPORTED);
         return false;
     };
     return (isOwn(items) && ...);

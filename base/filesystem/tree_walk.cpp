@@ -25,9 +25,6 @@ using platform::Links;
 namespace
 {
 
-constexpr DWORD LAST_ENTRY = 18;
-constexpr DWORD FOREIGN_FOLDER = 50;
-
 bool isFolderKind(platform::EntryKind kind) noexcept
 {
     return kind == platform::EntryKind::SUBFOLDER || kind == platform::EntryKind::FOLDER_LINK;
@@ -44,7 +41,7 @@ struct WalkEntry::Data
           showsAll(options.pattern.isNil() || options.pattern == OXA_TEXT("*"))
     {
         if (detail::windowsImpl(folder) == nullptr)
-            fail("openFolder", folder.getFullName(), FOREIGN_FOLDER);
+            fail("openFolder", folder.getFullName(), platform::NOT_SUPPORTED);
         else
             place.emplace(folder);
     }
@@ -246,7 +243,7 @@ bool TreeWalk::advance()
             data.descend();
             continue;
         }
-        if (platform::lastError() != LAST_ENTRY) data.fail("readFolder", data.folderName());
+        if (platform::lastError() != platform::NO_MORE_FILES) data.fail("readFolder", data.folderName());
         if (!data.ascend()) return false;
     }
 }

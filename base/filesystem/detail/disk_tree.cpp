@@ -25,12 +25,9 @@ using platform::FileIdentity;
 using platform::Links;
 using platform::OpenFolder;
 
-constexpr DWORD ERROR_OF_BAD_TARGET = 87;
-constexpr DWORD ERROR_OF_EXISTING_TARGET = 183;
-
 bool refuseCopy(const DiskFolder& from, const DiskFolder& to)
 {
-    return platform::failStep(ERROR_OF_BAD_TARGET, "copyFolder", fullName(from.written(), SEPARATOR),
+    return platform::failStep(platform::INVALID_PARAMETER, "copyFolder", fullName(from.written(), SEPARATOR),
                               fullName(to.written(), SEPARATOR));
 }
 
@@ -240,12 +237,13 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     if (!fromTop.isOpen()) return false;
     const OpenFolder nearest = to.openNearest();
     const auto places = nearest.isOpen() ? nearest.ancestry() : std::vector<FileIdentity>();
-    if (places.empty() || contains(places, fromTop.identity())) return refuseMove(ERROR_OF_BAD_TARGET, from, to);
+    if (places.empty() || contains(places, fromTop.identity()))
+        return refuseMove(platform::INVALID_PARAMETER, from, to);
     const bool wasThere = target.exists();
     const bool isEmptied = overwrite && wasThere;
     const auto above = fromTop.ancestry();
     if (above.empty() || (isEmptied && contains(above, places.front())))
-        return refuseMove(ERROR_OF_BAD_TARGET, from, to);
+        return refuseMove(platform::INVALID_PARAMETER, from, to);
 
     TreeMove move(from.way(std::move(fromTop)), overwrite);
     // What cannot be renamed there is told before anything is lost for it.
@@ -276,15 +274,15 @@ bool moveLinkOnDisk(const Directory& link, const Directory& target, bool overwri
     const DiskFolder from(link);
     const DiskFolder to(target);
     if (from.absolute()->levels.empty() || to.absolute()->levels.empty())
-        return refuseMove(ERROR_OF_BAD_TARGET, from, to);
-    if (isTakenByFile(target)) return refuseMove(ERROR_OF_EXISTING_TARGET, from, to);
+        return refuseMove(platform::INVALID_PARAMETER, from, to);
+    if (isTakenByFile(target)) return refuseMove(platform::ALREADY_EXISTS, from, to);
     const OpenFolder led = from.open(Links::FOLLOW);
     const OpenFolder holder = from.openParent();
     if (!led.isOpen() || !holder.isOpen()) return false;
     const bool isThere = target.exists();
     if (!canMoveLink(led, holder, isThere ? to.open(Links::FOLLOW) : OpenFolder()))
-        return refuseMove(ERROR_OF_BAD_TARGET, from, to);
-    if (isThere && !overwrite) return refuseMove(ERROR_OF_EXISTING_TARGET, from, to);
+        return refuseMove(platform::INVALID_PARAMETER, from, to);
+    if (isThere && !overwrite) return refuseMove(platform::ALREADY_EXISTS, from, to);
     const OpenFolder place = to.openParent();
     if (!place.isOpen()) return false;
     if (!holder.canRenameTo(place)) return false;

@@ -14,7 +14,6 @@ namespace
 constexpr std::size_t STREAMED_FOLDERS = 16;
 /// As the system does in one path. From what a link leads to there is no way back up, so all of them stay open.
 constexpr std::size_t MOST_LINKS = 40;
-constexpr DWORD TOO_MANY_LINKS = 1921;
 
 }  // namespace
 
@@ -55,7 +54,7 @@ bool EntryStream::enter(TextView name, platform::Links links)
     const bool isLink = links == platform::Links::FOLLOW;
     if (isLink && m_links == MOST_LINKS)
     {
-        platform::setLastError(TOO_MANY_LINKS);
+        platform::setLastError(platform::TOO_MANY_LINKS);
         return false;
     }
     if (m_levels.size() >= STREAMED_FOLDERS) keepRest(m_levels[m_levels.size() - STREAMED_FOLDERS]);

@@ -11,6 +11,7 @@
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/platform/files/failed_step.h"
 #include "base/platform/files/tree.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {
@@ -19,8 +20,6 @@ namespace
 {
 
 using platform::FileIdentity;
-
-constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 
 void appendTree(FolderTree& tree, const Directory& directory)
 {
@@ -89,7 +88,7 @@ bool reportDifferentDisks(const FolderTree& tree, const Directory& target)
     const auto place = File::fromString(target, file.getName());
     const String from = file.getFullNameUnicode();
     const String to = place != nullptr ? place->getFullNameUnicode() : String();
-    platform::failStep(ERROR_OF_OTHER_DEVICE, "renameFile", from, to);
+    platform::failStep(platform::NOT_SAME_DEVICE, "renameFile", from, to);
     return reportFailedMove(from, to);
 }
 
@@ -104,8 +103,8 @@ void MadeFolders::add(std::shared_ptr<const Directory> made, std::shared_ptr<con
 void MadeFolders::finish() const
 {
     // The innermost first, as one that is shut keeps those in it from being reached.
-    for (auto pair = m_pairs.rbegin(); pair != m_pairs.rend(); ++pair)
-        takePermissions(*pair->made, *pair->from, platform::OwnerAccess::AS_GIVEN);
+    std::for_each(m_pairs.rbegin(), m_pairs.rend(),
+                  [](const auto& pair) { takePermissions(*pair.made, *pair.from, platform::OwnerAccess::AS_GIVEN); });
 }
 
 FolderTree readTree(const Directory& directory)

@@ -52,10 +52,9 @@ void refuseText(const Char* format, const String& text)
 
 void noteRefusal(const String& text) noexcept
 {
-    constexpr DWORD BAD_PATH = 161;
     // The system had no part in it.
     const DWORD former = platform::lastError();
-    platform::failStep(BAD_PATH, "parsePath", text);
+    platform::failStep(platform::BAD_PATH, "parsePath", text);
     platform::setLastError(former);
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/filesystem/detail/items.h"
 #include "base/platform/files/failed_step.h"
+#include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
 {
@@ -13,8 +14,7 @@ String seamPath(const FileSystemItem& item)
     const bool isOwn = (file != nullptr && windowsImpl(*file) != nullptr) ||
                        (directory != nullptr && windowsImpl(*directory) != nullptr);
     if (isOwn) return item.getFullNameUnicode();
-    constexpr DWORD NOT_SUPPORTED = 50;
-    platform::failStep(NOT_SUPPORTED, "useDisk", item.getFullName());
+    platform::failStep(platform::NOT_SUPPORTED, "useDisk", item.getFullName());
     return {};
 }
 

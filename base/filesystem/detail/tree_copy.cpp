@@ -16,9 +16,7 @@ namespace
 using platform::EntryKind;
 using platform::Links;
 
-constexpr DWORD ALREADY_EXISTS = 183;
 /// As for a path that makes no sense.
-constexpr DWORD INVALID_TARGET = 87;
 
 }  // namespace
 
@@ -27,11 +25,11 @@ Place makePlace(FolderWay& way, TextView name, const ParsedDirectory& path)
     if (!path.absolute)
     {
         reportText(OXA_TEXT("The drive or network share '%ls' does not exist or is inaccessible."), path.root);
-        platform::failStep(INVALID_TARGET, "createFolder", way.fullName(name, true));
+        platform::failStep(platform::INVALID_PARAMETER, "createFolder", way.fullName(name, true));
         return Place::FAILED;
     }
     if (way.current().makeFolder(name)) return Place::MADE;
-    if (platform::lastError() == ALREADY_EXISTS) return Place::FOUND;
+    if (platform::lastError() == platform::ALREADY_EXISTS) return Place::FOUND;
     platform::KeptFailure reason;
     reportFailure(OXA_TEXT("Failed to create the directory '%ls'.\r\nWindows error message: %ls"),
                   way.fullName(name, true));
@@ -122,7 +120,7 @@ bool TreeCopy::goesIntoItself(bool throughLink)
     const auto places = throughLink ? m_source.current().ancestry() : std::vector{*own};
     m_cameToItself = places.empty() || std::ranges::find_first_of(places, m_places) != places.end();
     if (m_cameToItself)
-        platform::failStep(INVALID_TARGET, "copyFolder", fullName(m_source.path(), SEPARATOR),
+        platform::failStep(platform::INVALID_PARAMETER, "copyFolder", fullName(m_source.path(), SEPARATOR),
                            fullName(m_target.path(), SEPARATOR));
     return m_cameToItself;
 }

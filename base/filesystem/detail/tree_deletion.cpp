@@ -17,9 +17,6 @@ using platform::ReadOnlyFiles;
 namespace
 {
 
-constexpr DWORD IS_ROOT = 87;
-constexpr DWORD IS_NO_FOLDER = 267;
-
 constexpr std::string_view OPENING = "openFolder";
 constexpr std::string_view REMOVING = "removeFolder";
 
@@ -31,7 +28,7 @@ void TreeDeletion::run(const DiskFolder& folder)
     ParsedDirectory abovePath = *folder.absolute();
     if (abovePath.levels.empty())
     {
-        m_work.fail(REMOVING, path, IS_ROOT);
+        m_work.fail(REMOVING, path, platform::INVALID_PARAMETER);
         return;
     }
     const String name = abovePath.levels.back();
@@ -48,7 +45,7 @@ void TreeDeletion::run(const DiskFolder& folder)
         kind == EntryKind::FOLDER_LINK || (kind == EntryKind::FILE_LINK && !above.readInformation(name));
     if (!isLink && kind != EntryKind::SUBFOLDER)
     {
-        m_work.fail(REMOVING, path, IS_NO_FOLDER);
+        m_work.fail(REMOVING, path, platform::NOT_A_FOLDER);
         return;
     }
     if (!isLink)

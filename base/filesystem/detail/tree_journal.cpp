@@ -1,5 +1,7 @@
 #include "base/filesystem/detail/tree_journal.h"
 
+#include "base/platform/system/last_error.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -10,7 +12,6 @@ namespace
 {
 
 /// What stands there is no longer what was made.
-constexpr DWORD OTHER_ENTRY = 6;
 
 }  // namespace
 
@@ -44,7 +45,7 @@ class TreeJournal::Visit
         const Folder& folder = m_journal.m_folders[i];
         if (!m_target.enter(folder.name, platform::Links::REFUSE)) return false;
         const bool isSame = folder.identity && m_target.current().identity() == folder.identity;
-        if (!isSame) platform::setLastError(OTHER_ENTRY);
+        if (!isSame) platform::setLastError(platform::INVALID_HANDLE);
         const bool isEntered = isSame && (m_source == nullptr || !folder.isOfSource ||
                                           m_source->enter(folder.name, platform::Links::REFUSE));
         if (!isEntered)
@@ -88,7 +89,7 @@ bool takeBack(const TreeJournal::Record& record, const OpenFolder& target, const
     if (!identity) return false;
     if (!record.identity || identity != record.identity)
     {
-        platform::setLastError(OTHER_ENTRY);
+        platform::setLastError(platform::INVALID_HANDLE);
         return false;
     }
     switch (record.kind)

@@ -20,10 +20,6 @@ using platform::OpenFolder;
 namespace
 {
 
-constexpr DWORD FILE_EXISTS = 80;
-constexpr DWORD ALREADY_EXISTS = 183;
-constexpr DWORD BAD_TARGET = 87;
-
 bool failWith(DWORD code, const FolderWay& place)
 {
     return platform::failStep(code, "moveFolder", fullName(place.path(), SEPARATOR));
@@ -41,7 +37,7 @@ bool replaceByRenaming(const OpenFolder& source, const OpenFolder& target, TextV
 {
     if (leadsToItsPlace(source, target, name))
     {
-        platform::setLastError(ALREADY_EXISTS);
+        platform::setLastError(platform::ALREADY_EXISTS);
         return false;
     }
     const auto information = target.readInformation(name);
@@ -86,7 +82,8 @@ class TreeMove::CheckStep final : public Step
     bool begin(Folder& /*folder*/) override
     {
         const auto place = m_target.current().identity();
-        return place && (!std::ranges::binary_search(m_moved, keyOf(*place)) || failWith(BAD_TARGET, m_target));
+        return place &&
+               (!std::ranges::binary_search(m_moved, keyOf(*place)) || failWith(platform::INVALID_PARAMETER, m_target));
     }
     std::optional<bool> enterTarget(const Folder& /*folder*/, TextView name) override
     {
@@ -177,7 +174,7 @@ class TreeMove::FileStep final : public Step
         OpenFolder& target = m_target.current();
         if (source().rename(name, target, name, true)) return true;
         const DWORD reason = platform::lastError();
-        const bool isTaken = reason == ALREADY_EXISTS || reason == FILE_EXISTS;
+        const bool isTaken = reason == platform::ALREADY_EXISTS || reason == platform::FILE_EXISTS;
         if (isTaken && !m_move.m_overwrites) return false;
         if (isTaken && replaceByRenaming(source(), target, name)) return true;
         const String from = m_move.m_source.longName(name);

@@ -17,10 +17,9 @@ void removeTreeContents(FolderWay way, bool recursive, platform::ReadOnlyFiles r
 template <class Remove>
 bool removeEmptied(const Remove& remove)
 {
-    constexpr DWORD NOT_EMPTY = 145;
     platform::KeptFailure inside;
     const bool isDone = remove();
-    if (isDone || platform::lastError() == NOT_EMPTY) inside.restoreStep();
+    if (isDone || platform::lastError() == platform::FOLDER_NOT_EMPTY) inside.restoreStep();
     return isDone;
 }
 

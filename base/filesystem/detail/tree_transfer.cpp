@@ -19,23 +19,12 @@ using platform::ReadOnlyFiles;
 namespace
 {
 
-constexpr DWORD READ_ONLY_TARGET = 5;
-constexpr DWORD OTHER_FOLDER = 6;
-constexpr DWORD END_OF_FOLDER = 18;
-constexpr DWORD ON_OTHER_DISK = 17;
-constexpr DWORD UNSUPPORTED = 50;
-constexpr DWORD TARGET_EXISTS = 80;
-constexpr DWORD USELESS_TARGET = 87;
-constexpr DWORD NAME_EXISTS = 183;
-constexpr DWORD OTHER_CONTENT = 1006;
-constexpr DWORD LINK_LOOP = 1921;
-
 constexpr std::string_view COPY = "copyFile";
 constexpr std::string_view MOVE = "renameFile";
 constexpr std::string_view OPEN_FOLDER = "openFolder";
 constexpr std::string_view MAKE_FOLDER = "createFolder";
 
-bool isTaken(DWORD code) noexcept { return code == TARGET_EXISTS || code == NAME_EXISTS; }
+bool isTaken(DWORD code) noexcept { return code == platform::FILE_EXISTS || code == platform::ALREADY_EXISTS; }
 
 bool isLinkKind(EntryKind kind) noexcept { return kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK; }
 
@@ -124,7 +113,7 @@ bool TreeTransfer::openSource(const DiskFolder& source, Links links)
     const auto identity = top.isOpen() ? top.identity() : std::nullopt;
     // Opened again, it must not be another one.
     const bool isSame = identity && (!m_sourceTop || m_sourceTop == identity);
-    if (identity && !isSame) platform::setLastError(OTHER_FOLDER);
+    if (identity && !isSame) platform::setLastError(platform::INVALID_HANDLE);
     if (isSame)
     {
         m_sourceTop = identity;
@@ -139,7 +128,7 @@ bool TreeTransfer::isOutsideSource()
 {
     // The nearest folder that is there begins its own ancestry.
     if (!m_targetAncestry.empty() && !contains(m_targetAncestry, m_sourceTop)) return true;
-    platform::setLastError(USELESS_TARGET);
+    platform::setLastError(platform::INVALID_PARAMETER);
     fail(isMove() ? MOVE : COPY, fullName(m_target->path(), SEPARATOR));
     return false;
 }
@@ -208,7 +197,7 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
     ParsedDirectory abovePath = *source.absolute();
     if (abovePath.levels.empty() || target.absolute()->levels.empty())
     {
-        m_work.fail(MOVE, fullName(abovePath, SEPARATOR), USELESS_TARGET);
+        m_work.fail(MOVE, fullName(abovePath, SEPARATOR), platform::INVALID_PARAMETER);
         return;
     }
     const Text name(abovePath.levels.back().view());
@@ -239,7 +228,7 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                     return;
                 }
                 const DWORD reason = platform::lastError();
-                if (reason != ON_OTHER_DISK && reason != UNSUPPORTED)
+                if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED)
                 {
                     m_work.fail(MOVE, fullName(*source.absolute(), SEPARATOR), reason);
                     return;
@@ -267,7 +256,7 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             const auto kind = m_source->current().readKind(name);
             if (!kind || kind == EntryKind::SUBFOLDER)
             {
-                if (kind) platform::setLastError(READ_ONLY_TARGET);
+                if (kind) platform::setLastError(platform::ACCESS_DENIED);
                 failEntry(MOVE, name);
                 return;
             }
@@ -281,7 +270,7 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             {
                 // The same but for case, on disks that do not tell the difference.
                 if (name == targetName || String(name).compareIgnoreCase(String(targetName)) != 0)
-                    failWith(USELESS_TARGET, MOVE, name);
+                    failWith(platform::INVALID_PARAMETER, MOVE, name);
                 else if (from.rename(name, to, targetName, false))
                     m_work.fileDone(sizeForProgress(targetName));
                 else
@@ -290,7 +279,7 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             }
             if (!transferEntry(names, *kind) || !m_hasCopied) return;
             if (!from.isSameContent(name, to, targetName))
-                failWith(OTHER_CONTENT, "compareFiles", name);
+                failWith(platform::FILE_CHANGED, "compareFiles", name);
             else if (from.deleteFile(name, ReadOnlyFiles::GO))
                 ++m_removed;
             else
@@ -310,7 +299,8 @@ bool TreeTransfer::walk()
             continue;
         }
         const DWORD reason = platform::lastError();
-        if (reason != END_OF_FOLDER && !m_work.fail("readFolder", fullName(m_source->way().path(), SEPARATOR), reason))
+        if (reason != platform::NO_MORE_FILES &&
+            !m_work.fail("readFolder", fullName(m_source->way().path(), SEPARATOR), reason))
             return false;
         if (!end()) return false;
         if (m_levels.empty()) return true;
@@ -370,7 +360,8 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
         return true;
     }
     const bool isLink = links == Links::FOLLOW;
-    if (isLink && m_circles->closesAt(m_source->way(), name)) return failWith(LINK_LOOP, operation, name);
+    if (isLink && m_circles->closesAt(m_source->way(), name))
+        return failWith(platform::TOO_MANY_LINKS, operation, name);
     if (!m_source->enter(name, links)) return failEntry(OPEN_FOLDER, name);
     const auto failOutside = [&](std::string_view failed)
     {
@@ -379,13 +370,13 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
     };
     if (isLink && leadsToTarget())
     {
-        platform::setLastError(USELESS_TARGET);
+        platform::setLastError(platform::INVALID_PARAMETER);
         return failOutside(operation);
     }
     OpenFolder& above = m_target->current();
     const bool isPrivate = m_work.options().keepPermissions;
     const bool isMade = above.makeFolder(name, isPrivate ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL);
-    if (!isMade && platform::lastError() != NAME_EXISTS) return failOutside(MAKE_FOLDER);
+    if (!isMade && platform::lastError() != platform::ALREADY_EXISTS) return failOutside(MAKE_FOLDER);
     if (!m_target->enter(name, Links::REFUSE))
     {
         const DWORD reason = platform::lastError();
@@ -397,7 +388,7 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
     if (!isMade && m_target->current().identity() == m_sourceTop)
     {
         if (!m_target->leave()) return false;
-        platform::setLastError(USELESS_TARGET);
+        platform::setLastError(platform::INVALID_PARAMETER);
         return failOutside(operation);
     }
     std::size_t inJournal = TreeJournal::TOP;
@@ -434,11 +425,11 @@ TreeTransfer::Brought TreeTransfer::bring(const Names& names, EntryKind kind)
     {
         if (source.rename(names.source, target, names.target, true)) return Brought::MOVED;
         const DWORD reason = platform::lastError();
-        if (reason != ON_OTHER_DISK && reason != UNSUPPORTED) return Brought::FAILED;
+        if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED) return Brought::FAILED;
     }
     if (kind == EntryKind::OTHER)
     {
-        platform::setLastError(UNSUPPORTED);
+        platform::setLastError(platform::NOT_SUPPORTED);
         return Brought::FAILED;
     }
     bool isCopied = false;
@@ -462,7 +453,7 @@ bool TreeTransfer::givesWay(const Names& names, EntryKind kind, bool& goesOn)
     };
     const auto there = target.readKind(names.target);
     if (!there || there == EntryKind::SUBFOLDER || m_work.options().overwrite == Overwrite::Never)
-        return refuse(TARGET_EXISTS);
+        return refuse(platform::FILE_EXISTS);
     const bool isLink = isLinkKind(*there);
     const auto old = isLink ? std::nullopt : target.readInformation(names.target);
     if (m_work.options().overwrite == Overwrite::IfNewer)
@@ -482,7 +473,7 @@ bool TreeTransfer::givesWay(const Names& names, EntryKind kind, bool& goesOn)
         }
     }
     const bool isReadOnly = old && (old->attributes & platform::READ_ONLY) != 0;
-    if (isReadOnly && !m_work.options().readOnlyToo) return refuse(READ_ONLY_TARGET);
+    if (isReadOnly && !m_work.options().readOnlyToo) return refuse(platform::ACCESS_DENIED);
     return true;
 }
 
@@ -555,7 +546,7 @@ bool TreeTransfer::clearEntry(FolderWay& way, TextView name)
     if (isLeft(source, name)) return false;
     // Both are looked at now: whatever has changed since it was copied stays.
     if (!source.isSameContent(name, m_target->current(), name))
-        m_work.fail("compareFiles", way.fullName(name), OTHER_CONTENT);
+        m_work.fail("compareFiles", way.fullName(name), platform::FILE_CHANGED);
     else if (source.deleteFile(name, ReadOnlyFiles::GO))
         return ++m_removed, true;
     else if (!saysMissing(platform::lastError()))
@@ -574,7 +565,7 @@ bool TreeTransfer::clearSource(const DiskFolder& place)
     OpenFolder top = place.open(Links::REFUSE);
     if (!top.isOpen() || top.identity() != m_sourceTop)
     {
-        if (top.isOpen()) platform::setLastError(OTHER_FOLDER);
+        if (top.isOpen()) platform::setLastError(platform::INVALID_HANDLE);
         fail(OPEN_FOLDER, fullName(*place.absolute(), SEPARATOR));
         return false;
     }

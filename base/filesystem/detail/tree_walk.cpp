@@ -16,7 +16,6 @@ namespace
 
 /// So many of the innermost folders on a way stay open.
 constexpr std::size_t OPEN_FOLDERS = 24;
-constexpr DWORD NO_MORE_FILES = 18;
 
 }  // namespace
 
@@ -29,7 +28,7 @@ bool FolderContents::read(platform::OpenFolder& folder)
         list.push_back({.begin = m_names.size(), .length = entry.name.size(), .kind = entry.kind});
         m_names += entry.name;
     }
-    return platform::lastError() == NO_MORE_FILES;
+    return platform::lastError() == platform::NO_MORE_FILES;
 }
 
 FolderWay::FolderWay(platform::OpenFolder top, SharedDirectory path) : m_path(std::move(path))

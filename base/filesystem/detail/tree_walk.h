@@ -7,13 +7,14 @@
 
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/platform/files/tree.h"
+#include "base/platform/system/last_error.h"
 
 /// Walks through trees on disk, from open folder to open folder.
 namespace Oxa_1_1::detail
 {
 
 /// The last error where a folder is another one by now: its handle is void.
-inline constexpr DWORD EXCHANGED = 6;
+inline constexpr DWORD EXCHANGED = platform::INVALID_HANDLE;
 
 /// What a folder holds, read at once.
 class FolderContents

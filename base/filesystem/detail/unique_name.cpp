@@ -1,5 +1,7 @@
 #include "base/filesystem/detail/unique_name.h"
 
+#include "base/platform/system/last_error.h"
+
 #include <cstdint>
 #include <random>
 
@@ -15,10 +17,6 @@ String uniqueName(const String& prefix)
     return String(name + OXA_TEXT(".tmp"));
 }
 
-bool saysTaken(DWORD error) noexcept
-{
-    constexpr DWORD ALREADY_EXISTS = 183;
-    return error == NAME_IS_TAKEN || error == ALREADY_EXISTS;
-}
+bool saysTaken(DWORD error) noexcept { return error == NAME_IS_TAKEN || error == platform::ALREADY_EXISTS; }
 
 }  // namespace Oxa_1_1::detail

@@ -11,7 +11,7 @@ namespace Oxa_1_1::detail
 String uniqueName(const String& prefix);
 
 /// What making a new item fails with when there is one of that name.
-inline constexpr DWORD NAME_IS_TAKEN = 80;
+inline constexpr DWORD NAME_IS_TAKEN = platform::FILE_EXISTS;
 bool saysTaken(DWORD error) noexcept;
 
 /// Calls `make` with new names until it is true. False, with its last error, when it fails for another reason than the

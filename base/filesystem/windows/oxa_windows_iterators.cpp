@@ -7,7 +7,7 @@
 #include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/filesystem/windows/folder_list.h"
+#include "base/filesystem/windows/detail/folder_list.h"
 
 namespace Oxa_1_1
 {

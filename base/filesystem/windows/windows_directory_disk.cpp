@@ -25,15 +25,13 @@ bool OxaWindowsFileSystemDirectory::create() const
 {
     if (!isAbsolute())
     {
-        constexpr DWORD NO_SUCH_PLACE = 87;
-        platform::failStep(NO_SUCH_PLACE, "createFolder", getFullName());
+        platform::failStep(platform::INVALID_PARAMETER, "createFolder", getFullName());
         detail::reportText(OXA_TEXT("The drive or network share '%ls' does not exist or is inaccessible."), getRoot());
         return false;
     }
     if (exists()) return true;
     if (const auto parent = getParent(); parent != nullptr && !parent->create()) return false;
-    constexpr DWORD ALREADY_EXISTS = 183;
-    if (platform::createFolder(getFullNameUnicode()) || platform::lastError() == ALREADY_EXISTS) return true;
+    if (platform::createFolder(getFullNameUnicode()) || platform::lastError() == platform::ALREADY_EXISTS) return true;
     detail::reportFailure(OXA_TEXT("Failed to create the directory '%ls'.\r\nWindows error message: %ls"),
                           getFullName());
     return false;

@@ -11,7 +11,7 @@
 #include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
-#include "base/filesystem/windows/folder_list.h"
+#include "base/filesystem/windows/detail/folder_list.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
 #include "base/filesystem/windows/oxa_windows_iterators.h"
 #include "base/platform/files/files.h"

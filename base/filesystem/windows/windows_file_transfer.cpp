@@ -19,11 +19,7 @@ namespace
 
 using SharedItem = std::shared_ptr<const FileSystemItem>;
 
-constexpr DWORD ERROR_OF_OTHER_DEVICE = 17;
 constexpr DWORD ERROR_OF_FULL_DISK = 112;
-constexpr DWORD ERROR_OF_EXISTING_TARGET = 183;
-constexpr DWORD ERROR_OF_ABORTED_REQUEST = 1235;
-constexpr DWORD ERROR_OF_ENDLESS_LINKS = 1921;
 
 int codeOfLastError()
 {
@@ -31,7 +27,7 @@ int codeOfLastError()
     {
         case ERROR_OF_FULL_DISK:
             return detail::DISK_FULL;
-        case ERROR_OF_ABORTED_REQUEST:
+        case platform::REQUEST_ABORTED:
             return detail::ABORTED;
         default:
             return detail::FAILED;
@@ -43,7 +39,7 @@ bool leadsNowhere(const String& link)
 {
     if (!platform::isLink(link) || platform::readAttributes(link)) return false;
     const DWORD reason = platform::lastError();
-    return detail::saysMissing(reason) || reason == ERROR_OF_ENDLESS_LINKS;
+    return detail::saysMissing(reason) || reason == platform::TOO_MANY_LINKS;
 }
 
 int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSystemFile& target, bool overwrite,
@@ -85,7 +81,7 @@ bool isLinkTo(const String& source, const String& target)
 /// Makes place for a file. An existing file stays until it is replaced, so that it is not lost when that fails.
 bool clearPlace(const String& source, const String& target, DWORD attributes)
 {
-    if (isLinkTo(source, target)) return platform::failStep(ERROR_OF_EXISTING_TARGET, "renameFile", source, target);
+    if (isLinkTo(source, target)) return platform::failStep(platform::ALREADY_EXISTS, "renameFile", source, target);
     return (attributes & platform::FOLDER) == 0 || platform::removeFolder(target);
 }
 
@@ -143,16 +139,16 @@ bool OxaWindowsFileSystemFile::move(const File& target, bool overwrite) const
     const String to = target.getFullNameUnicode();
     if (detail::windowsImpl(target) == nullptr)
     {
-        platform::failStep(ERROR_OF_OTHER_DEVICE, "renameFile", from, to);
+        platform::failStep(platform::NOT_SAME_DEVICE, "renameFile", from, to);
         return detail::reportFailedMove(from, to);
     }
     const auto attributes = platform::readAttributes(to);
     const bool isThere = attributes || platform::isLink(to);
-    if (isThere && !overwrite) return platform::failStep(ERROR_OF_EXISTING_TARGET, "renameFile", from, to);
+    if (isThere && !overwrite) return platform::failStep(platform::ALREADY_EXISTS, "renameFile", from, to);
     if (isThere && !clearPlace(from, to, attributes.value_or(0))) return detail::reportFailedMove(from, to);
     if (platform::renameFile(from, to, !overwrite)) return true;
     // What came a moment ago is as much in the way as what was there before.
-    if (!overwrite && platform::lastError() == ERROR_OF_EXISTING_TARGET) return false;
+    if (!overwrite && platform::lastError() == platform::ALREADY_EXISTS) return false;
     return detail::reportFailedMove(from, to);
 }
 

@@ -14,13 +14,6 @@
 namespace Oxa_1_1::platform::native
 {
 
-namespace
-{
-
-constexpr DWORD NOT_A_LINK = 4390;
-
-}  // namespace
-
 Text readLink(TextView path)
 {
     const ReachablePath reachable(path);

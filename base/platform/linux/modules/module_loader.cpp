@@ -12,6 +12,7 @@
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/modules/resource_store.h"
 #include "base/platform/system/error_text.h"
+#include "base/platform/system/last_error.h"
 #include "base/platform/system/system_info.h"
 
 namespace Oxa_1_1::platform
@@ -79,7 +80,6 @@ HINSTANCE loadModule(TextView path, Text& error)
     if (file.empty())
     {
         // Which the loader takes for the program.
-        constexpr std::uint32_t INVALID_PARAMETER = 87;
         error = systemErrorText(INVALID_PARAMETER);
         return nullptr;
     }

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "base/filesystem/windows/item_maker.h"
+#include "base/filesystem/windows/detail/item_maker.h"
 
 /// Lists of the library's own implementation. What was read until a failure counts, but the list is a partial one.
 namespace Oxa_1_1::detail

@@ -1,4 +1,4 @@
-#include "base/filesystem/windows/item_maker.h"
+#include "base/filesystem/windows/detail/item_maker.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "base/filesystem/windows/folder_list.h"
+#include "base/filesystem/windows/detail/folder_list.h"
 
 #include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/list_scope.h"
@@ -14,7 +14,6 @@ namespace
 {
 
 /// Behind the last entry of a folder.
-constexpr DWORD NO_MORE_FILES = 18;
 
 }  // namespace
 
@@ -39,7 +38,7 @@ void listFolder(const Directory& directory, const String& pattern, Kinds kinds, 
     platform::FolderEntry entry;
     while (reader->nextOf(entry, kindsToRead))
         if (wildcard.matches(entry.name)) maker.make(entry.name, entry.isFolder, entry.isLink, receiver);
-    if (platform::lastError() == NO_MORE_FILES) return;
+    if (platform::lastError() == platform::NO_MORE_FILES) return;
     platform::noteFailedStep("nextEntry", maker.pathToRead());
     ListScope::setPartial();
 }

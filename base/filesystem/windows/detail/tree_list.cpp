@@ -9,7 +9,7 @@
 #include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/detail/tree_walk.h"
 #include "base/filesystem/detail/wildcard.h"
-#include "base/filesystem/windows/folder_list.h"
+#include "base/filesystem/windows/detail/folder_list.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -21,7 +21,6 @@ namespace
 using platform::Links;
 
 /// Behind the last entry of a folder.
-constexpr DWORD LAST_ENTRY = 18;
 
 class TreeList
 {
@@ -133,7 +132,7 @@ class TreeList
         platform::OpenFolder& folder = m_way.current();
         if (std::exchange(m_isRead, true) && !folder.rewind()) return ListScope::setPartial();
         while (folder.next(m_entry, kinds)) take(m_entry);
-        if (platform::lastError() != LAST_ENTRY) ListScope::setPartial();
+        if (platform::lastError() != platform::NO_MORE_FILES) ListScope::setPartial();
     }
 
     const SharedDirectory& m_top;
