@@ -26,9 +26,17 @@ TreeTotals measure(const Oxa_1_1::Directory& folder);
 /// "5,070 files in 93 folders, 48.1 MB"
 std::string summary(const TreeTotals& totals);
 
-/// Copies everything in a folder into another one, which is made, and prints what was done. What cannot be copied is
-/// complained about and passed over. True when there was nothing of that.
-bool copyFolder(const Oxa_1_1::Directory& source, const Oxa_1_1::Directory& target, bool overwrite);
+/// What came of the copy of a folder.
+struct FolderCopy
+{
+    bool isWhole;
+    /// See copySummary().
+    std::string summary;
+};
+
+/// Copies everything in a folder into another one, which is made. What cannot be copied is complained about and passed
+/// over; then the copy is not whole.
+FolderCopy copyFolder(const Oxa_1_1::Directory& source, const Oxa_1_1::Directory& target, bool overwrite);
 
 /// Complains about what failed, by the text `id` for a path and a reason. True when there was nothing of that.
 bool reportFailures(const Oxa_1_1::TreeReport& report, unsigned int id);

@@ -1,5 +1,7 @@
 // Copies a folder with everything in it, or a file, to a new name.
 
+#include <utility>
+
 #include "examples/foldertool/commands/commands.h"
 #include "examples/foldertool/copy_progress.h"
 #include "examples/foldertool/failure.h"
@@ -30,7 +32,7 @@ bool copyFile(const File& source, const File& target, bool overwrite)
 
 }  // namespace
 
-bool copyFolder(const Directory& source, const Directory& target, bool overwrite)
+FolderCopy copyFolder(const Directory& source, const Directory& target, bool overwrite)
 {
     ProgressBar bar;
     std::uint64_t files = 0;
@@ -45,8 +47,8 @@ bool copyFolder(const Directory& source, const Directory& target, bool overwrite
     bar.clear();
     if (report.isStopped)
         throw Stopped(text(IDS_COPY_INTERRUPTED, {numberText(report.files), counted(IDS_ONE_FILE, files)}));
-    print(copySummary(report.files, report.bytes, bar.elapsed()));
-    return reportFailures(report, IDS_NOT_COPIED);
+    std::string summary = copySummary(report.files, report.bytes, bar.elapsed());
+    return {reportFailures(report, IDS_NOT_COPIED), std::move(summary)};
 }
 
 bool commands::copy(const CommandLine& line)
@@ -55,7 +57,10 @@ bool commands::copy(const CommandLine& line)
     if (const auto file = std::dynamic_pointer_cast<const File>(source))
         return copyFile(*file, *newFile(line.operands[1], *file, line.overwrite), line.overwrite);
     const SharedFolder folder = existingFolder(line.operands[0]);
-    return copyFolder(*folder, *newFolder(line.operands[1], *folder, line.overwrite), line.overwrite);
+    const FolderCopy copied =
+        copyFolder(*folder, *newFolder(line.operands[1], *folder, line.overwrite), line.overwrite);
+    print(copied.summary);
+    return copied.isWhole;
 }
 
 }  // namespace foldertool

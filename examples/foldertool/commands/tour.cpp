@@ -90,8 +90,10 @@ class Tour
             throw Failure(
                 text(IDS_NO_ROOM, {pathText(*m_temporary.directory()), byteText(m_bytes), byteText(room->available)}));
         m_copy = inTemporary("copy");
-        if (!copyFolder(*m_folder, *m_copy, false)) m_steps.fail();
-        return pathText(*m_copy);
+        TourSteps::detail(pathText(*m_copy));
+        const FolderCopy copied = copyFolder(*m_folder, *m_copy, false);
+        if (!copied.isWhole) m_steps.fail();
+        return copied.summary;
     }
 
     std::string compare()
