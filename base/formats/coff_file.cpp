@@ -17,7 +17,6 @@ constexpr std::uint32_t PE_SIGNATURE = 0x4550;
 constexpr std::uint16_t MAGIC_64 = 0x20B;
 constexpr std::size_t IMAGE_BASE = 24;
 
-constexpr std::size_t SECTION_HEADER = 40;
 constexpr std::uint32_t SECTION_HOLDS_CODE = 0x20;
 
 constexpr std::size_t SYMBOL = 18;
