@@ -8,7 +8,8 @@ program=$2
 output=$(mktemp)
 screen=$(mktemp)
 trap 'WINEPREFIX=$OXA_WINEPREFIX wineserver -k || true; kill "$server" 2>/dev/null || true; rm -f "$output" "$screen"' EXIT
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$screen" >/dev/null 2>&1 &
+# Without a reset, which ends programs that come just when the last one before them has gone.
+Xvfb -noreset -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$screen" >/dev/null 2>&1 &
 server=$!
 for _ in $(seq 100); do [ -s "$screen" ] && break; sleep 0.1; done
 export DISPLAY=":$(cat "$screen")"
