@@ -16,6 +16,7 @@ struct Avx2
     static Register equal(Register a, Register b) { return _mm256_cmpeq_epi16(a, b); }
     static Register either(Register a, Register b) { return _mm256_or_si256(a, b); }
     static Register both(Register a, Register b) { return _mm256_and_si256(a, b); }
+    static Register butNot(Register a, Register b) { return _mm256_andnot_si256(b, a); }
 
     static unsigned mask(Register r) { return static_cast<unsigned>(_mm256_movemask_epi8(r)); }
     static std::size_t firstUnit(unsigned mask) { return Sse2::firstUnit(mask); }

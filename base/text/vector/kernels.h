@@ -4,6 +4,7 @@
 #include <span>
 
 #include "base/char.h"
+#include "base/export.h"
 
 /// The inner loops of text, once for each kind of processor.
 namespace Oxa_1_1::text
@@ -47,8 +48,11 @@ struct TextKernels
     void (*escape)(const Char* text, std::size_t length, bool unicode, Char* out);
 };
 
+/// Usable before static objects are made, and the best ones afterwards.
+extern OXA_HIDDEN const TextKernels* activeTextKernels;
+
 /// Those for this processor.
-const TextKernels& textKernels() noexcept;
+inline const TextKernels& textKernels() noexcept { return *activeTextKernels; }
 
 /// All that this processor can run, the plainest first.
 std::span<const TextKernels* const> availableTextKernels() noexcept;

@@ -16,6 +16,7 @@ struct Sse2
     static Register equal(Register a, Register b) { return _mm_cmpeq_epi16(a, b); }
     static Register either(Register a, Register b) { return _mm_or_si128(a, b); }
     static Register both(Register a, Register b) { return _mm_and_si128(a, b); }
+    static Register butNot(Register a, Register b) { return _mm_andnot_si128(b, a); }
 
     // Masks have two bits a unit.
     static unsigned mask(Register r) { return static_cast<unsigned>(_mm_movemask_epi8(r)); }
