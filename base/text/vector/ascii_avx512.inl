@@ -118,7 +118,7 @@ unsigned findStops(const Char* a, const Char* b, std::size_t count)
     return zeros | _mm512_cmpneq_epu16_mask(unitsA, unitsB);
 }
 
-/// From the unit `i` on. Most texts do not come here, and are spared what calls for letters beyond ASCII take.
+/// From the unit `i` on. Only letters beyond ASCII come here, so that others are spared what calls for them take.
 OXA_KEPT_APART int compareLoweredFrom512(const Char* a, const Char* b, std::size_t length, std::size_t i)
 {
     for (; i < length; i += VECTOR_UNITS)
@@ -138,9 +138,10 @@ int compareAvx512(const Char* a, const Char* b, std::size_t length)
     {
         const unsigned stops = findStops<IGNORES_CASE>(a + i, b + i, length - i);
         if (stops == 0) continue;
-        if (IGNORES_CASE) return compareLoweredFrom512(a, b, length, i);
         const std::size_t place = i + static_cast<std::size_t>(trailingZeros(stops));
-        return a[place] - b[place];
+        if (!IGNORES_CASE) return a[place] - b[place];
+        if ((a[place] | b[place]) < 0x80) return lowerAsciiUnit(a[place]) - lowerAsciiUnit(b[place]);
+        return compareLoweredFrom512(a, b, length, place);
     }
     return 0;
 }

@@ -104,11 +104,9 @@ int compareUnitsBy(const Char* a, const Char* b, std::size_t length)
     }
 }
 
-inline Char lowerUnit(Char c)
-{
-    if (c >= 0x80) return detail::lowerBeyondAscii(c);
-    return static_cast<Char>(c >= 'A' && c <= 'Z' ? c | 0x20 : c);
-}
+inline int lowerAsciiUnit(Char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; }
+
+inline int lowerUnit(Char c) { return c < 0x80 ? lowerAsciiUnit(c) : detail::lowerBeyondAscii(c); }
 
 /// Which units of a vector at both are zero, or differ after lowering ASCII.
 template <class V>
@@ -119,8 +117,8 @@ unsigned loweredStops(const Char* a, const Char* b)
     return V::mask(V::butNot(same, V::equal(units, V::splat(0)))) ^ V::ALL;
 }
 
-/// From the unit `i` on: a block with a stop is done one by one, and the vectors take over again behind it. Most texts
-/// do not come here, and are spared what calls for letters beyond ASCII take.
+/// From the unit `i` on: a block with a stop is done one by one, and the vectors take over again behind it. Only
+/// letters beyond ASCII come here, so that others are spared what calls for them take.
 template <class V>
 OXA_KEPT_APART int compareLoweredFrom(const Char* a, const Char* b, std::size_t length, std::size_t i)
 {
@@ -154,7 +152,11 @@ int compareIgnoreCaseBy(const Char* a, const Char* b, std::size_t length)
         {
             // The last vector looks once more at what the one before it found the same.
             if (length - i < V::UNITS) i = length - V::UNITS;
-            if (loweredStops<V>(a + i, b + i) != 0) return compareLoweredFrom<V>(a, b, length, i);
+            const unsigned stops = loweredStops<V>(a + i, b + i);
+            if (stops == 0) continue;
+            const std::size_t place = i + V::firstUnit(stops);
+            if ((a[place] | b[place]) < 0x80) return lowerAsciiUnit(a[place]) - lowerAsciiUnit(b[place]);
+            return compareLoweredFrom<V>(a, b, length, place);
         }
         return 0;
     }
