@@ -101,6 +101,13 @@ inline void narrowAsciiAvx512(const Char* units, std::size_t length, char* bytes
         _mm256_mask_storeu_epi8(bytes + i, lowUnits(length - i), _mm512_cvtepi16_epi8(loadSome(units + i, length - i)));
 }
 
+inline void markControlsAvx512(const char* bytes, std::size_t blocks, std::uint64_t* marks)
+{
+    const __m512i bound = _mm512_set1_epi8(static_cast<char>(0xA0));
+    for (std::size_t i = 0; i < blocks; ++i)
+        marks[i] = _mm512_cmplt_epi8_mask(_mm512_loadu_si512(bytes + i * VECTOR_BYTES), bound);
+}
+
 inline __m512i lowerAscii512(__m512i units)
 {
     const __mmask32 upper = _mm512_cmplt_epu16_mask(_mm512_sub_epi16(units, splat512('A')), splat512(26));

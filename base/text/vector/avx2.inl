@@ -44,6 +44,12 @@ struct Avx2
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes), _mm256_permute4x64_epi64(packed, 0xD8));
     }
 
+    // As signed numbers they are the lowest ones.
+    static unsigned controls(const char* bytes)
+    {
+        return mask(_mm256_cmpgt_epi8(_mm256_set1_epi8(static_cast<char>(0xA0)), loadBytes(bytes)));
+    }
+
     static std::size_t countUnits(const char* bytes)
     {
         const Register block = loadBytes(bytes);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 #include "base/char.h"
@@ -35,6 +36,9 @@ struct TextKernels
     // Bytes to units of the same values, and ASCII back.
     void (*widenBytes)(const char* bytes, std::size_t length, Char* units);
     void (*narrowAscii)(const Char* units, std::size_t length, char* bytes);
+
+    // For each block of 64 bytes, a bit for each that is from 0x80 to 0x9F: the controls of Latin-1.
+    void (*markControls)(const char* bytes, std::size_t blocks, std::uint64_t* marks);
 
     // The units that well-formed UTF-8 becomes, and the bytes of UTF-8 that any units become.
     std::size_t (*countUnits)(const char* bytes, std::size_t length);

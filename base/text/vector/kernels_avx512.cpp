@@ -35,6 +35,7 @@ constinit const TextKernels AVX512_KERNELS{
     countAsciiUnitsAvx512,
     widenBytesAvx512,
     narrowAsciiAvx512,
+    markControlsAvx512,
     countUnitsAvx512,
     countBytesAvx512,
     decodeUtf8Avx512,

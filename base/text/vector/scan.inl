@@ -245,6 +245,20 @@ void narrowAscii(const Char* units, std::size_t length, char* bytes)
 }
 
 template <class V>
+void markControls(const char* bytes, std::size_t blocks, std::uint64_t* marks)
+{
+    constexpr std::size_t BLOCK = 64;
+    for (; blocks != 0; --blocks, bytes += BLOCK, ++marks)
+    {
+        *marks = 0;
+        if constexpr (std::is_same_v<V, Scalar>)
+            for (std::size_t i = 0; i < BLOCK; ++i) *marks |= std::uint64_t((bytes[i] & 0xE0) == 0x80) << i;
+        else
+            for (std::size_t i = 0; i < BLOCK; i += 2 * V::UNITS) *marks |= std::uint64_t(V::controls(bytes + i)) << i;
+    }
+}
+
+template <class V>
 std::size_t countUnits(const char* bytes, std::size_t length)
 {
     std::size_t count = 0;
