@@ -5,7 +5,6 @@
 #include <span>
 
 #include "base/char.h"
-#include "base/export.h"
 
 /// The inner loops of text, once for each kind of processor.
 namespace Oxa_1_1::text
@@ -53,7 +52,7 @@ struct TextKernels
 };
 
 /// Usable before static objects are made, and the best ones afterwards.
-extern OXA_HIDDEN const TextKernels* activeTextKernels;
+extern const TextKernels* activeTextKernels;
 
 /// Those for this processor.
 inline const TextKernels& textKernels() noexcept { return *activeTextKernels; }
