@@ -35,12 +35,13 @@ class ItemMemory
    private:
     /// What counts and an item take in all standard libraries, when the counts hold the allocator.
     static constexpr std::size_t ROOM = 5 * sizeof(void*);
+    static constexpr std::size_t ALIGNMENT = alignof(void*);
 
     template <class T>
     struct Allocator
     {
         using value_type = T;
-        static constexpr bool FITS = sizeof(T) <= ROOM && alignof(T) <= alignof(void*);
+        static constexpr bool FITS = sizeof(T) <= ROOM && alignof(T) <= ALIGNMENT;
 
         explicit Allocator(ItemMemory* place) noexcept : memory(place) {}
         template <class U>
@@ -72,7 +73,7 @@ class ItemMemory
 
     alignas(Impl) std::byte m_impl[sizeof(Impl)];
     bool m_isTaken = false;
-    alignas(void*) std::byte m_item[ROOM];
+    alignas(ALIGNMENT) std::byte m_item[ROOM];
 };
 
 }  // namespace Oxa_1_1::detail

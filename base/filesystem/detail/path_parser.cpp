@@ -197,7 +197,7 @@ SharedDirectory parseDirectory(TextView text)
     SharedDirectory path = parseAny(text, refused);
     if (path != nullptr) return path;
     // No name takes a slash either, so that most texts need not be searched for one.
-    if (!text.contains(OXA_TEXT('/'))) return refused.report();
+    if (text.find(OXA_TEXT('/')) == TextView::npos) return refused.report();
     Text converted(text);
     std::ranges::replace(converted, OXA_TEXT('/'), SEPARATOR);
     path = parseAny(converted, refused);
