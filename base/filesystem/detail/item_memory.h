@@ -35,13 +35,12 @@ class ItemMemory
    private:
     /// What counts and an item take in all standard libraries, when the counts hold the allocator.
     static constexpr std::size_t ROOM = 5 * sizeof(void*);
-    static constexpr std::size_t ALIGNMENT = alignof(void*);
 
     template <class T>
     struct Allocator
     {
         using value_type = T;
-        static constexpr bool FITS = sizeof(T) <= ROOM && alignof(T) <= ALIGNMENT;
+        static constexpr bool FITS = sizeof(T) <= ROOM;
 
         explicit Allocator(ItemMemory* place) noexcept : memory(place) {}
         template <class U>
@@ -51,6 +50,7 @@ class ItemMemory
 
         T* allocate(std::size_t count)
         {
+            static_assert(alignof(T) <= alignof(void*));
             if (!FITS || count != 1) return std::allocator<T>().allocate(count);
             memory->m_isTaken = true;
             return reinterpret_cast<T*>(memory->m_item);
@@ -73,7 +73,7 @@ class ItemMemory
 
     alignas(Impl) std::byte m_impl[sizeof(Impl)];
     bool m_isTaken = false;
-    alignas(ALIGNMENT) std::byte m_item[ROOM];
+    alignas(void*) std::byte m_item[ROOM];
 };
 
 }  // namespace Oxa_1_1::detail
