@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Oxa_1_1::bench::floors
 {
@@ -189,23 +190,31 @@ inline char16_t* writeDouble(char16_t* out, double value)
     return out;
 }
 
-/// A name, a number and a double for each value, with blanks between them.
+/// A name, a number and a double for each value, with blanks between them. Nobody who appends knows how much is to
+/// come, so the list grows by doubling.
 inline Units buildList(std::u16string_view name, const double* values, int count)
 {
     const std::size_t widest = name.size() + 2 + 10 + 32;
-    auto list = std::make_unique_for_overwrite<char16_t[]>(widest * static_cast<std::size_t>(count));
-    char16_t* out = list.get();
+    std::size_t capacity = widest + 1;
+    auto list = std::make_unique_for_overwrite<char16_t[]>(capacity);
+    std::size_t size = 0;
     for (int i = 0; i < count; ++i)
     {
+        if (capacity - size <= widest)
+        {
+            auto former = std::exchange(list, std::make_unique_for_overwrite<char16_t[]>(capacity *= 2));
+            std::memcpy(list.get(), former.get(), size * sizeof(char16_t));
+        }
+        char16_t* out = list.get() + size;
         std::memcpy(out, name.data(), name.size() * sizeof(char16_t));
         out += name.size();
         *out++ = ' ';
         const auto number = static_cast<std::uint64_t>(i);
         out = writeDigits(out, number, countDigits(number));
         *out++ = ' ';
-        out = writeDouble(out, values[i]);
+        size = static_cast<std::size_t>(writeDouble(out, values[i]) - list.get());
     }
-    *out = 0;
+    list[size] = 0;
     return list;
 }
 

@@ -31,9 +31,9 @@ function(_oxa_share result first second)
   endif()
 endfunction()
 
-# Puts a source into the unit of a group, unless it has names that another source there, or a header beside it, has, too:
-# then it is compiled by itself.
-function(oxa_add_to_unit group source)
+# Puts a source of a target into the unit of a group, unless it has names that another source there, or a header beside
+# it, has, too: then it is compiled by itself.
+function(oxa_add_to_unit target group source)
   get_property(known GLOBAL PROPERTY oxa_names_of_${group})
   cmake_path(GET source PARENT_PATH folder)
   file(GLOB headers ${folder}/*.h)
@@ -47,6 +47,30 @@ function(oxa_add_to_unit group source)
   _oxa_share(clashes_with_header types types_of_headers)
   if(NOT clashes_with_source AND NOT clashes_with_header)
     set_property(GLOBAL APPEND PROPERTY oxa_names_of_${group} ${names})
-    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+    set_source_files_properties(${source} TARGET_DIRECTORY ${target} PROPERTIES UNITY_GROUP ${group})
   endif()
+endfunction()
+
+# What a function calls a thing may be the name of another source's helper; and where GCC inlines across sources, it takes
+# the value that an empty std::optional does not have for one that is read.
+add_library(oxa_unit_warnings INTERFACE)
+target_compile_options(oxa_unit_warnings INTERFACE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+
+function(oxa_compile_units target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  target_link_libraries(${target} PRIVATE oxa_unit_warnings)
+endfunction()
+
+# All sources of a target as one unit, when units are asked for.
+function(oxa_compile_as_unit target)
+  if(NOT OXA_UNITY)
+    return()
+  endif()
+  get_target_property(sources ${target} SOURCES)
+  foreach(source IN LISTS sources)
+    if(source MATCHES "\\.cpp$")
+      oxa_add_to_unit(${target} ${target} ${source})
+    endif()
+  endforeach()
+  oxa_compile_units(${target})
 endfunction()

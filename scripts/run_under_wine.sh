@@ -9,9 +9,13 @@ runtime=$(dirname "$($compiler -print-file-name=libstdc++-6.dll)")
 threads=$(dirname "$($compiler -print-file-name=libwinpthread-1.dll)")
 export WINEPATH="$runtime;$threads${WINEPATH:+;$WINEPATH}"
 mkdir -p "$(dirname "$WINEPREFIX")"
-# The first program makes the prefix; only one may do so at a time.
-if [ ! -e "$WINEPREFIX/system.reg" ]; then
-  (flock 9; [ -e "$WINEPREFIX/system.reg" ] || { wine wineboot --init && wineserver --wait; } >/dev/null 2>&1) \
-    9>"$WINEPREFIX.lock" || true
+# The first program makes the prefix; only one may do so at a time. Windows are made but nowhere shown, whatever screen the
+# caller has.
+make_prefix() {
+  wine wineboot --init && wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f && wineserver --wait
+  touch "$WINEPREFIX/made"
+}
+if [ ! -e "$WINEPREFIX/made" ]; then
+  (flock 9; [ -e "$WINEPREFIX/made" ] || make_prefix >/dev/null 2>&1) 9>"$WINEPREFIX.lock" || true
 fi
 exec wine "$@"

@@ -16,9 +16,13 @@ cores=$(nproc)
 # How much lint and fuzz do: of what was changed, or of everything.
 scope=changed
 # What the run without arguments leaves to the others, because it takes most of the time: the packages, and each source of
-# the Linux library compiled alone.
+# the Linux library compiled alone, for speed.
 left_out=()
 linux_preset=linux-release
+# What each job needs installed besides the tools for every build.
+declare -A needs=([linux]="linux package" [windows]=windows [lint]=lint [clang]="lint linux" [asan]= [tsan]= [fuzz]=fuzz
+  [clang-windows]=clang-windows)
+jobs=()
 passed=0
 failed=0
 
@@ -84,14 +88,30 @@ configure() {
   quietly "build/$preset.configure.log" cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache "$@"
 }
 
-# Makes the named targets of a preset, or all. JOB PRESET PACKAGES TARGET...
+# Installs what a job needs; while the first job works, what the others do.
+installing=
+install() {
+  [ -z "$installing" ] || wait "$installing"
+  installing=
+  # shellcheck disable=SC2086
+  step "$1: install" scripts/setup.sh build ${needs[$1]} || return
+  [ "$1" = "${jobs[0]}" ] && [ ${#jobs[@]} -gt 1 ] || return 0
+  local job others=()
+  for job in "${jobs[@]:1}"; do
+    # shellcheck disable=SC2206
+    others+=(${needs[$job]})
+  done
+  scripts/setup.sh build "${others[@]}" >build/setup.log 2>&1 &
+  installing=$!
+}
+
+# Makes the named targets of a preset, or all. JOB PRESET TARGET...
 build() {
-  local job=$1 preset=$2 packages=$3
-  shift 3
+  local job=$1 preset=$2
+  shift 2
   local targets=()
   [ $# = 0 ] || targets=(--target "$@")
-  # shellcheck disable=SC2086
-  step "$job: install" scripts/setup.sh build $packages && step "$job: configure" configure "$preset" &&
+  install "$job" && step "$job: configure" configure "$preset" &&
     step "$job: build" with_progress "build/$preset.build.log" cmake --build "build/$preset" "${targets[@]}" && return 0
   fail "build of $job"
   return 1
@@ -147,7 +167,7 @@ run_ctest() {
 }
 
 linux() {
-  build linux $linux_preset package && step "linux: tests" run_ctest build/$linux_preset "${left_out[@]}"
+  build linux $linux_preset && step "linux: tests" run_ctest build/$linux_preset "${left_out[@]}"
 }
 
 # One server of Wine's for all tests, instead of a start of its system for each.
@@ -155,23 +175,23 @@ wine_prefix=$PWD/build/wine
 run_wine_tests() {
   scripts/run_under_wine.sh wineboot >build/wine.log 2>&1 || true
   WINEPREFIX=$wine_prefix wineserver -p
-  run_ctest build/windows-debug "${left_out[@]}"
+  run_ctest build/windows-quick "${left_out[@]}"
 }
 stop_wine() { [ ! -e "$wine_prefix" ] || WINEPREFIX=$wine_prefix wineserver -k 2>/dev/null; }
 
 windows() {
-  build windows windows-debug windows || return
+  build windows windows-quick || return
   step "windows: tests" run_wine_tests
   stop_wine
 }
 
 # The other compiler: its warnings, its code. What users get is tried with the first.
 clang() {
-  build clang linux-clang lint && step "clang: tests" run_ctest build/linux-clang -E installed_package
+  build clang linux-clang && step "clang: tests" run_ctest build/linux-clang -E installed_package
 }
 
 asan() {
-  build asan linux-asan "" && step "asan: tests" run_ctest build/linux-asan
+  build asan linux-asan && step "asan: tests" run_ctest build/linux-asan
 }
 
 # The programs whose tests start threads.
@@ -179,13 +199,13 @@ tsan() {
   local folders
   mapfile -t folders < <(cd tests && grep -rlE 'std::(j?thread|async)|pthread_create' --include='*.cpp' --include='*.h' -- */ |
     cut -d/ -f1 | sort -u | grep -vxE 'docs|consumer|package')
-  build tsan linux-tsan "" "${folders[@]/%/_test}" || return
+  build tsan linux-tsan "${folders[@]/%/_test}" || return
   step "tsan: tests" run_ctest build/linux-tsan -R "^($(IFS='|'; echo "${folders[*]}"))\$"
 }
 
 # The nearest thing here to another maker's compiler on Windows.
 clang-windows() {
-  build clang-windows windows-clang clang-windows OxaBase && succeed
+  build clang-windows windows-clang OxaBase && succeed
 }
 
 check_format() {
@@ -230,7 +250,7 @@ check_docs() {
 }
 
 lint() {
-  step "lint: install" scripts/setup.sh build lint || { fail "install of lint"; return; }
+  install lint || { fail "install of lint"; return; }
   check "lint: layout" scripts/check_layout.sh
   check "lint: format" check_format
   check "lint: clang-tidy" check_tidy
@@ -260,15 +280,15 @@ run_fuzz_targets() {
 }
 
 fuzz() {
-  build fuzz linux-fuzz fuzz && step "fuzz: targets" run_fuzz_targets
+  build fuzz linux-fuzz && step "fuzz: targets" run_fuzz_targets
 }
 
 # Read as a whole before anything runs, so that the script may be changed meanwhile.
 main() {
-  local job jobs=()
+  local job
   for job in "${@:-default}"; do
     case $job in
-      default) jobs+=("${default_jobs[@]}"); left_out=(-E installed_package); linux_preset=linux-quick ;;
+      default) jobs+=("${default_jobs[@]}"); left_out=(-E installed_package); linux_preset=linux-quick needs[linux]=linux ;;
       all) jobs+=("${all_jobs[@]}"); scope=all ;;
       lint | linux | clang | asan | tsan | fuzz | windows | clang-windows) jobs+=("$job") ;;
       *)

@@ -1,5 +1,6 @@
 #include "base/diagnostics/resolved_stack.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <charconv>
@@ -19,6 +20,12 @@ namespace
 constexpr std::size_t MOST_FRAMES = 256;
 constexpr platform::SymbolParts ALL_PARTS{true, true, true, true};
 
+/// Where a call stands is looked for, not where it returns to. An address of 0 becomes one where nothing lies.
+/// @{
+std::uint64_t callBefore(const void* address) { return reinterpret_cast<std::uintptr_t>(address) - 1; }
+const void* addressBehind(std::uint64_t call) { return reinterpret_cast<const void*>(call + 1); }
+/// @}
+
 /// The symbols of this process, for all who name frames.
 class Resolver
 {
@@ -28,7 +35,9 @@ class Resolver
     {
         if (m_session == nullptr) return nullptr;
         const std::uint64_t generation = m_session->moduleGeneration();
-        if (m_generation.exchange(generation) != generation) m_session->loadModules(false);
+        // Asked first, because an exchange takes much longer than a look.
+        if (m_generation.load() != generation && m_generation.exchange(generation) != generation)
+            m_session->loadModules(false);
         return m_cache.find(*m_session, generation, ALL_PARTS, addresses, found);
     }
 
@@ -66,16 +75,19 @@ void takeSource(ResolvedFrame& frame, const Symbol& symbol)
     frame.line = symbol.line;
 }
 
-void append(std::vector<ResolvedFrame>& frames, std::span<void* const> addresses,
-            std::span<const detail::KnownAddress* const> known)
+void append(std::vector<ResolvedFrame>& frames, std::span<const detail::KnownAddress* const> known)
 {
-    static const std::vector<ResolvedFrame> UNKNOWN{ResolvedFrame{}};
     std::size_t count = frames.size();
-    for (const detail::KnownAddress* const k : known) count += k == nullptr ? 1 : k->frames.size();
+    for (const detail::KnownAddress* const k : known) count += k->frames.size();
     frames.reserve(count);
-    for (std::size_t i = 0; i < known.size(); ++i)
-        for (const ResolvedFrame& frame : known[i] == nullptr ? UNKNOWN : known[i]->frames)
-            frames.emplace_back(frame).address = addresses[i];
+    for (const detail::KnownAddress* const k : known)
+    {
+        // Mostly there is one; a copy of any number takes longer.
+        if (k->frames.size() == 1)
+            frames.push_back(k->frames.front());
+        else
+            frames.insert(frames.end(), k->frames.begin(), k->frames.end());
+    }
 }
 
 std::string hexadecimal(const void* address)
@@ -98,10 +110,11 @@ ThreadStack captureThread(std::uint32_t thread)
 
 }  // namespace
 
-std::vector<ResolvedFrame> detail::framesOf(const platform::SymbolInfo& symbol)
+std::vector<ResolvedFrame> detail::framesOf(std::uint64_t call, const platform::SymbolInfo& symbol)
 {
     std::vector<ResolvedFrame> frames;
     ResolvedFrame frame = frameOf(symbol.module);
+    frame.address = addressBehind(call);
     frame.isInlined = true;
     for (const platform::InlinedFunction& inlined : symbol.inlined)
     {
@@ -134,20 +147,19 @@ std::string ResolvedStack::text(std::size_t first) const
 ResolvedStack resolveFrames(std::span<void* const> addresses)
 {
     ResolvedStack stack;
-    std::array<std::uint64_t, MOST_FRAMES> instructions;
+    std::array<std::uint64_t, MOST_FRAMES> calls;
     std::array<const detail::KnownAddress*, MOST_FRAMES> known;
     std::vector<std::shared_ptr<const void>> keepers;
     while (!addresses.empty())
     {
         const std::size_t count = std::min(addresses.size(), MOST_FRAMES);
-        for (std::size_t i = 0; i < count; ++i)
-        {
-            const platform::StackFrame frame{reinterpret_cast<std::uintptr_t>(addresses[i]), 0, true};
-            instructions[i] = frame.instruction();
-            known[i] = nullptr;
-        }
-        auto keeper = resolver().find(std::span(instructions).first(count), std::span(known).first(count));
-        append(stack.m_frames, addresses.first(count), std::span(known).first(count));
+        std::transform(addresses.begin(), addresses.begin() + static_cast<std::ptrdiff_t>(count), calls.begin(),
+                       callBefore);
+        auto keeper = resolver().find(std::span(calls).first(count), std::span(known).first(count));
+        if (keeper == nullptr)
+            for (void* const address : addresses.first(count)) stack.m_frames.emplace_back().address = address;
+        else
+            append(stack.m_frames, std::span(known).first(count));
         addresses = addresses.subspan(count);
         if (stack.m_texts == nullptr)
             stack.m_texts = std::move(keeper);

@@ -1,11 +1,28 @@
 // Appending: numbers, characters and texts.
 
+#include <cmath>
+
 #include "base/string/detail/number_text.h"
 #include "base/string/oxa_string.h"
+#include "base/text/resize_and_fill.h"
 #include "base/text/scan.h"
 
 namespace Oxa_1_1
 {
+
+namespace
+{
+
+void appendFloating(Text& text, double value, const detail::FloatingRule& rule)
+{
+    const auto write = [value, &rule](Char* out) { return detail::writeFloating(out, value, rule); };
+    if (std::fabs(value) <= detail::MOST_SHORT)
+        text::appendWritten<detail::SHORT_CAPACITY>(text, write);
+    else
+        text::appendWritten<detail::FLOATING_CAPACITY>(text, write);
+}
+
+}  // namespace
 
 String& String::append(TextView text)
 {
@@ -17,31 +34,51 @@ String& String::append(TextView text)
 /// The text up to its first zero.
 String& String::appendText(TextView text)
 {
+    // Calls that look for the zero and copy would take longer than the few units.
+    constexpr std::size_t FEW = 16;
+    if (text.size() <= FEW)
+    {
+        text::appendWritten<FEW>(m_text,
+                                 [text](Char* out)
+                                 {
+                                     std::size_t i = 0;
+                                     for (; i < text.size() && text[i] != 0; ++i) out[i] = text[i];
+                                     return i;
+                                 });
+        m_present = true;
+        return *this;
+    }
     return append(text.substr(0, text::findUnit(text.data(), text.size(), 0)));
 }
 
 String& String::appendSigned(long long value)
 {
-    Char buffer[detail::INTEGER_CAPACITY];
-    return append({buffer, detail::writeSigned(buffer, value)});
+    text::appendWritten<detail::INTEGER_CAPACITY>(m_text,
+                                                  [value](Char* out) { return detail::writeSigned(out, value); });
+    m_present = true;
+    return *this;
 }
 
 String& String::appendUnsigned(unsigned long long value)
 {
-    Char buffer[detail::INTEGER_CAPACITY];
-    return append({buffer, detail::writeUnsigned(buffer, value)});
+    text::appendWritten<detail::INTEGER_CAPACITY>(m_text,
+                                                  [value](Char* out) { return detail::writeUnsigned(out, value); });
+    m_present = true;
+    return *this;
 }
 
 String& String::operator+=(float value)
 {
-    Char buffer[detail::FLOATING_CAPACITY];
-    return append({buffer, detail::writeFloating(buffer, value, detail::FLOAT_RULE)});
+    appendFloating(m_text, value, detail::FLOAT_RULE);
+    m_present = true;
+    return *this;
 }
 
 String& String::operator+=(double value)
 {
-    Char buffer[detail::FLOATING_CAPACITY];
-    return append({buffer, detail::writeFloating(buffer, value, detail::DOUBLE_RULE)});
+    appendFloating(m_text, value, detail::DOUBLE_RULE);
+    m_present = true;
+    return *this;
 }
 
 String& String::operator+=(Char c)

@@ -45,6 +45,12 @@ Text decode(const CodePageInterface& text)
     return platform::decodeCodePage(text.codePage(), text.data());
 }
 
+/// How many units decide between two texts: those of the shorter one and the zero behind it, unless both end there.
+std::size_t decisiveLength(TextView a, TextView b)
+{
+    return a.size() == b.size() ? a.size() : std::min(a.size(), b.size()) + 1;
+}
+
 /// Of texts that agree within the shorter one: the difference that what follows there makes.
 int compareEnds(TextView a, TextView b)
 {
@@ -135,9 +141,7 @@ void String::write(const Char* text, int length)
 int String::compare(const String& other) const noexcept
 {
     if (!m_present || !other.m_present) return m_present - other.m_present;
-    // The zero behind the shorter text decides, so its units and that zero are all there is to compare.
-    const std::size_t length = std::min(m_text.size(), other.m_text.size()) + 1;
-    return sign(text::compareUnits(m_text.c_str(), other.m_text.c_str(), length));
+    return sign(text::compareUnits(m_text.c_str(), other.m_text.c_str(), decisiveLength(m_text, other.m_text)));
 }
 
 int String::compare(const Char* text) const noexcept
@@ -158,8 +162,7 @@ int String::compareText(TextView text) const noexcept
 int String::compareIgnoreCase(const String& other) const noexcept
 {
     if (!m_present || !other.m_present) return m_present - other.m_present;
-    const std::size_t length = std::min(m_text.size(), other.m_text.size()) + 1;
-    return text::compareUnitsIgnoreCase(m_text.c_str(), other.m_text.c_str(), length);
+    return text::compareUnitsIgnoreCase(m_text.c_str(), other.m_text.c_str(), decisiveLength(m_text, other.m_text));
 }
 
 int String::compareIgnoreCase(const Char* text) const noexcept

@@ -70,7 +70,9 @@ class OXA_API TextReader
 
    private:
     template <class T>
-    OXA_HIDDEN TextReader& read(T& out);
+    OXA_HIDDEN TextReader& readAny(T& out);
+    template <class T>
+    OXA_HIDDEN TextReader& readNumber(T& out);
 
     TextView m_text;
     std::size_t m_position = 0;

@@ -21,7 +21,7 @@ namespace
 
 #include "base/text/windows_1252_table.inc"
 
-constexpr std::size_t DECODED_BLOCK = 64;
+constexpr std::size_t MARKED_BLOCK = 64;
 constexpr std::size_t ENCODED_BLOCK = 16;
 
 Char decodeByte(unsigned char byte) { return (byte & 0xE0) == 0x80 ? MIDDLE_UNITS[byte & 0x1F] : byte; }
@@ -37,23 +37,6 @@ char encodeUnit(Char unit)
 // Most bytes are the Latin-1 values of their units. All are converted as if they were; the others are put right.
 
 #ifdef __SSE2__
-
-void mendBlock(const char* bytes, Char* units)
-{
-    std::uint64_t middle = 0;
-    for (std::size_t i = 0; i < DECODED_BLOCK; i += sizeof(__m128i))
-    {
-        const __m128i top = _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i)),
-                                          _mm_set1_epi8(static_cast<char>(0xE0)));
-        const int hits = _mm_movemask_epi8(_mm_cmpeq_epi8(top, _mm_set1_epi8(static_cast<char>(0x80))));
-        middle |= static_cast<std::uint64_t>(hits) << i;
-    }
-    for (; middle != 0; middle &= middle - 1)
-    {
-        const int i = std::countr_zero(middle);
-        units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
-    }
-}
 
 void encodeBlock(const Char* units, char* bytes)
 {
@@ -75,11 +58,6 @@ void encodeBlock(const Char* units, char* bytes)
 
 #else
 
-void mendBlock(const char* bytes, Char* units)
-{
-    for (std::size_t i = 0; i < DECODED_BLOCK; ++i) units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
-}
-
 void encodeBlock(const Char* units, char* bytes)
 {
     for (std::size_t i = 0; i < ENCODED_BLOCK; ++i) bytes[i] = encodeUnit(units[i]);
@@ -87,26 +65,40 @@ void encodeBlock(const Char* units, char* bytes)
 
 #endif
 
-/// Block by block, and the rest one by one.
-template <std::size_t BLOCK, class Source, class Target, class ConvertBlock, class ConvertOne>
-void convert(const Source* source, std::size_t length, Target* target, ConvertBlock convertBlock, ConvertOne convertOne)
+/// Of whole blocks.
+void mendBlocks(const char* bytes, std::size_t blocks, Char* units)
 {
-    std::size_t i = 0;
-    for (; length - i >= BLOCK; i += BLOCK) convertBlock(source + i, target + i);
-    for (; i < length; ++i) target[i] = convertOne(source[i]);
+    constexpr std::size_t AT_ONCE = 64;
+    std::uint64_t marks[AT_ONCE];
+    for (std::size_t done = 0; done < blocks; done += AT_ONCE)
+    {
+        const std::size_t count = std::min(blocks - done, AT_ONCE);
+        textKernels().markControls(bytes + done * MARKED_BLOCK, count, marks);
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            const std::size_t first = (done + i) * MARKED_BLOCK;
+            for (std::uint64_t mark = marks[i]; mark != 0; mark &= mark - 1)
+            {
+                const std::size_t place = first + static_cast<std::size_t>(std::countr_zero(mark));
+                units[place] = MIDDLE_UNITS[bytes[place] & 0x1F];
+            }
+        }
+    }
 }
 
 }  // namespace
 
 Text decodeWindows1252(std::string_view bytes)
 {
-    const auto decodeOne = [](char byte) { return decodeByte(static_cast<unsigned char>(byte)); };
     Text text;
     resizeAndFill(text, bytes.size(),
                   [&](Char* units)
                   {
                       textKernels().widenBytes(bytes.data(), bytes.size(), units);
-                      convert<DECODED_BLOCK>(bytes.data(), bytes.size(), units, mendBlock, decodeOne);
+                      const std::size_t blocks = bytes.size() / MARKED_BLOCK;
+                      mendBlocks(bytes.data(), blocks, units);
+                      for (std::size_t i = blocks * MARKED_BLOCK; i < bytes.size(); ++i)
+                          units[i] = decodeByte(static_cast<unsigned char>(bytes[i]));
                   });
     return text;
 }
@@ -116,7 +108,12 @@ std::string encodeWindows1252(TextView text)
     std::string bytes;
     resizeAndFill(bytes, text.size(),
                   [&](char* buffer)
-                  { convert<ENCODED_BLOCK>(text.data(), text.size(), buffer, encodeBlock, encodeUnit); });
+                  {
+                      std::size_t i = 0;
+                      for (; text.size() - i >= ENCODED_BLOCK; i += ENCODED_BLOCK)
+                          encodeBlock(text.data() + i, buffer + i);
+                      for (; i < text.size(); ++i) buffer[i] = encodeUnit(text[i]);
+                  });
     return bytes;
 }
 

@@ -185,6 +185,12 @@ TEST(PathAlgebra, ChangesNames)
     EXPECT_EQ(nameOf(folder("C:\\a\\b")->getParent()), "C:\\a\\");
     EXPECT_EQ(folder("C:\\")->getParent(), nullptr);
     EXPECT_EQ(folder("")->getParent(), nullptr);
+
+    // The first path of an item goes before it.
+    *file = *File::fromString("D:\\x.y");
+    *root = *folder("D:\\");
+    EXPECT_EQ(file->getFullName(), "D:\\x.y");
+    EXPECT_EQ(root->getFullName(), "D:\\");
 }
 
 TEST(PathAlgebra, ContainsWhatItsNameBegins)

@@ -22,7 +22,15 @@ TEST(CodePage, EveryAnsiByteHasAUnitAndComesBack)
         EXPECT_EQ(text.substr(0x9C), OXA_TEXT("\u0153\u009D\u017E\u0178\u00A0") + text.substr(0xA1));
         for (std::size_t i = 0xA0; i < 256; ++i) EXPECT_EQ(text[i], i);
         EXPECT_EQ(encodeCodePage(codePage, text), bytes);
-        // The same at any place of the blocks that are converted as a whole.
+        // The same far behind the front, and at any place of the blocks that are converted as a whole.
+        std::string many;
+        Text expected;
+        for (int i = 0; i < 33; ++i)
+        {
+            many += bytes;
+            expected += text;
+        }
+        EXPECT_EQ(decodeCodePage(codePage, many), expected);
         for (std::size_t offset = 0; offset < 256; offset += 7)
         {
             EXPECT_EQ(decodeCodePage(codePage, bytes.substr(offset)), text.substr(offset));

@@ -111,6 +111,32 @@ TEST(StringFormat, OnlyTheTextBeforeTheFirstZeroIsAppended)
     EXPECT_EQ(self, OXA_TEXT("abcdefghabcdefghabcdefgh"));
 }
 
+TEST(StringFormat, WhatIsAppendedIsTheSameWithRoomAndWithout)
+{
+    for (int length = 0; length < 100; ++length)
+    {
+        String text(Char('x'), length);
+        std::string expected(static_cast<std::size_t>(length), 'x');
+        const auto append = [&](auto value)
+        {
+            text << value;
+            expected += appended(value);
+        };
+        for (int i = 0; i < 3; ++i)
+        {
+            append(std::numeric_limits<long long>::min());
+            append(7U);
+            append(-999999999999999872.5);
+            append(-123456789.123456789F);
+            append(-1.2345678e-300);
+            append(1e300);
+            append(String(OXA_TEXT("0123456789abcdef")));
+        }
+        ASSERT_EQ(text.stringAnsi(), expected);
+        ASSERT_EQ(text.stringPath()[text.length()], 0);
+    }
+}
+
 enum Enumeration
 {
     ENUMERATOR = 7

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <random>
 #include <type_traits>
+#include <vector>
 
 #include "tests/string/string_printer.h"
 
@@ -174,6 +175,31 @@ TEST(TextReader, TellsWhetherSomethingWasRead)
     reader.setPosition(100);
     EXPECT_EQ(reader.position(), 6U);
     EXPECT_TRUE(TextReader(nullptr).isAtEnd());
+}
+
+TEST(TextReader, DigitsEndWhereAnythingElseStands)
+{
+    // Each would pass for a digit when four units at a time were looked at without care.
+    constexpr Char OTHERS[] = {'/', ':', 0, ' ', 0x0130, 0x3000, 0x3039, 0x7FFF, 0x8030, 0x803A, 0xFF30, 0xFFFF};
+    std::mt19937 random(17);
+    for (int round = 0; round < 100000; ++round)
+    {
+        // Without a zero behind it.
+        std::vector<Char> text(1 + random() % 14);
+        for (Char& c : text) c = static_cast<Char>('0' + random() % 10);
+        for (std::size_t i = random() % 12 + 1; i < text.size(); i += 1 + random() % 3)
+            text[i] = OTHERS[random() % std::size(OTHERS)];
+        unsigned long long expected = 0;
+        std::size_t length = 0;
+        for (; length < text.size() && text[length] >= '0' && text[length] <= '9'; ++length)
+            expected = expected * 10 + static_cast<unsigned long long>(text[length] - '0');
+
+        TextReader reader(TextView(text.data(), text.size()));
+        unsigned long long value = 0;
+        reader >> value;
+        ASSERT_EQ(value, expected);
+        ASSERT_EQ(reader.position(), length);
+    }
 }
 
 TEST(TextReader, DoublesAreTheNearestOnes)

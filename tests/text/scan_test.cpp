@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "base/text/character.h"
 #include "base/text/scan.h"
@@ -95,6 +98,17 @@ TEST_P(TextScan, ComparesLikeThePlainLoop)
         ASSERT_EQ(sign(GetParam()->compareUnitsIgnoreCase(a.data(), b.data(), length)),
                   sign(plainCompare(a.view(), b.view(), true)));
     }
+}
+
+TEST_P(TextScan, MarksTheControlsOfLatin1)
+{
+    std::string bytes(256 * 5, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(m_random());
+    for (std::size_t i = 0; i < 256; ++i) bytes[i] = static_cast<char>(i);
+    std::vector<std::uint64_t> marks(bytes.size() / 64);
+    GetParam()->markControls(bytes.data(), marks.size(), marks.data());
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        ASSERT_EQ(marks[i / 64] >> i % 64 & 1, static_cast<unsigned char>(bytes[i]) / 32 == 4) << i;
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, TextScan,

@@ -23,6 +23,11 @@ const OxaWindowsFileSystemFile* windowsImpl(const File& file) noexcept;
 /// Empty for null.
 std::shared_ptr<Directory> makeDirectory(SharedDirectory path);
 std::shared_ptr<File> makeFile(std::unique_ptr<OxaWindowsFileSystemFile> impl);
+/// Of any implementation, which must not be null.
+/// @{
+std::shared_ptr<Directory> makeItem(std::unique_ptr<IDirectoryImpl> impl);
+std::shared_ptr<File> makeItem(std::unique_ptr<IFileImpl> impl);
+/// @}
 /// Of a copy of the implementation.
 std::shared_ptr<File> makeFile(const OxaWindowsFileSystemFile& impl);
 

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <utility>
 
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/text/character.h"
-#include "base/text/scan.h"
 
 namespace Oxa_1_1::detail
 {
@@ -72,10 +72,27 @@ Split splitInto(std::vector<String>& levels, TextView text, Dots dots)
     return isBeyondRoot ? Split::BEYOND_ROOT : Split::DONE;
 }
 
-void reportBeyondRoot(const ParsedDirectory& path)
+/// Why a text is no path.
+struct RefusedText
 {
-    refuseText(OXA_TEXT("Invalid path '%ls': parent references go beyond root."), fullName(path, SEPARATOR));
+    /// %ls stands for the text.
+    const Char* message = nullptr;
+    String text;
+
+    SharedDirectory report() const
+    {
+        refuseText(message, text);
+        return nullptr;
+    }
+};
+
+SharedDirectory refuse(RefusedText& refused, const Char* message, String text)
+{
+    refused = {.message = message, .text = std::move(text)};
+    return nullptr;
 }
+
+constexpr const Char* BEYOND_ROOT = OXA_TEXT("Invalid path '%ls': parent references go beyond root.");
 
 Char upperLetter(Char c) noexcept { return text::detail::isAsciiLetter(c) ? static_cast<Char>(c & ~0x20) : Char(); }
 
@@ -95,64 +112,46 @@ std::size_t volumeLength(TextView text)
 }
 
 /// What follows the root of a path on a drive or volume. `text` is what is refused.
-SharedDirectory parseLevels(const std::shared_ptr<ParsedDirectory>& path, TextView rest, TextView text)
+SharedDirectory parseLevels(std::shared_ptr<ParsedDirectory> path, TextView rest, TextView text, RefusedText& refused)
 {
     const Split split = splitInto(path->levels, rest, path->absolute ? Dots::COLLAPSE : Dots::KEEP);
     if (split == Split::DONE) return path;
-    if (split == Split::INVALID)
-    {
-        refuseText(INVALID_CHARACTERS, text);
-        return nullptr;
-    }
+    if (split == Split::INVALID) return refuse(refused, INVALID_CHARACTERS, text);
     path->levels.clear();
     splitInto(path->levels, rest, Dots::KEEP);
-    reportBeyondRoot(*path);
-    return nullptr;
+    return refuse(refused, BEYOND_ROOT, fullName(*path, SEPARATOR));
 }
 
-SharedDirectory parseVolume(TextView text, std::size_t length)
+SharedDirectory parseVolume(TextView text, std::size_t length, RefusedText& refused)
 {
     auto path = std::make_shared<ParsedDirectory>();
     path->root = String(Text(LONG_PREFIX).append(text.substr(0, length)));
     path->absolute = true;
-    return parseLevels(path, text.substr(length), text);
+    return parseLevels(std::move(path), text.substr(length), text, refused);
 }
 
-}  // namespace
-
-SharedDirectory parseLocal(TextView text)
+SharedDirectory parseLocal(TextView text, RefusedText& refused)
 {
     auto path = std::make_shared<ParsedDirectory>();
     TextView rest = text;
-    if (text.find(OXA_TEXT(':')) == 1)
+    if (text.size() > 1 && text[1] == ':' && text[0] != ':')
     {
-        const Char drive = upperLetter(text[0]);
-        if (drive == 0)
-        {
-            refuseText(OXA_TEXT("Invalid drive letter in path '%ls'."), text);
-            return nullptr;
-        }
-        path->root = String(Text{drive, OXA_TEXT(':')});
-        rest.remove_prefix(2);
+        const Char root[] = {upperLetter(text[0]), ':'};
+        if (root[0] == 0) return refuse(refused, OXA_TEXT("Invalid drive letter in path '%ls'."), text);
+        path->root = TextView(root, std::size(root));
+        rest.remove_prefix(std::size(root));
     }
     path->absolute = rest.starts_with(SEPARATOR);
-    return parseLevels(path, rest, text);
+    return parseLevels(std::move(path), rest, text, refused);
 }
 
-SharedDirectory parseShare(TextView text)
+SharedDirectory parseShare(TextView text, RefusedText& refused)
 {
     auto path = std::make_shared<ParsedDirectory>();
     auto& levels = path->levels;
-    if (splitInto(levels, text, Dots::KEEP) == Split::INVALID)
-    {
-        refuseText(INVALID_CHARACTERS, text);
-        return nullptr;
-    }
+    if (splitInto(levels, text, Dots::KEEP) == Split::INVALID) return refuse(refused, INVALID_CHARACTERS, text);
     if (levels.size() < 2)
-    {
-        refuseText(OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
-        return nullptr;
-    }
+        return refuse(refused, OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
     Text root(SHARE_PREFIX);
     root.append(levels[0].view()).append(1, SEPARATOR).append(levels[1].view());
     path->root = String(std::move(root));
@@ -161,25 +160,48 @@ SharedDirectory parseShare(TextView text)
     return path;
 }
 
-SharedDirectory parseDirectory(TextView text)
+/// Of a text without slashes.
+SharedDirectory parseAny(TextView text, RefusedText& refused)
 {
-    Text converted;
-    if (text::findUnit(text.data(), text.size(), OXA_TEXT('/')) != text::NOT_FOUND)
-    {
-        converted = text;
-        std::ranges::replace(converted, OXA_TEXT('/'), SEPARATOR);
-        text = converted;
-    }
-    if (!text.starts_with(SHARE_PREFIX)) return parseLocal(text);
+    if (!text.starts_with(SHARE_PREFIX)) return parseLocal(text, refused);
     if (text.starts_with(LONG_SHARE_PREFIX))
-        return parseShare(Text(text.substr(LONG_SHARE_PREFIX.size())).append(SHARE_PREFIX));
+        return parseShare(Text(text.substr(LONG_SHARE_PREFIX.size())).append(SHARE_PREFIX), refused);
     if (text.starts_with(LONG_PREFIX))
     {
         const TextView rest = text.substr(LONG_PREFIX.size());
         const std::size_t volume = volumeLength(rest);
-        return volume != 0 ? parseVolume(rest, volume) : parseLocal(rest);
+        return volume != 0 ? parseVolume(rest, volume, refused) : parseLocal(rest, refused);
     }
-    return parseShare(text.substr(SHARE_PREFIX.size()));
+    return parseShare(text.substr(SHARE_PREFIX.size()), refused);
+}
+
+}  // namespace
+
+SharedDirectory parseLocal(TextView text)
+{
+    RefusedText refused;
+    SharedDirectory path = parseLocal(text, refused);
+    return path != nullptr ? path : refused.report();
+}
+
+SharedDirectory parseShare(TextView text)
+{
+    RefusedText refused;
+    SharedDirectory path = parseShare(text, refused);
+    return path != nullptr ? path : refused.report();
+}
+
+SharedDirectory parseDirectory(TextView text)
+{
+    RefusedText refused;
+    SharedDirectory path = parseAny(text, refused);
+    if (path != nullptr) return path;
+    // No name takes a slash either, so that most texts need not be searched for one.
+    if (text.find(OXA_TEXT('/')) == TextView::npos) return refused.report();
+    Text converted(text);
+    std::ranges::replace(converted, OXA_TEXT('/'), SEPARATOR);
+    path = parseAny(converted, refused);
+    return path != nullptr ? path : refused.report();
 }
 
 bool normalizeLevels(ParsedDirectory& path)
@@ -189,7 +211,7 @@ bool normalizeLevels(ParsedDirectory& path)
     for (const String& level : path.levels)
     {
         if (addLevel(kept, level, Dots::COLLAPSE)) continue;
-        reportBeyondRoot(path);
+        refuseText(BEYOND_ROOT, fullName(path, SEPARATOR));
         return false;
     }
     path.levels = std::move(kept);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/filesystem/detail/held_reports.h"
+#include "base/filesystem/detail/items.h"
 
 /// The walk through a registry of creators.
 namespace Oxa_1_1::detail
@@ -23,7 +24,7 @@ std::shared_ptr<Item> createItem(const std::list<std::shared_ptr<const Creator>>
         auto impl = create(*creator);
         if (impl == nullptr) continue;
         reports.release(refusals);
-        return std::make_shared<Item>(std::move(impl));
+        return makeItem(std::move(impl));
     }
     reports.release();
     return nullptr;

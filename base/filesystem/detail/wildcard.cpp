@@ -26,17 +26,20 @@ bool Wildcard::matchesAt(std::size_t patternIndex, Char c) const noexcept
     return expected == ANY || expected == text::toLower(c);
 }
 
+bool Wildcard::matchesEnd(TextView name) const noexcept
+{
+    std::size_t p = m_pattern.size();
+    if (name.size() + 1 < p) return false;
+    for (std::size_t n = name.size(); --p > 0;)
+        if (!matchesAt(p, name[--n])) return false;
+    return true;
+}
+
 bool Wildcard::matches(TextView name) const noexcept
 {
+    if (m_hasOnlyLeadingStar && !name.starts_with(STAR)) return matchesEnd(name);
     std::size_t p = 0;
     std::size_t n = 0;
-    if (m_hasOnlyLeadingStar && !name.starts_with(STAR))
-    {
-        // The one way it can match: its rest at the end of the name.
-        if (name.size() + 1 < m_pattern.size()) return false;
-        p = 1;
-        n = name.size() + 1 - m_pattern.size();
-    }
     std::size_t afterStar = 0;
     std::size_t starName = 0;
     while (n < name.size())

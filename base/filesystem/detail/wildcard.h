@@ -15,6 +15,8 @@ class Wildcard
 
    private:
     bool matchesAt(std::size_t patternIndex, Char c) const noexcept;
+    /// Whether what follows the star, the first unit of the search string, ends the name.
+    bool matchesEnd(TextView name) const noexcept;
 
     /// In lower case.
     Text m_pattern;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -39,6 +40,11 @@ class OXA_API OxaWindowsFileSystemDirectory final : public IDirectoryImpl
     OxaWindowsFileSystemDirectory& operator=(OxaWindowsFileSystemDirectory&& other) noexcept;
     /// @}
     ~OxaWindowsFileSystemDirectory() override = default;
+    /// With room for the Directory.
+    /// @{
+    static void* operator new(std::size_t size);
+    static void operator delete(void* memory) noexcept;
+    /// @}
 
     /// Collapses "." and ".."; false, after a report, when that leads beyond the root.
     bool normalize();

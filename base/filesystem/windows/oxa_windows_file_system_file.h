@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "base/export.h"
@@ -37,6 +38,12 @@ class OXA_API OxaWindowsFileSystemFile final : public IFileImpl
     explicit OxaWindowsFileSystemFile(ProtectorTag) noexcept {}
     /// Of a name that was checked.
     OxaWindowsFileSystemFile(ProtectorTag, const OxaWindowsFileSystemDirectory& directory, TextView name);
+
+    /// With room for the File.
+    /// @{
+    static void* operator new(std::size_t size);
+    static void operator delete(void* memory) noexcept;
+    /// @}
 
     /// An independent copy of the path.
     std::unique_ptr<OxaWindowsFileSystemFile> duplicate() const;

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "base/filesystem/detail/item_memory.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
@@ -58,6 +59,16 @@ OxaWindowsFileSystemDirectory& OxaWindowsFileSystemDirectory::operator=(OxaWindo
 {
     if (this != &other) m_path = std::exchange(other.m_path, emptyPath());
     return *this;
+}
+
+void* OxaWindowsFileSystemDirectory::operator new(std::size_t /*size*/)
+{
+    return detail::ItemMemory<OxaWindowsFileSystemDirectory>::allocate();
+}
+
+void OxaWindowsFileSystemDirectory::operator delete(void* memory) noexcept
+{
+    detail::ItemMemory<OxaWindowsFileSystemDirectory>::free(memory);
 }
 
 std::unique_ptr<OxaWindowsFileSystemDirectory> OxaWindowsFileSystemDirectory::fromString(const String& path)

@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "base/filesystem/detail/item_memory.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/parsed_directory.h"
 #include "base/filesystem/detail/path_text.h"
@@ -38,6 +39,16 @@ OxaWindowsFileSystemFile::OxaWindowsFileSystemFile(const OxaWindowsFileSystemDir
                                                    const detail::SplitName& name)
     : m_baseName(name.baseName), m_directory(directory), m_extension(name.extension)
 {
+}
+
+void* OxaWindowsFileSystemFile::operator new(std::size_t /*size*/)
+{
+    return detail::ItemMemory<OxaWindowsFileSystemFile>::allocate();
+}
+
+void OxaWindowsFileSystemFile::operator delete(void* memory) noexcept
+{
+    detail::ItemMemory<OxaWindowsFileSystemFile>::free(memory);
 }
 
 std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromCheckedName(

@@ -57,7 +57,8 @@ struct WalkRequest
 bool readProcessMemory(HANDLE process, std::uint64_t address, void* buffer, std::uint32_t size, std::uint32_t& read);
 
 /// Stores where the calling thread's frames outside of `innermost` return to. No lock, no memory, no symbol: on Linux
-/// it may be called from a signal handler. `innermost` null: all frames outside of this function.
+/// it may be called from a signal handler. `innermost` is the OXA_CURRENT_FRAME of a function that waits for this one;
+/// null: all frames outside of this function.
 std::size_t captureStack(std::span<void*> addresses, const void* innermost) noexcept;
 
 /// A handle of the calling thread that other threads may use, until closeThread. Null on failure.

@@ -48,8 +48,18 @@ Taken takeAnySigned(TextView text, std::int64_t lowest, std::int64_t highest, st
     return {end, number.length != 0 && end != start};
 }
 
+Taken takeAnyUnsigned(TextView text, std::uint64_t highest, std::uint64_t& out) noexcept
+{
+    const std::size_t start = findNumberStart(text);
+    const auto number = scanUnsigned(withoutFront(text, start), highest);
+    out = number.value;
+    return {start + number.length, number.length != 0};
+}
+
 Taken take(TextView text, double& out)
 {
+    if (const Char* const behind = readPlain(text.data(), text.data() + text.size(), out))
+        return {static_cast<std::size_t>(behind - text.data()), true};
     const std::size_t start = findNumberStart(text);
     const auto number = scanFloating(withoutFront(text, start));
     out = number.value;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include "base/char.h"
 #include "base/string/detail/number_scan.h"
@@ -32,61 +34,65 @@ inline std::size_t findNumberStart(TextView text) noexcept
     return static_cast<std::size_t>(p - text.data());
 }
 
-/// A number between `lowest` and `highest` as it may stand there.
-Taken takeAnySigned(TextView text, std::int64_t lowest, std::int64_t highest, std::int64_t& out) noexcept;
+/// Integers with the limits of the conversion, which may be wider than the target: those of 32 bits at least.
+template <class T>
+using LimitsOf = std::numeric_limits<std::conditional_t<(sizeof(T) < sizeof(std::int32_t)), std::int32_t, T>>;
 
-/// `Limits` are those of the conversion, which may be narrower than the target or wider.
-template <class Limits, class T>
-Taken takeSigned(TextView text, T& out) noexcept
+/// Where the number that `p` leads to ends, if it is as most are: nothing beyond ASCII before it, perhaps a minus sign,
+/// a few digits, no minus sign behind. Else null. Calls nothing, so that its callers need not keep their registers.
+template <std::integral T>
+inline const Char* readPlain(const Char* p, const Char* end, T& out) noexcept
 {
-    // As most numbers are: a few digits, perhaps a minus sign before them, and none behind.
     constexpr std::ptrdiff_t FEW = std::numeric_limits<std::int64_t>::digits10;
-    const Char* p = text.data() + findNumberStart(text);
-    const Char* const end = text.data() + text.size();
+    while (p != end && *p < NUMBER_STARTS.size() && !NUMBER_STARTS[*p]) ++p;
     const bool negative = p != end && *p == '-';
     if (negative) ++p;
     const Char* const digits = p;
-    // Too many of them wrap around, and go the other way.
-    std::uint64_t magnitude = 0;
-    for (; p != end && text::isDigit(*p); ++p) magnitude = magnitude * 10 + static_cast<std::uint64_t>(*p - '0');
-    auto value = static_cast<std::int64_t>(magnitude);
-    if (p != digits && p - digits <= FEW && value <= Limits::max() && (p == end || *p != '-'))
-    {
-        out = static_cast<T>(negative ? -value : value);
-        return {static_cast<std::size_t>(p - text.data()), true};
-    }
-    const Taken taken = takeAnySigned(text, Limits::min(), Limits::max(), value);
+    std::uint64_t value = 0;
+    p = appendDigits(p, end, value);
+    const bool isPlain = p != digits && p - digits <= FEW && value <= static_cast<std::uint64_t>(LimitsOf<T>::max()) &&
+                         (p == end || *p != '-');
+    if (!isPlain) return nullptr;
+    out = static_cast<T>(negative ? 0 - value : value);
+    return p;
+}
+
+/// The same of a number with a point among its digits, perhaps, and neither exponent nor prefix.
+inline const Char* readPlain(const Char* p, const Char* end, double& out) noexcept
+{
+    while (p != end && *p < NUMBER_STARTS.size() && !NUMBER_STARTS[*p]) ++p;
+    const bool negative = p != end && *p == '-';
+    if (negative) ++p;
+    Decimal decimal;
+    p = readDecimal(p, end, decimal);
+    if (p == nullptr || (p != end && ((*p | 0x20) == 'e' || (*p | 0x20) == 'x'))) return nullptr;
+    const double value = static_cast<double>(static_cast<std::int64_t>(decimal.digits)) /
+                         EXACT_POWERS[static_cast<std::size_t>(-decimal.exponent)];
+    out = negative ? -value : value;
+    return p;
+}
+
+/// A number within limits as it may stand there.
+/// @{
+Taken takeAnySigned(TextView text, std::int64_t lowest, std::int64_t highest, std::int64_t& out) noexcept;
+Taken takeAnyUnsigned(TextView text, std::uint64_t highest, std::uint64_t& out) noexcept;
+/// @}
+
+template <std::integral T>
+inline Taken take(TextView text, T& out) noexcept
+{
+    if (const Char* const behind = readPlain(text.data(), text.data() + text.size(), out))
+        return {static_cast<std::size_t>(behind - text.data()), true};
+    using Limits = LimitsOf<T>;
+    std::conditional_t<Limits::is_signed, std::int64_t, std::uint64_t> value = 0;
+    Taken taken;
+    if constexpr (Limits::is_signed)
+        taken = takeAnySigned(text, Limits::min(), Limits::max(), value);
+    else
+        taken = takeAnyUnsigned(text, Limits::max(), value);
     out = static_cast<T>(value);
     return taken;
 }
-
-/// The same without negative numbers.
-template <class Limits, class T>
-Taken takeUnsigned(TextView text, T& out) noexcept
-{
-    const std::size_t start = findNumberStart(text);
-    const auto number = scanUnsigned(withoutFront(text, start), Limits::max());
-    out = static_cast<T>(number.value);
-    return {start + number.length, number.length != 0};
-}
-
-using Limits32 = std::numeric_limits<std::int32_t>;
-using Limits64 = std::numeric_limits<std::int64_t>;
-using LimitsLong = std::numeric_limits<long>;
-using LimitsU32 = std::numeric_limits<std::uint32_t>;
-using LimitsULong = std::numeric_limits<unsigned long>;
-using LimitsU64 = std::numeric_limits<std::uint64_t>;
-
-inline Taken take(TextView text, signed char& out) noexcept { return takeSigned<Limits32>(text, out); }
-inline Taken take(TextView text, unsigned char& out) noexcept { return takeSigned<Limits32>(text, out); }
-inline Taken take(TextView text, short& out) noexcept { return takeSigned<Limits32>(text, out); }
-inline Taken take(TextView text, unsigned short& out) noexcept { return takeSigned<Limits32>(text, out); }
-inline Taken take(TextView text, int& out) noexcept { return takeSigned<Limits32>(text, out); }
-inline Taken take(TextView text, long& out) noexcept { return takeSigned<LimitsLong>(text, out); }
-inline Taken take(TextView text, long long& out) noexcept { return takeSigned<Limits64>(text, out); }
-inline Taken take(TextView text, unsigned int& out) noexcept { return takeUnsigned<LimitsU32>(text, out); }
-inline Taken take(TextView text, unsigned long& out) noexcept { return takeUnsigned<LimitsULong>(text, out); }
-inline Taken take(TextView text, unsigned long long& out) noexcept { return takeUnsigned<LimitsU64>(text, out); }
 
 Taken take(TextView text, float& out);
 Taken take(TextView text, double& out);

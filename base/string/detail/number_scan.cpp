@@ -30,57 +30,35 @@ bool isDigitOf(Char c, bool hexadecimal)
     return text::isDigit(c) || (hexadecimal && lower >= 'a' && lower <= 'f');
 }
 
-/// The powers of ten that doubles are without rounding.
-constexpr std::array POWERS{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                            1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-
 /// A decimal number of a few digits, as most are: its digits and its power of ten are doubles without rounding, so that
 /// one operation makes the nearest double of them. 0 units for whatever else stands there.
 Scanned<double> scanExact(TextView text)
 {
-    constexpr int LARGEST_POWER = POWERS.size() - 1;
-    constexpr std::uint64_t LARGEST = std::uint64_t(1) << std::numeric_limits<double>::digits;
-    constexpr std::ptrdiff_t MOST_DIGITS = std::numeric_limits<std::uint64_t>::digits10;
+    constexpr std::ptrdiff_t LARGEST_POWER = EXACT_POWERS.size() - 1;
     constexpr std::ptrdiff_t MOST_EXPONENT_DIGITS = 4;
 
-    const Char* p = text.data();
-    const Char* const end = p + text.size();
-    // Too many digits wrap around, and are refused afterwards.
-    const auto readDigits = [end](const Char* from, std::uint64_t& value)
-    {
-        for (; from != end && text::isDigit(*from); ++from)
-            value = value * 10 + static_cast<std::uint64_t>(*from - '0');
-        return from;
-    };
-    std::uint64_t digits = 0;
-    const Char* const point = p = readDigits(p, digits);
-    std::ptrdiff_t count = p - text.data();
-    std::ptrdiff_t exponent = 0;
-    if (p != end && *p == '.')
-    {
-        p = readDigits(point + 1, digits);
-        exponent = point + 1 - p;
-        count -= exponent;
-    }
-    if (count == 0 || count > MOST_DIGITS || digits > LARGEST) return {};
-    if (p != end && (*p | 0x20) == 'x') return {};
+    const Char* const end = text.data() + text.size();
+    Decimal decimal;
+    const Char* p = readDecimal(text.data(), end, decimal);
+    if (p == nullptr || (p != end && (*p | 0x20) == 'x')) return {};
     if (p != end && (*p | 0x20) == 'e')
     {
         const Char* const first = p + 1 + signLength(withoutFront(text, static_cast<std::size_t>(p + 1 - text.data())));
         std::uint64_t power = 0;
-        const Char* const last = readDigits(first, power);
+        const Char* const last = appendDigits(first, end, power);
         if (last - first > MOST_EXPONENT_DIGITS) return {};
         if (last != first)
         {
-            exponent += first[-1] == '-' ? -static_cast<std::ptrdiff_t>(power) : static_cast<std::ptrdiff_t>(power);
+            const auto moved = static_cast<std::ptrdiff_t>(power);
+            decimal.exponent += first[-1] == '-' ? -moved : moved;
             p = last;
         }
     }
-    if (exponent < -LARGEST_POWER || exponent > LARGEST_POWER) return {};
-    const auto value = static_cast<double>(digits);
+    if (decimal.exponent < -LARGEST_POWER || decimal.exponent > LARGEST_POWER) return {};
+    const auto value = static_cast<double>(decimal.digits);
     const auto length = static_cast<std::size_t>(p - text.data());
-    if (exponent > 0) return {value * POWERS[static_cast<std::size_t>(exponent)], length};
-    return {value / POWERS[static_cast<std::size_t>(-exponent)], length};
+    if (decimal.exponent > 0) return {value * EXACT_POWERS[static_cast<std::size_t>(decimal.exponent)], length};
+    return {value / EXACT_POWERS[static_cast<std::size_t>(-decimal.exponent)], length};
 }
 
 /// A number by its grammar, as std::from_chars takes it: narrow, without sign and base prefix.

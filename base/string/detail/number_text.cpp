@@ -83,13 +83,39 @@ void writeDigits(Char* out, std::uint64_t value)
     if constexpr (REST % 2 != 0) *out = static_cast<Char>('0' + value % 10);
 }
 
+#ifdef __SIZEOF_INT128__
+
+/// Four digits side by side, the first in the lowest bits.
+std::uint64_t fourDigits(std::uint32_t value)
+{
+    std::uint32_t pairs[2];
+    std::memcpy(&pairs[0], &DIGIT_PAIRS[2 * (value / 100)], sizeof pairs[0]);
+    std::memcpy(&pairs[1], &DIGIT_PAIRS[2 * (value % 100)], sizeof pairs[1]);
+    return pairs[0] | static_cast<std::uint64_t>(pairs[1]) << 32;
+}
+
+/// Writes a value of at most eight digits, and units without meaning behind it: eight in all. The zeros in front are
+/// shifted out, because how many digits there are is nothing that a branch could be foretold by.
+Char* writeUpToEight(Char* out, std::uint32_t value)
+{
+    static_assert(std::endian::native == std::endian::little);
+    __extension__ using Wide = unsigned __int128;
+    constexpr int UNITS = 8;
+    constexpr int BITS = 16;
+    const int count = countDigits(value);
+    Wide digits = fourDigits(value / 10000) | static_cast<Wide>(fourDigits(value % 10000)) << 64;
+    digits >>= BITS * (UNITS - count);
+    std::memcpy(out, &digits, sizeof digits);
+    return out + count;
+}
+
+#endif
+
 Char* writeInteger(Char* out, std::uint64_t value)
 {
-    if (value < 10)
-    {
-        *out = static_cast<Char>('0' + value);
-        return out + 1;
-    }
+#ifdef __SIZEOF_INT128__
+    if (value < EIGHT) return writeUpToEight(out, static_cast<std::uint32_t>(value));
+#endif
     const int count = countDigits(value);
     writeDigits(out, value, count);
     return out + count;

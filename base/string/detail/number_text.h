@@ -11,8 +11,12 @@ namespace Oxa_1_1::detail
 
 /// Room for every 64-bit integer with its sign.
 inline constexpr std::size_t INTEGER_CAPACITY = 20;
-/// Room for every double in the fixed notation of its rule.
+/// Room for every double in the notation of its rule, and for those within MOST_SHORT of zero.
+/// @{
 inline constexpr std::size_t FLOATING_CAPACITY = 320;
+inline constexpr std::size_t SHORT_CAPACITY = 32;
+inline constexpr double MOST_SHORT = 1e18;
+/// @}
 
 /// How many digits a floating-point number is written with.
 struct FloatingRule
@@ -26,7 +30,7 @@ struct FloatingRule
 inline constexpr FloatingRule FLOAT_RULE{5, 4};
 inline constexpr FloatingRule DOUBLE_RULE{9, 8};
 
-/// Each writes to `out` and returns the number of units written.
+/// Each writes to `out`, which has room for the capacity, and returns the number of units that count.
 std::size_t writeSigned(Char* out, long long value) noexcept;
 std::size_t writeUnsigned(Char* out, unsigned long long value) noexcept;
 

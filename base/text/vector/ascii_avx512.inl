@@ -100,3 +100,55 @@ inline void narrowAsciiAvx512(const Char* units, std::size_t length, char* bytes
     if (i < length)
         _mm256_mask_storeu_epi8(bytes + i, lowUnits(length - i), _mm512_cvtepi16_epi8(loadSome(units + i, length - i)));
 }
+
+inline void markControlsAvx512(const char* bytes, std::size_t blocks, std::uint64_t* marks)
+{
+    const __m512i bound = _mm512_set1_epi8(static_cast<char>(0xA0));
+    for (std::size_t i = 0; i < blocks; ++i)
+        marks[i] = _mm512_cmplt_epi8_mask(_mm512_loadu_si512(bytes + i * VECTOR_BYTES), bound);
+}
+
+inline __m512i lowerAscii512(__m512i units)
+{
+    const __mmask32 upper = _mm512_cmplt_epu16_mask(_mm512_sub_epi16(units, splat512('A')), splat512(26));
+    return _mm512_mask_add_epi16(units, upper, units, splat512(0x20));
+}
+
+/// Where zeros or other units stand among the `count` at both, at most a vector of them.
+template <bool IGNORES_CASE>
+unsigned findStops(const Char* a, const Char* b, std::size_t count)
+{
+    const __m512i unitsA = loadSome(a, count);
+    const __m512i unitsB = loadSome(b, count);
+    const __mmask32 zeros = _mm512_testn_epi16_mask(unitsA, unitsA) & lowUnits(count);
+    if (IGNORES_CASE) return zeros | _mm512_cmpneq_epu16_mask(lowerAscii512(unitsA), lowerAscii512(unitsB));
+    return zeros | _mm512_cmpneq_epu16_mask(unitsA, unitsB);
+}
+
+/// From the unit `i` on. Only letters beyond ASCII come here, so that others are spared what calls for them take.
+OXA_KEPT_APART int compareLoweredFrom512(const Char* a, const Char* b, std::size_t length, std::size_t i)
+{
+    for (; i < length; i += VECTOR_UNITS)
+        for (unsigned stops = findStops<true>(a + i, b + i, length - i); stops != 0; stops &= stops - 1)
+        {
+            const std::size_t place = i + static_cast<std::size_t>(trailingZeros(stops));
+            const int difference = a[place] == b[place] ? 0 : lowerUnit(a[place]) - lowerUnit(b[place]);
+            if (difference != 0 || a[place] == 0) return difference;
+        }
+    return 0;
+}
+
+template <bool IGNORES_CASE>
+int compareAvx512(const Char* a, const Char* b, std::size_t length)
+{
+    for (std::size_t i = 0; i < length; i += VECTOR_UNITS)
+    {
+        const unsigned stops = findStops<IGNORES_CASE>(a + i, b + i, length - i);
+        if (stops == 0) continue;
+        const std::size_t place = i + static_cast<std::size_t>(trailingZeros(stops));
+        if (!IGNORES_CASE) return a[place] - b[place];
+        if ((a[place] | b[place]) < 0x80) return lowerAsciiUnit(a[place]) - lowerAsciiUnit(b[place]);
+        return compareLoweredFrom512(a, b, length, place);
+    }
+    return 0;
+}

@@ -16,6 +16,7 @@ struct Avx2
     static Register equal(Register a, Register b) { return _mm256_cmpeq_epi16(a, b); }
     static Register either(Register a, Register b) { return _mm256_or_si256(a, b); }
     static Register both(Register a, Register b) { return _mm256_and_si256(a, b); }
+    static Register butNot(Register a, Register b) { return _mm256_andnot_si256(b, a); }
 
     static unsigned mask(Register r) { return static_cast<unsigned>(_mm256_movemask_epi8(r)); }
     static std::size_t firstUnit(unsigned mask) { return Sse2::firstUnit(mask); }
@@ -41,6 +42,12 @@ struct Avx2
     {
         const Register packed = _mm256_packus_epi16(load(units), load(units + UNITS));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes), _mm256_permute4x64_epi64(packed, 0xD8));
+    }
+
+    // As signed numbers they are the lowest ones.
+    static unsigned controls(const char* bytes)
+    {
+        return mask(_mm256_cmpgt_epi8(_mm256_set1_epi8(static_cast<char>(0xA0)), loadBytes(bytes)));
     }
 
     static std::size_t countUnits(const char* bytes)

@@ -48,8 +48,7 @@ constinit const std::array KERNELS{&SCALAR_KERNELS, &SSE2_KERNELS, &AVX2_KERNELS
 
 std::size_t countAvailable() { return std::size_t{2} + static_cast<std::size_t>(vectorLevel()); }
 
-// Usable before this file is initialised, and better afterwards.
-constinit const TextKernels* active = &SSE2_KERNELS;
+constexpr const TextKernels& PLAIN_KERNELS = SSE2_KERNELS;
 
 #else
 
@@ -57,15 +56,20 @@ constinit const std::array KERNELS{&SCALAR_KERNELS};
 
 std::size_t countAvailable() { return 1; }
 
-constinit const TextKernels* active = &SCALAR_KERNELS;
+constexpr const TextKernels& PLAIN_KERNELS = SCALAR_KERNELS;
 
 #endif
 
-[[maybe_unused]] const bool upgraded = (active = KERNELS[countAvailable() - 1]) != nullptr;
-
 }  // namespace
 
-const TextKernels& textKernels() noexcept { return *active; }
+constinit const TextKernels* activeTextKernels = &PLAIN_KERNELS;
+
+namespace
+{
+
+[[maybe_unused]] const bool upgraded = (activeTextKernels = KERNELS[countAvailable() - 1]) != nullptr;
+
+}  // namespace
 
 std::span<const TextKernels* const> availableTextKernels() noexcept
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 #include "base/char.h"
@@ -35,6 +36,9 @@ struct TextKernels
     void (*widenBytes)(const char* bytes, std::size_t length, Char* units);
     void (*narrowAscii)(const Char* units, std::size_t length, char* bytes);
 
+    // For each block of 64 bytes, a bit for each that is from 0x80 to 0x9F: the controls of Latin-1.
+    void (*markControls)(const char* bytes, std::size_t blocks, std::uint64_t* marks);
+
     // The units that well-formed UTF-8 becomes, and the bytes of UTF-8 that any units become.
     std::size_t (*countUnits)(const char* bytes, std::size_t length);
     std::size_t (*countBytes)(const Char* units, std::size_t length);
@@ -47,8 +51,11 @@ struct TextKernels
     void (*escape)(const Char* text, std::size_t length, bool unicode, Char* out);
 };
 
+/// Usable before static objects are made, and the best ones afterwards.
+extern const TextKernels* activeTextKernels;
+
 /// Those for this processor.
-const TextKernels& textKernels() noexcept;
+inline const TextKernels& textKernels() noexcept { return *activeTextKernels; }
 
 /// All that this processor can run, the plainest first.
 std::span<const TextKernels* const> availableTextKernels() noexcept;

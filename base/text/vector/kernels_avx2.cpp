@@ -34,6 +34,7 @@ constinit const TextKernels AVX2_KERNELS{
     countAsciiUnits<Avx2>,
     widenBytes<Avx2>,
     narrowAscii<Avx2>,
+    markControls<Avx2>,
     countUnits<Avx2>,
     countBytes<Avx2>,
     decodeUtf8Avx2,

@@ -22,18 +22,20 @@ namespace
 
 }  // namespace
 
-// Searches and escapes gain nothing from wider vectors: they wait for memory, or for the next hit.
+// Searches and escapes gain nothing from wider vectors: they wait for memory, or for the next hit. Comparisons gain
+// from masks: most texts are short, and what is left of them behind the last whole vector takes no loop of its own.
 constinit const TextKernels AVX512_KERNELS{
     "avx512",
     true,
     findUnit<Avx2>,
     findText<Avx2>,
-    compareUnits<Avx2>,
-    compareUnitsIgnoreCase<Avx2>,
+    compareAvx512<false>,
+    compareAvx512<true>,
     countAsciiBytesAvx512,
     countAsciiUnitsAvx512,
     widenBytesAvx512,
     narrowAsciiAvx512,
+    markControlsAvx512,
     countUnitsAvx512,
     countBytesAvx512,
     decodeUtf8Avx512,

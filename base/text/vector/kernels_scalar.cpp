@@ -1,5 +1,6 @@
 // For any processor.
 
+#include <cstdint>
 #include <type_traits>
 
 #include "base/text/character.h"
@@ -32,6 +33,7 @@ constinit const TextKernels SCALAR_KERNELS{
     countAsciiUnits<Scalar>,
     widenBytes<Scalar>,
     narrowAscii<Scalar>,
+    markControls<Scalar>,
     countUnits<Scalar>,
     countBytes<Scalar>,
     none,

@@ -37,6 +37,7 @@ constinit const TextKernels SSE2_KERNELS{
     countAsciiUnits<Sse2>,
     widenBytes<Sse2>,
     narrowAscii<Sse2>,
+    markControls<Sse2>,
     countUnits<Sse2>,
     countBytes<Sse2>,
     none,

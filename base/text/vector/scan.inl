@@ -51,7 +51,8 @@ std::size_t findTextBy(const Char* text, std::size_t places, const Char* pattern
     if constexpr (std::is_same_v<V, Scalar>)
     {
         for (; i < places && text[i] != 0; ++i)
-            if (text[i] == pattern[0] && text[i + last] == pattern[last] && sameUnits(text + i, pattern, last)) return i;
+            if (text[i] == pattern[0] && text[i + last] == pattern[last] && sameUnits(text + i, pattern, last))
+                return i;
         return NOT_FOUND;
     }
     else
@@ -77,65 +78,58 @@ std::size_t findTextBy(const Char* text, std::size_t places, const Char* pattern
 }
 
 template <class V>
-int compareUnitsBy(const Char* a, const Char* b, std::size_t length, std::size_t i)
+int compareUnitsBy(const Char* a, const Char* b, std::size_t length)
 {
     if constexpr (std::is_same_v<V, Scalar>)
     {
-        for (; i < length; ++i)
+        for (std::size_t i = 0; i < length; ++i)
             if (a[i] != b[i] || a[i] == 0) return a[i] - b[i];
         return 0;
     }
     else
     {
+        if (length < V::UNITS) return compareUnitsBy<typename V::Half>(a, b, length);
         const auto zero = V::splat(0);
-        for (; length - i >= V::UNITS; i += V::UNITS)
+        for (std::size_t i = 0; i < length; i += V::UNITS)
         {
+            // The last vector looks once more at what the one before it found the same.
+            if (length - i < V::UNITS) i = length - V::UNITS;
             const auto unitsA = V::load(a + i);
-            const unsigned same = V::mask(V::equal(unitsA, V::load(b + i)));
-            const unsigned stops = (same ^ V::ALL) | V::mask(V::equal(unitsA, zero));
-            if (stops == 0) continue;
-            const std::size_t place = i + V::firstUnit(stops);
+            const unsigned same = V::mask(V::butNot(V::equal(unitsA, V::load(b + i)), V::equal(unitsA, zero)));
+            if (same == V::ALL) continue;
+            const std::size_t place = i + V::firstUnit(same ^ V::ALL);
             return a[place] - b[place];
         }
-        return compareUnitsBy<typename V::Half>(a, b, length, i);
+        return 0;
     }
 }
 
-inline Char lowerUnit(Char c)
+inline int lowerAsciiUnit(Char c) { return c >= 'A' && c <= 'Z' ? c | 0x20 : c; }
+
+inline int lowerUnit(Char c) { return c < 0x80 ? lowerAsciiUnit(c) : detail::lowerBeyondAscii(c); }
+
+/// Which units of a vector at both are zero, or differ after lowering ASCII.
+template <class V>
+unsigned loweredStops(const Char* a, const Char* b)
 {
-    if (c >= 0x80) return detail::lowerBeyondAscii(c);
-    return static_cast<Char>(c >= 'A' && c <= 'Z' ? c | 0x20 : c);
+    const auto units = V::load(a);
+    const auto same = V::equal(V::lowerAscii(units), V::lowerAscii(V::load(b)));
+    return V::mask(V::butNot(same, V::equal(units, V::splat(0)))) ^ V::ALL;
 }
 
-/// Units that are the same after lowering ASCII go on as a whole. A block with others, or with a zero, is done one by
-/// one, and the vectors take over again behind it.
+/// From the unit `i` on: a block with a stop is done one by one, and the vectors take over again behind it. Only
+/// letters beyond ASCII come here, so that others are spared what calls for them take.
 template <class V>
-int compareIgnoreCaseBy(const Char* a, const Char* b, std::size_t length, std::size_t i)
+OXA_KEPT_APART int compareLoweredFrom(const Char* a, const Char* b, std::size_t length, std::size_t i)
 {
-    constexpr std::size_t STEP = []
+    constexpr bool BY_ONE = std::is_same_v<V, Scalar>;
+    std::size_t end = length;
+    for (; i < length; i = end)
     {
-        if constexpr (std::is_same_v<V, Scalar>)
-            return std::size_t(-1);
-        else
-            return V::UNITS;
-    }();
-
-    while (i < length)
-    {
-        std::size_t end = length;
-        if constexpr (!std::is_same_v<V, Scalar>)
+        if constexpr (!BY_ONE)
         {
-            if (length - i < STEP) return compareIgnoreCaseBy<typename V::Half>(a, b, length, i);
-            const auto unitsA = V::load(a + i);
-            const auto same = V::equal(V::lowerAscii(unitsA), V::lowerAscii(V::load(b + i)));
-            const unsigned stops = (V::mask(same) ^ V::ALL) | V::mask(V::equal(unitsA, V::splat(0)));
-            if (stops == 0)
-            {
-                i += STEP;
-                continue;
-            }
-            end = i + STEP;
-            i += V::firstUnit(stops);
+            end = length - i < V::UNITS ? length : i + V::UNITS;
+            if (end == i + V::UNITS && loweredStops<V>(a + i, b + i) == 0) continue;
         }
         for (; i < end; ++i)
         {
@@ -144,6 +138,28 @@ int compareIgnoreCaseBy(const Char* a, const Char* b, std::size_t length, std::s
         }
     }
     return 0;
+}
+
+template <class V>
+int compareIgnoreCaseBy(const Char* a, const Char* b, std::size_t length)
+{
+    if constexpr (std::is_same_v<V, Scalar>)
+        return compareLoweredFrom<V>(a, b, length, 0);
+    else
+    {
+        if (length < V::UNITS) return compareIgnoreCaseBy<typename V::Half>(a, b, length);
+        for (std::size_t i = 0; i < length; i += V::UNITS)
+        {
+            // The last vector looks once more at what the one before it found the same.
+            if (length - i < V::UNITS) i = length - V::UNITS;
+            const unsigned stops = loweredStops<V>(a + i, b + i);
+            if (stops == 0) continue;
+            const std::size_t place = i + V::firstUnit(stops);
+            if ((a[place] | b[place]) < 0x80) return lowerAsciiUnit(a[place]) - lowerAsciiUnit(b[place]);
+            return compareLoweredFrom<V>(a, b, length, place);
+        }
+        return 0;
+    }
 }
 
 template <class V>
@@ -162,13 +178,13 @@ std::size_t findText(const Char* text, std::size_t length, const Char* pattern, 
 template <class V>
 int compareUnits(const Char* a, const Char* b, std::size_t length)
 {
-    return compareUnitsBy<V>(a, b, length, 0);
+    return compareUnitsBy<V>(a, b, length);
 }
 
 template <class V>
 int compareUnitsIgnoreCase(const Char* a, const Char* b, std::size_t length)
 {
-    return compareIgnoreCaseBy<V>(a, b, length, 0);
+    return compareIgnoreCaseBy<V>(a, b, length);
 }
 
 template <class V>
@@ -226,6 +242,20 @@ void narrowAscii(const Char* units, std::size_t length, char* bytes)
     if constexpr (!std::is_same_v<V, Scalar>)
         for (; length - i >= 2 * V::UNITS; i += 2 * V::UNITS) V::narrow(units + i, bytes + i);
     for (; i < length; ++i) bytes[i] = static_cast<char>(units[i]);
+}
+
+template <class V>
+void markControls(const char* bytes, std::size_t blocks, std::uint64_t* marks)
+{
+    constexpr std::size_t BLOCK = 64;
+    for (; blocks != 0; --blocks, bytes += BLOCK, ++marks)
+    {
+        *marks = 0;
+        if constexpr (std::is_same_v<V, Scalar>)
+            for (std::size_t i = 0; i < BLOCK; ++i) *marks |= std::uint64_t((bytes[i] & 0xE0) == 0x80) << i;
+        else
+            for (std::size_t i = 0; i < BLOCK; i += 2 * V::UNITS) *marks |= std::uint64_t(V::controls(bytes + i)) << i;
+    }
 }
 
 template <class V>

@@ -16,6 +16,7 @@ struct Sse2
     static Register equal(Register a, Register b) { return _mm_cmpeq_epi16(a, b); }
     static Register either(Register a, Register b) { return _mm_or_si128(a, b); }
     static Register both(Register a, Register b) { return _mm_and_si128(a, b); }
+    static Register butNot(Register a, Register b) { return _mm_andnot_si128(b, a); }
 
     // Masks have two bits a unit.
     static unsigned mask(Register r) { return static_cast<unsigned>(_mm_movemask_epi8(r)); }
@@ -26,10 +27,7 @@ struct Sse2
         return mask & (mask - 1);
     }
 
-    static bool isAscii(Register r)
-    {
-        return mask(equal(_mm_and_si128(r, splat(0xFF80)), _mm_setzero_si128())) == ALL;
-    }
+    static bool isAscii(Register r) { return mask(equal(_mm_and_si128(r, splat(0xFF80)), _mm_setzero_si128())) == ALL; }
 
     static Register lowerAscii(Register r)
     {
@@ -50,6 +48,12 @@ struct Sse2
     static void narrow(const Char* units, char* bytes)
     {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(load(units), load(units + UNITS)));
+    }
+
+    // As signed numbers they are the lowest ones.
+    static unsigned controls(const char* bytes)
+    {
+        return mask(_mm_cmpgt_epi8(_mm_set1_epi8(static_cast<char>(0xA0)), loadBytes(bytes)));
     }
 
     static std::size_t countUnits(const char* bytes)

@@ -19,25 +19,16 @@ set_target_properties(diagnostics_plugin PROPERTIES PREFIX "" OUTPUT_NAME diagno
 add_dependencies(diagnostics_test diagnostics_plugin)
 
 if(WIN32)
-  find_program(xvfb Xvfb)
-  find_program(xdotool xdotool)
-  if(xvfb AND xdotool)
-    add_test(NAME diagnostics_message_box COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/diagnostics/windows/press_button.sh
-      ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:diagnostics_ask>)
-    set_tests_properties(diagnostics_message_box PROPERTIES
-      ENVIRONMENT OXA_WINEPREFIX=${PROJECT_BINARY_DIR}/wine-screen)
-  endif()
   oxa_add_diagnostics_program(wait)
   target_compile_options(diagnostics_wait PRIVATE -gdwarf-4)
-  add_dependencies(diagnostics_test diagnostics_wait)
   oxa_add_diagnostics_program(no_reader)
   add_test(NAME diagnostics_no_reader COMMAND diagnostics_no_reader)
   set_tests_properties(diagnostics_no_reader PROPERTIES ENVIRONMENT "WINEDLLOVERRIDES=mscoree,mshtml,dbghelp=")
-else()
-  add_dependencies(diagnostics_test diagnostics_ask)
+  add_dependencies(diagnostics_test diagnostics_wait)
 endif()
+add_dependencies(diagnostics_test diagnostics_ask)
 
-foreach(test diagnostics_bare diagnostics_message_box diagnostics_no_reader)
+foreach(test diagnostics_bare diagnostics_no_reader)
   if(TEST ${test})
     set_tests_properties(${test} PROPERTIES TIMEOUT 600)
   endif()

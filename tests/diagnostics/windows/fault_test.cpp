@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/platform/windows/windows_api.h"
 #include "tests/diagnostics/stack_samples.h"
+#include "tests/diagnostics/windows/child_program.h"
 
 namespace Oxa_1_1
 {
@@ -11,6 +11,7 @@ namespace Oxa_1_1
 namespace
 {
 
+using test::ChildProgram;
 using test::RecordingWalker;
 
 RecordingWalker* faultWalker = nullptr;
@@ -38,20 +39,14 @@ TEST(StackWalkerFault, WalksFromTheRegistersOfAnException)
 
 TEST(StackWalkerFault, WalksAnotherProcess)
 {
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    std::string command(MAX_PATH, 0);
-    command.resize(GetModuleFileNameA(nullptr, command.data(), MAX_PATH));
-    command.replace(command.find_last_of('\\') + 1, std::string::npos, "diagnostics_wait.exe");
-    ASSERT_NE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process),
-              0);
+    const ChildProgram program("diagnostics_wait.exe");
+    ASSERT_TRUE(program.runs());
     // Until it sleeps where it is to be found.
     for (int attempt = 1;; ++attempt)
     {
         Sleep(500);
-        RecordingWalker walker(StackWalker::AllOptions, nullptr, process.dwProcessId, process.hProcess);
-        const bool isWalked = walker.ShowCallstack(process.hThread) != 0;
+        RecordingWalker walker(StackWalker::AllOptions, nullptr, program.id(), program.process());
+        const bool isWalked = walker.ShowCallstack(program.thread()) != 0;
         if (walker.framesNamed("knownFunction<").size() != 9U && attempt < 60) continue;
         EXPECT_TRUE(isWalked);
         EXPECT_EQ(walker.framesNamed("knownFunction<").size(), 9U);
@@ -60,13 +55,9 @@ TEST(StackWalkerFault, WalksAnotherProcess)
         break;
     }
     // The number of the process is enough.
-    RecordingWalker byNumber(StackWalker::AllOptions, nullptr, process.dwProcessId);
-    EXPECT_TRUE(byNumber.ShowCallstack(process.hThread));
+    RecordingWalker byNumber(StackWalker::AllOptions, nullptr, program.id());
+    EXPECT_TRUE(byNumber.ShowCallstack(program.thread()));
     EXPECT_EQ(byNumber.framesNamed("knownFunction<").size(), 9U);
-    TerminateProcess(process.hProcess, 0);
-    WaitForSingleObject(process.hProcess, 10000);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
 }
 
 }  // namespace

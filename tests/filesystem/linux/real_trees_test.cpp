@@ -57,6 +57,19 @@ std::string describe(const fs::path& path)
     return text.str();
 }
 
+/// Cuts a file as soon as a part of it is copied.
+class Cutter final : public IProgress
+{
+   public:
+    Cutter(fs::path file, std::size_t size) : m_file(std::move(file)), m_size(size) {}
+    void onProgress(double) override { fs::resize_file(m_file, m_size); }
+    void onItem(const std::string&) override {}
+
+   private:
+    fs::path m_file;
+    std::size_t m_size;
+};
+
 std::set<std::string> namesIn(const fs::path& folder)
 {
     std::set<std::string> names;
@@ -171,6 +184,21 @@ void makeDeep(const fs::path& top, int levels)
 }
 
 /// With few open files and a small stack.
+TEST(RealTrees, MayHaveFilesThatAreCutWhileTheyAreCopied)
+{
+    constexpr std::size_t MEBI = 1 << 20;
+    std::string content(3 * MEBI + 5000, '\0');
+    for (std::size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 2654435761U >> 16);
+    const TempFolder temp;
+    for (const std::size_t size : {MEBI, MEBI + 1, 2 * MEBI - 1, 2 * MEBI + 4096, content.size()})
+    {
+        temp.write("a", content);
+        const auto cutter = std::make_shared<Cutter>(temp.path("a"), size);
+        EXPECT_EQ(temp.file("a")->copy(*temp.file("b"), true, cutter), 0);
+        EXPECT_TRUE(temp.read("b") == content.substr(0, size)) << size;
+    }
+}
+
 TEST(RealTrees, MayBeOfAnyDepth)
 {
     const TempFolder temp;

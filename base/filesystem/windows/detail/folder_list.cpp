@@ -10,13 +10,6 @@
 namespace Oxa_1_1::detail
 {
 
-namespace
-{
-
-/// Behind the last entry of a folder.
-
-}  // namespace
-
 bool checkSearchString(const String& pattern)
 {
     if (isValidSearchString(pattern)) return true;

@@ -20,8 +20,6 @@ namespace
 
 using platform::Links;
 
-/// Behind the last entry of a folder.
-
 class TreeList
 {
    public:

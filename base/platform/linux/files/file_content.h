@@ -71,6 +71,8 @@ class FileContent
     bool reserve() const;
     bool copyParts();
     bool copyUntil(std::uint64_t end);
+    bool copyMapped(std::uint64_t end);
+    bool readUntil(std::uint64_t end);
     bool writeAll(std::size_t size);
 
     int m_from;

@@ -119,12 +119,12 @@ std::size_t walkCaller(const formats::Registers& registers, detail::FrameList li
     return walkFrom(OwnSource(), registers, list);
 }
 
-/// The frame that a function was called from, by its own: its frame pointer is saved there, below the return address.
-OXA_READS_FOREIGN_STACKS QuickStart callerOf(const void* frame, const void* returnAddress)
+/// Where a function was called, by its own frame: the caller's frame pointer is saved there, below the return address.
+OXA_READS_FOREIGN_STACKS QuickStart callerOf(const void* frame)
 {
     const auto place = reinterpret_cast<std::uintptr_t>(frame);
-    return {reinterpret_cast<std::uintptr_t>(returnAddress), place + 2 * sizeof(std::uint64_t), detail::wordAt(place),
-            true};
+    constexpr std::size_t WORD = sizeof(std::uint64_t);
+    return {detail::wordAt(place + WORD), place + 2 * WORD, detail::wordAt(place), true};
 }
 
 constexpr pid_t CALLING_THREAD = 0;
@@ -196,21 +196,26 @@ std::size_t walkStack(const WalkRequest& walk, std::span<StackFrame> frames)
 
 std::size_t captureStack(std::span<void*> addresses, const void* innermost) noexcept
 {
-    const auto bound = reinterpret_cast<std::uintptr_t>(innermost == nullptr ? OXA_CURRENT_FRAME : innermost);
-    std::size_t count = 0;
-    const auto add = [&](std::uint64_t address, std::uint64_t stackPointer, bool)
+    const void* const frame = innermost == nullptr ? OXA_CURRENT_FRAME : innermost;
+    void** next = addresses.data();
+    void** const end = next + addresses.size();
+    const auto add = [&](std::uint64_t address, std::uint64_t, bool)
     {
-        if (count == addresses.size()) return false;
-        // Once outside, all further frames count: a signal may have come in on a stack that lies elsewhere.
-        if (count > 0 || stackPointer > bound) addresses[count++] = reinterpret_cast<void*>(address);
+        if (next == end) return false;
+        *next++ = reinterpret_cast<void*>(address);
         return true;
     };
-    if (walkQuickly(callerOf(OXA_CURRENT_FRAME, __builtin_return_address(0)), add)) return count;
-    count = 0;
+    if (walkQuickly(callerOf(frame), add)) return static_cast<std::size_t>(next - addresses.data());
+
+    next = addresses.data();
     formats::Registers registers;
     captureRegisters(registers);
-    formats::walkFrames(OwnSource(), registers, add);
-    return count;
+    const auto bound = reinterpret_cast<std::uintptr_t>(frame);
+    // Once outside, all further frames count: a signal may have come in on a stack that lies elsewhere.
+    const auto addOutside = [&](std::uint64_t address, std::uint64_t stackPointer, bool isAfterCall)
+    { return (next == addresses.data() && stackPointer <= bound) || add(address, stackPointer, isAfterCall); };
+    formats::walkFrames(OwnSource(), registers, addOutside);
+    return static_cast<std::size_t>(next - addresses.data());
 }
 
 HANDLE openCurrentThread() noexcept { return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(currentThread())); }

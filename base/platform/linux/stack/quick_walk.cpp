@@ -11,8 +11,6 @@ using formats::UnwindTable;
 namespace detail
 {
 
-constinit RuleCache ruleCache;
-
 std::uint64_t findRule(const UnwindTable& table, std::uint64_t address, std::uint64_t instruction)
 {
     const std::uint64_t beside = ruleCache.findBeside(address, instruction, table.stamp);

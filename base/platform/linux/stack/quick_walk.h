@@ -100,8 +100,7 @@ class RuleCache
     }
 
    private:
-    static constexpr unsigned INDEX_BITS = 12;
-    static constexpr unsigned SLOT_BITS = 4;
+    static constexpr std::size_t SLOTS = 4096;
 
     struct Slot
     {
@@ -126,11 +125,9 @@ class RuleCache
         }
     };
 
-    /// In bytes. Each frame waits for the one before it, so a product, and even one more shift, would take too long.
-    static std::size_t placeOf(std::uint64_t address)
-    {
-        return (address << SLOT_BITS ^ address >> (INDEX_BITS - SLOT_BITS)) & (sizeof(m_slots) - sizeof(Slot));
-    }
+    /// In bytes: half a slot for each address, of which no two that calls return to are neighbours. Each frame waits
+    /// for the one before it, so that one step more, to mix in the higher bits, would show.
+    static std::size_t placeOf(std::uint64_t address) { return (address & (2 * SLOTS - 2)) * (sizeof(Slot) / 2); }
     Slot& slotAt(std::size_t place)
     {
         return *reinterpret_cast<Slot*>(reinterpret_cast<char*>(m_slots.data()) + place);
@@ -143,11 +140,10 @@ class RuleCache
         return instruction ^ stamp ^ rule * 0x9E3779B97F4A7C15U;
     }
 
-    static_assert(sizeof(Slot) == std::size_t{1} << SLOT_BITS);
-    std::array<Slot, std::size_t{1} << INDEX_BITS> m_slots{};
+    std::array<Slot, SLOTS> m_slots{};
 };
 
-extern RuleCache ruleCache;
+inline constinit RuleCache ruleCache;
 
 /// The rule as the tables have it, which is remembered.
 std::uint64_t findRule(const formats::UnwindTable& table, std::uint64_t address, std::uint64_t instruction);
