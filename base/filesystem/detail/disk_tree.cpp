@@ -253,19 +253,20 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     OpenTarget place;
     TreeMove::Target kind = TreeMove::Target::FOUND;
     if (isEmptied) place.folder = to.open(Links::REFUSE);
-    if (place.folder.isOpen())
+    const bool isFolderItself = place.folder.isOpen();
+    if (!isFolderItself) place = openOrMake(target);
+    if (!place.folder.isOpen()) return false;
+    // Somebody may have put another folder there, or a link to one, of which nothing is known.
+    if (wasThere && place.folder.identity() != places.front()) return refuseMove(EXCHANGED, from, to);
+    if (isFolderItself)
     {
-        // Somebody may have put another folder there, of which nothing is known.
-        if (place.folder.identity() != places.front()) return refuseMove(EXCHANGED, from, to);
         removeTreeContents(to.way(place.folder), true, platform::ReadOnlyFiles::STAY);
         kind = TreeMove::Target::EMPTIED;
     }
-    else
+    else if (place.isMade)
     {
-        place = openOrMake(target);
-        if (place.isMade) kind = TreeMove::Target::MADE;
+        kind = TreeMove::Target::MADE;
     }
-    if (!place.folder.isOpen()) return false;
     return move.run(to.way(std::move(place.folder)), to.written(), kind);
 }
 

@@ -39,6 +39,8 @@ void makeWorld(const TempFolder& temp)
     fs::create_symlink("../outside/y", temp.path("source/way"));
     fs::create_symlink("other", temp.path("link"));
     fs::create_symlink("outside", temp.path("decoy"));
+    fs::create_symlink("nowhere", temp.path("lost"));
+    fs::create_symlink("nothing", temp.path("gone"));
 }
 
 const TreeOptions KEEP_GOING;
@@ -75,6 +77,8 @@ constexpr std::array OPERATIONS{
               [](const TempFolder& t) { return t.file("single")->copy(*t.file("other"), true, {}) == 0; }, true},
     Operation{"replace behind a link",
               [](const TempFolder& t) { return t.file("single")->copy(*t.file("link"), true, {}) == 0; }, true},
+    Operation{"replace a lost link",
+              [](const TempFolder& t) { return t.file("lost")->copy(*t.file("gone"), true, {}) == 0; }, true},
     Operation{"move a file", [](const TempFolder& t) { return t.file("single")->move(*t.file("new"), false); }, true},
     Operation{"move over a file", [](const TempFolder& t) { return t.file("single")->move(*t.file("other"), true); },
               true},
@@ -255,6 +259,28 @@ TEST_P(FailingCalls, FindNoWayOutsideThroughExchangedFolders)
             EXPECT_EQ(after, before) << folder << " before call " << number;
             if (HasFailure()) return;
         }
+}
+
+// From a few calls on, the target has been looked at, and then it is that one or none.
+TEST(ReplacingMove, DoesNotGoWhereAnExchangedTargetLeads)
+{
+    const TempFolder temp;
+    Messages messages;
+    for (int number = 10; number < 40; ++number)
+    {
+        makeWorld(temp);
+        temp.write("outside/a", "another");
+        SystemCalls calls(
+            [&](int call)
+            {
+                if (call == number)
+                    renameat2(AT_FDCWD, temp.path("target").c_str(), AT_FDCWD, temp.path("decoy").c_str(),
+                              RENAME_EXCHANGE);
+                return 0;
+            });
+        temp.directory("source")->move(*temp.directory("target"), true);
+        EXPECT_EQ(temp.read("outside/a"), "another") << "before call " << number;
+    }
 }
 
 }  // namespace

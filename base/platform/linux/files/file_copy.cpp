@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "base/platform/files/detail/native_files.h"
@@ -217,15 +218,17 @@ bool copyLink(const ReachablePath& source, const ReachablePath& target, bool fai
     if (!source.readOwnStatus(status)) return false;
     const std::string text = readLink(source);
     if (text.empty()) return source.fail();
-    const auto make = [&] { return symlinkat(text.c_str(), target.folder(), target.itself()) == 0; };
-    if (!make())
+    if (symlinkat(text.c_str(), target.folder(), target.itself()) != 0)
     {
         if (errno != EEXIST) return target.fail();
         if (failIfExists) return failWithCode(FILE_EXISTS);
         struct stat existing;
         if (!target.readOwnStatus(existing)) return false;
         if (isSameFile(existing, status)) return failWithCode(SHARING_VIOLATION);
-        if (unlinkat(target.folder(), target.itself(), 0) != 0 || !make()) return target.fail();
+        const FileDescriptor folder = target.openParent(O_PATH);
+        const std::string_view path(target.itself());
+        const std::string name(path.substr(path.rfind('/') + 1));
+        if (!folder.isOpen() || !replaceByLink(folder.get(), name.c_str(), text.c_str())) return target.fail();
     }
     const struct timespec times[]
     {

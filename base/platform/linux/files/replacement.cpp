@@ -101,6 +101,22 @@ std::optional<FilePlace> placeBehind(int folder, std::string path)
     return std::nullopt;
 }
 
+bool replaceByLink(int folder, const char* name, const char* text)
+{
+    std::string ownName;
+    const auto make = [&](const std::string& free)
+    {
+        ownName = free;
+        return symlinkat(text, folder, free.c_str()) == 0;
+    };
+    if (!withFreeName(make)) return false;
+    if (renameat(folder, ownName.c_str(), folder, name) == 0) return true;
+    const int reason = errno;
+    unlinkat(folder, ownName.c_str(), 0);
+    errno = reason;
+    return false;
+}
+
 std::optional<Replacement> Replacement::of(int existing, int folder, const char* path)
 {
     struct stat status;

@@ -21,6 +21,9 @@ struct FilePlace
 /// nowhere.
 std::optional<FilePlace> placeBehind(int folder, std::string path);
 
+/// Puts a new link to `text` in the place of a file or link, which stays until it can be done. False leaves `errno`.
+bool replaceByLink(int folder, const char* name, const char* text);
+
 /// A new file that is written aside, and takes the place of another when it is whole. Until then it has no name where
 /// the file system has files without; what is not put in place is gone at the end.
 class Replacement
