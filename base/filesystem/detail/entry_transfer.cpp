@@ -25,25 +25,29 @@ bool EntryTransfer::keepsLink(EntryKind kind) const noexcept
     return platform::isLink(kind) && (isMove() || m_work.options().links == LinkHandling::Keep);
 }
 
-bool EntryTransfer::fail(std::string_view operation, FolderWay& source, TextView name)
+bool EntryTransfer::fail(std::string_view operation, FolderWay& source, TextView name, const String& target)
 {
     const DWORD reason = platform::lastError();
     if (isMove()) m_left.add(source.current(), name);
-    return m_work.fail(operation, source.fullName(name), reason);
+    return m_work.fail(operation, source.fullName(name), reason, target);
 }
 
-bool EntryTransfer::fail(DWORD code, std::string_view operation, FolderWay& source, TextView name)
+bool EntryTransfer::fail(DWORD code, std::string_view operation, FolderWay& source, TextView name, const String& target)
 {
     platform::setLastError(code);
-    return fail(operation, source, name);
+    return fail(operation, source, name, target);
+}
+
+bool EntryTransfer::fail(DWORD code, const TransferPlace& place, const Names& names)
+{
+    return fail(code, operation(), place.source, names.source, place.target.fullName(names.target));
 }
 
 bool EntryTransfer::transfer(const TransferPlace& place, const Names& names, EntryKind kind)
 {
     const Brought brought = bring(place, names, kind);
-    if (brought == Brought::FAILED)
-        return saysTaken(platform::lastError()) ? replace(place, names, kind)
-                                                : fail(operation(), place.source, names.source);
+    const DWORD reason = platform::lastError();
+    if (brought == Brought::FAILED) return saysTaken(reason) ? replace(place, names, kind) : fail(reason, place, names);
     note(brought, place, names, kind, {});
     return true;
 }
@@ -74,35 +78,39 @@ EntryTransfer::Brought EntryTransfer::bring(const TransferPlace& place, const Na
     return isCopied ? Brought::COPIED : Brought::FAILED;
 }
 
+bool EntryTransfer::isNoNewer(const TransferPlace& place, const Names& names, EntryKind kind, bool isLink) const
+{
+    const OpenFolder& source = place.source.current();
+    const OpenFolder& target = place.target.current();
+    if (isLink && keepsLink(kind) && source.isSameContent(names.source, target, names.target)) return true;
+    const auto fresh =
+        keepsLink(kind) || !platform::isLink(kind) ? source.readOwnLastWrite(names.source) : std::nullopt;
+    const auto followed = fresh ? std::nullopt : source.readInformation(names.source);
+    const auto old = target.readOwnLastWrite(names.target);
+    return old && (fresh ? *fresh <= *old : followed && followed->written <= *old);
+}
+
 bool EntryTransfer::givesWay(const TransferPlace& place, const Names& names, EntryKind kind, bool& goesOn)
 {
     const OpenFolder& target = place.target.current();
     const auto refuse = [&](DWORD code)
     {
-        goesOn = fail(code, operation(), place.source, names.source);
+        goesOn = fail(code, place, names);
         return false;
     };
     const auto there = target.readKind(names.target);
     if (!there || there == EntryKind::SUBFOLDER || m_work.options().overwrite == Overwrite::Never)
         return refuse(platform::FILE_EXISTS);
     const bool isLink = platform::isLink(*there);
-    const auto old = isLink ? std::nullopt : target.readInformation(names.target);
-    if (m_work.options().overwrite == Overwrite::IfNewer)
+    if (m_work.options().overwrite == Overwrite::IfNewer && isNoNewer(place, names, kind, isLink))
     {
         const OpenFolder& source = place.source.current();
+        if (isMove()) m_left.add(source, names.source);
         const auto fresh = keepsLink(kind) ? std::nullopt : source.readInformation(names.source);
-        const bool isNoNewer = keepsLink(kind) ? isLink && source.isSameContent(names.source, target, names.target)
-                                               : old && fresh && fresh->written <= old->written;
-        if (isNoNewer)
-        {
-            if (isMove()) m_left.add(source, names.source);
-            if (fresh)
-                m_work.fileSkipped(fresh->size);
-            else
-                ++m_work.report().skipped;
-            return false;
-        }
+        m_work.fileSkipped(fresh ? fresh->size : 0);
+        return false;
     }
+    const auto old = isLink ? std::nullopt : target.readInformation(names.target);
     const bool isReadOnly = old && (old->attributes & platform::READ_ONLY) != 0;
     if (isReadOnly && !m_work.options().readOnlyToo) return refuse(platform::ACCESS_DENIED);
     return true;
@@ -114,7 +122,7 @@ bool EntryTransfer::replace(const TransferPlace& place, const Names& names, Entr
     if (!givesWay(place, names, kind, goesOn)) return goesOn;
     const Names aside{.source = names.source, .target = newName()};
     const Brought brought = bring(place, aside, kind);
-    if (brought == Brought::FAILED) return fail(operation(), place.source, names.source);
+    if (brought == Brought::FAILED) return fail(platform::lastError(), place, names);
     const OpenFolder& target = place.target.current();
     bool isKept = true;
     const Text kept = m_work.rollsBack() ? keepAside(target, names.target, isKept) : Text();
@@ -127,7 +135,7 @@ bool EntryTransfer::replace(const TransferPlace& place, const Names& names, Entr
     const DWORD reason = platform::lastError();
     takeBack(brought, place, aside.target, names.source);
     if (!kept.empty()) target.deleteFile(kept, ReadOnlyFiles::GO);
-    return fail(reason, operation(), place.source, names.source);
+    return fail(reason, place, names);
 }
 
 Text EntryTransfer::keepAside(const OpenFolder& target, const Text& name, bool& isKept)
@@ -164,7 +172,7 @@ void EntryTransfer::note(Brought brought, const TransferPlace& place, const Name
                        .identity = place.target.current().readOwnIdentity(names.target)});
     m_hasCopied = m_hasCopied || brought == Brought::COPIED;
     if (keepsLink(kind))
-        ++m_work.report().links;
+        m_work.linkDone();
     else if (brought == Brought::COPIED)
         m_work.fileDone();
     else if (kind != EntryKind::SUBFOLDER)

@@ -58,10 +58,10 @@ class EntryTransfer
     std::uint64_t sizeForProgress(const TransferPlace& place, TextView targetName) const;
 
     /// Notes that the entry has failed, with the last error or another one, and stays at the source. False when that
-    /// ends the operation.
+    /// ends the operation. `target` is what the entry was to become.
     /// @{
-    bool fail(std::string_view operation, FolderWay& source, TextView name);
-    bool fail(DWORD code, std::string_view operation, FolderWay& source, TextView name);
+    bool fail(std::string_view operation, FolderWay& source, TextView name, const String& target = {});
+    bool fail(DWORD code, std::string_view operation, FolderWay& source, TextView name, const String& target = {});
     /// @}
 
     const LeftEntries& left() const noexcept { return m_left; }
@@ -75,9 +75,11 @@ class EntryTransfer
         MOVED
     };
 
+    bool fail(DWORD code, const TransferPlace& place, const Names& names);
     bool replace(const TransferPlace& place, const Names& names, platform::EntryKind kind);
     /// Whether what stands at the target gives way; else that was told, and `goesOn` is false when it ends all.
     bool givesWay(const TransferPlace& place, const Names& names, platform::EntryKind kind, bool& goesOn);
+    bool isNoNewer(const TransferPlace& place, const Names& names, platform::EntryKind kind, bool isLink) const;
     Brought bring(const TransferPlace& place, const Names& names, platform::EntryKind kind);
     void takeBack(Brought brought, const TransferPlace& place, const Text& temporary, const Text& name);
     static Text keepAside(const platform::OpenFolder& target, const Text& name, bool& isKept);

@@ -25,10 +25,27 @@ bool LeftEntries::contains(const OpenFolder& folder, TextView name) const
     return identity && m_entries.contains({identity->volume, identity->index, Text(name)});
 }
 
+namespace
+{
+
+/// Where folders of one disk are mounted twice.
+bool isSameEntry(FolderWay& a, TextView nameOfA, FolderWay& b, TextView nameOfB)
+{
+    const auto folderOfA = a.current().identity();
+    const auto folderOfB = b.current().identity();
+    if (!folderOfA || !folderOfB) return true;
+    if (folderOfA->volume != folderOfB->volume) return false;
+    const auto identity = a.current().readOwnIdentity(nameOfA);
+    return !identity || identity == b.current().readOwnIdentity(nameOfB);
+}
+
+}  // namespace
+
 bool TreeClearing::clearEntry(FolderWay& source, TextView name, FolderWay& target, TextView targetName)
 {
     // Both are looked at now: whatever has changed since it was copied stays.
-    if (!source.current().isSameContent(name, target.current(), targetName))
+    if (isSameEntry(source, name, target, targetName) ||
+        !source.current().isSameContent(name, target.current(), targetName))
         m_work.fail("compareFiles", source.fullName(name), platform::FILE_CHANGED);
     else if (source.current().deleteFile(name, ReadOnlyFiles::GO))
         return m_hasRemoved = true;

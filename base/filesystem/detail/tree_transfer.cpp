@@ -81,12 +81,12 @@ bool TreeTransfer::openSource(const DiskFolder& source, Links links)
     return false;
 }
 
-bool TreeTransfer::isOutsideSource()
+bool TreeTransfer::isOutsideSource(const ParsedDirectory& target)
 {
     // The nearest folder that is there begins its own ancestry.
     if (!m_targetAncestry.empty() && !contains(m_targetAncestry, m_sourceTop)) return true;
-    platform::setLastError(platform::INVALID_PARAMETER);
-    fail(m_entries.operation(), fullName(m_target->path(), SEPARATOR));
+    m_work.fail(m_entries.operation(), fullName(m_source->way().path(), SEPARATOR), platform::INVALID_PARAMETER,
+                fullName(target, SEPARATOR));
     return false;
 }
 
@@ -95,7 +95,7 @@ void TreeTransfer::guarded(const Act& act)
 {
     try
     {
-        act();
+        if (!m_work.isStopped()) act();
     }
     catch (const TreeWork::Stopped&)
     {
@@ -103,7 +103,7 @@ void TreeTransfer::guarded(const Act& act)
     }
     catch (...)
     {
-        if (m_work.rollsBack()) rollBack();
+        if (m_work.rollsBack() && !m_clearing.hasRemoved()) rollBack();
         throw;
     }
     if (!m_work.rollsBack() || !m_target) return;
@@ -138,7 +138,8 @@ void TreeTransfer::copyFolder(const DiskFolder& source, const DiskFolder& target
     guarded(
         [&]
         {
-            if (!openSource(source, Links::FOLLOW) || !openTarget(target) || !isOutsideSource()) return;
+            if (!openSource(source, Links::FOLLOW) || !openTarget(target) || !isOutsideSource(*target.absolute()))
+                return;
             if (m_work.options().links == LinkHandling::Follow) m_circles.emplace(*source.absolute());
             const bool isMade = !m_missing.empty();
             while (!m_missing.empty())
@@ -152,9 +153,10 @@ void TreeTransfer::copyFolder(const DiskFolder& source, const DiskFolder& target
 void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target)
 {
     ParsedDirectory abovePath = *source.absolute();
+    const String targetPath = fullName(*target.absolute(), SEPARATOR);
     if (abovePath.levels.empty() || target.absolute()->levels.empty())
     {
-        m_work.fail(m_entries.operation(), fullName(abovePath, SEPARATOR), platform::INVALID_PARAMETER);
+        m_work.fail(m_entries.operation(), fullName(abovePath, SEPARATOR), platform::INVALID_PARAMETER, targetPath);
         return;
     }
     const Text name(abovePath.levels.back().view());
@@ -168,7 +170,7 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                 if (!above.isOpen()) fail(OPEN_FOLDER, fullName(abovePath, SEPARATOR));
                 return;
             }
-            if (!openTarget(target) || !isOutsideSource()) return;
+            if (!openTarget(target) || !isOutsideSource(*target.absolute())) return;
             const bool isMade = !m_missing.empty();
             while (m_missing.size() > 1)
                 if (!makeTarget()) return;
@@ -182,19 +184,22 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                     m_levels.push_back({.inJournal = m_topInJournal});
                     m_entries.noteMoved(place(), {.source = name, .target = m_missing.back()}, EntryKind::SUBFOLDER);
                     m_work.folderDone();
+                    m_work.wholeDone();
                     return;
                 }
                 const DWORD reason = platform::lastError();
                 if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED)
                 {
-                    m_work.fail(m_entries.operation(), fullName(*source.absolute(), SEPARATOR), reason);
+                    m_work.fail(m_entries.operation(), fullName(*source.absolute(), SEPARATOR), reason, targetPath);
                     return;
                 }
                 if (!openSource(source, Links::REFUSE) || !makeTarget()) return;
+                m_targetAncestry = m_target->current().ancestry();
             }
             begin(isMade, m_topInJournal);
             const bool isWhole = walk();
             if (!isWhole || m_work.isStopped() || m_work.isEnded()) return;
+            if (!m_work.hasFailed()) m_work.wholeDone();
             if (!clearSource(source)) return;
             m_source.reset();
             m_clearing.clearFolder(above, name, fullName(*source.absolute(), SEPARATOR));
@@ -203,6 +208,7 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
 
 void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const DiskFolder& target, TextView targetName)
 {
+    const String targetPath = fullName(*target.absolute(), SEPARATOR, targetName);
     guarded(
         [&]
         {
@@ -211,9 +217,11 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             if (!kind || kind == EntryKind::SUBFOLDER)
             {
                 if (kind) platform::setLastError(platform::ACCESS_DENIED);
-                m_entries.fail(m_entries.operation(), m_source->way(), name);
+                m_entries.fail(m_entries.operation(), m_source->way(), name, targetPath);
                 return;
             }
+            const auto size = kind == EntryKind::PLAIN_FILE ? m_source->current().readInformation(name) : std::nullopt;
+            m_work.countFile(size ? size->size : 0);
             while (!m_missing.empty())
                 if (!makeTarget()) return;
             begin(false, m_topInJournal);
@@ -224,11 +232,12 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             {
                 // The same but for case, on disks that do not tell the difference.
                 if (name == targetName || String(name).compareIgnoreCase(String(targetName)) != 0)
-                    m_entries.fail(platform::INVALID_PARAMETER, m_entries.operation(), m_source->way(), name);
+                    m_entries.fail(platform::INVALID_PARAMETER, m_entries.operation(), m_source->way(), name,
+                                   targetPath);
                 else if (from.rename(name, to, targetName, false))
                     m_work.fileDone(m_entries.sizeForProgress(place(), targetName));
                 else
-                    m_entries.fail(m_entries.operation(), m_source->way(), name);
+                    m_entries.fail(m_entries.operation(), m_source->way(), name, targetPath);
                 return;
             }
             if (m_entries.transfer(place(), names, *kind) && m_entries.hasCopied())
@@ -310,19 +319,14 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
         return true;
     }
     const bool isLink = links == Links::FOLLOW;
+    const auto path = [&] { return m_target->fullName(name, true); };
     if (isLink && m_circles->closesAt(m_source->way(), name))
-        return m_entries.fail(platform::TOO_MANY_LINKS, operation, m_source->way(), name);
+        return m_entries.fail(platform::TOO_MANY_LINKS, operation, m_source->way(), name, path());
     if (!m_source->enter(name, links)) return m_entries.fail(OPEN_FOLDER, m_source->way(), name);
-    const auto failOutside = [&](std::string_view failed)
-    {
-        const DWORD reason = platform::lastError();
-        return m_source->leave() && m_entries.fail(reason, failed, m_source->way(), name);
-    };
-    if (isLink && leadsToTarget())
-    {
-        platform::setLastError(platform::INVALID_PARAMETER);
-        return failOutside(operation);
-    }
+    const auto failOutside = [&](std::string_view failed, DWORD reason = platform::lastError())
+    { return m_source->leave() && m_entries.fail(reason, failed, m_source->way(), name, path()); };
+    if (isLink ? leadsToTarget() : isTarget(m_source->current()))
+        return failOutside(operation, platform::INVALID_PARAMETER);
     OpenFolder& above = m_target->current();
     const bool isPrivate = m_work.options().keepPermissions;
     const bool isMade = above.makeFolder(name, isPrivate ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL);
@@ -330,22 +334,31 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
     if (!m_target->enter(name, Links::REFUSE))
     {
         const DWORD reason = platform::lastError();
-        if (isMade) m_target->current().removeFolder(name);
-        platform::setLastError(reason);
-        return failOutside(OPEN_FOLDER);
+        if (isMade) above.removeFolder(name);
+        const auto there = isMade ? std::nullopt : above.readKind(name);
+        if (there && there != EntryKind::SUBFOLDER) return failOutside(operation, platform::FILE_EXISTS);
+        return failOutside(OPEN_FOLDER, reason);
     }
-    // A target that the source lies in.
-    if (!isMade && m_target->current().identity() == m_sourceTop)
-    {
-        if (!m_target->leave()) return false;
-        platform::setLastError(platform::INVALID_PARAMETER);
-        return failOutside(operation);
-    }
+    if (!isMade && isSource(m_target->current()))
+        return m_target->leave() && failOutside(operation, platform::INVALID_PARAMETER);
     std::size_t inJournal = TreeJournal::TOP;
     if (m_work.rollsBack())
         inJournal = m_journal.addFolder(m_levels.back().inJournal, name, isMade, true, m_target->current());
     begin(isMade, inJournal);
     return true;
+}
+
+/// By another way than a link, such as one of two places where a disk is mounted.
+bool TreeTransfer::isTarget(const OpenFolder& folder) const
+{
+    return !m_targetAncestry.empty() && folder.identity() == m_targetAncestry.front();
+}
+
+/// The top, where the target holds it, or the one on the other side of this.
+bool TreeTransfer::isSource(const OpenFolder& folder)
+{
+    const auto identity = folder.identity();
+    return identity == m_sourceTop || identity == m_source->way().current().identity();
 }
 
 bool TreeTransfer::leadsToTarget() const

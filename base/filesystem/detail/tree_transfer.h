@@ -50,7 +50,7 @@ class TreeTransfer
     bool openTarget(const DiskFolder& target);
     bool makeTarget();
     bool openSource(const DiskFolder& source, platform::Links links);
-    bool isOutsideSource();
+    bool isOutsideSource(const ParsedDirectory& target);
     /// Runs `act`, and takes all back when that is asked for and needed.
     template <class Act>
     void guarded(const Act& act);
@@ -62,6 +62,8 @@ class TreeTransfer
     bool transfer(const platform::TreeEntry& entry);
     bool transferFolder(const Text& name, platform::Links links);
     bool leadsToTarget() const;
+    bool isTarget(const platform::OpenFolder& folder) const;
+    bool isSource(const platform::OpenFolder& folder);
     /// The second half of a move. False when not all is gone.
     bool clearSource(const DiskFolder& source);
 
