@@ -5,6 +5,7 @@
 #include "base/filesystem/detail/tree_deletion.h"
 #include "base/filesystem/detail/tree_transfer.h"
 #include "base/filesystem/detail/tree_work.h"
+#include "base/filesystem/links.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1
@@ -53,8 +54,15 @@ TreeReport moveTree(const Directory& folder, const Directory& target, const Tree
 {
     TreeWork work(options);
     if (!areOwn(work, folder, target)) return work.finish();
+    TreeTransfer transfer(work, TreeTransfer::Mode::MOVE);
+    if (isLink(folder) && folder.getParent() != nullptr && target.getParent() != nullptr)
+    {
+        transfer.moveEntry(DiskFolder(*folder.getParent()), folder.getName(), DiskFolder(*target.getParent()),
+                           target.getName());
+        return work.finish();
+    }
     work.count(folder, LinkHandling::Keep);
-    TreeTransfer(work, TreeTransfer::Mode::MOVE).moveFolder(DiskFolder(folder), DiskFolder(target));
+    transfer.moveFolder(DiskFolder(folder), DiskFolder(target));
     return work.finish();
 }
 

@@ -85,15 +85,18 @@ struct WalkEntry::Data
         }
         const DWORD reason = platform::lastError();
         const bool isGone = detail::saysMissing(reason) && !stream->current().readInformation(entry.name);
+        // Who is told may throw, and go on nevertheless.
+        isSkipped = true;
         if (!isGone) fail("openFolder", stream->way().fullName(entry.name, true), reason);
     }
 
     /// False when there is no way back up.
     bool ascend()
     {
-        if (depth == 1 || !stream->leave())
+        isOver = !stream->leave();
+        if (isOver)
         {
-            if (depth != 1) fail("openFolder", folderName());
+            fail("openFolder", folderName());
             return false;
         }
         --depth;
@@ -140,6 +143,7 @@ struct WalkEntry::Data
     std::size_t depth = 1;
     std::uint64_t passed = 0;
     bool isStarted = false;
+    bool isOver = false;
     bool isShown = false;
     bool isSkipped = false;
     bool isAsked = false;
@@ -223,6 +227,7 @@ TreeWalk::Iterator TreeWalk::begin()
 bool TreeWalk::advance()
 {
     WalkEntry::Data& data = *m_data;
+    if (data.isOver) return false;
     if (!std::exchange(data.isStarted, true))
     {
         if (!data.open() || data.options.maxDepth == 0) return false;
@@ -243,8 +248,12 @@ bool TreeWalk::advance()
             data.descend();
             continue;
         }
-        if (platform::lastError() != platform::NO_MORE_FILES) data.fail("readFolder", data.folderName());
-        if (!data.ascend()) return false;
+        const DWORD reason = platform::lastError();
+        const String name = reason != platform::NO_MORE_FILES ? data.folderName() : String();
+        data.isSkipped = true;
+        data.isOver = data.depth == 1;
+        if (!name.isNil()) data.fail("readFolder", name, reason);
+        if (data.isOver || !data.ascend()) return false;
     }
 }
 

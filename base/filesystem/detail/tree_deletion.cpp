@@ -24,6 +24,7 @@ constexpr std::string_view REMOVING = "removeFolder";
 
 void TreeDeletion::run(const DiskFolder& folder)
 {
+    if (m_work.isStopped()) return;
     const String path = fullName(*folder.absolute(), SEPARATOR);
     ParsedDirectory abovePath = *folder.absolute();
     if (abovePath.levels.empty())
@@ -128,7 +129,7 @@ bool TreeDeletion::removeFile(FolderWay& way, TextView name, bool isLink)
         return false;
     }
     if (isLink)
-        ++m_work.report().links;
+        m_work.linkDone();
     else
         m_work.fileDone(0);
     return true;
@@ -138,7 +139,7 @@ bool TreeDeletion::removeFolder(const OpenFolder& above, TextView name, bool isL
 {
     if (!above.removeFolder(name)) return saysMissing(platform::lastError());
     if (isLink)
-        ++m_work.report().links;
+        m_work.linkDone();
     else
         m_work.folderDone();
     return true;

@@ -1,19 +1,12 @@
 #include "base/filesystem/detail/tree_journal.h"
 
-#include "base/platform/system/last_error.h"
-
 #include <algorithm>
 #include <utility>
 
+#include "base/platform/system/last_error.h"
+
 namespace Oxa_1_1::detail
 {
-
-namespace
-{
-
-/// What stands there is no longer what was made.
-
-}  // namespace
 
 /// Goes from folder to folder of the journal, on both sides at once.
 class TreeJournal::Visit

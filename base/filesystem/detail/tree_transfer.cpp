@@ -1,11 +1,8 @@
 #include "base/filesystem/detail/tree_transfer.h"
 
-#include <algorithm>
 #include <utility>
 
-#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/path_text.h"
-#include "base/filesystem/detail/unique_name.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -14,54 +11,14 @@ namespace Oxa_1_1::detail
 using platform::EntryKind;
 using platform::Links;
 using platform::OpenFolder;
-using platform::ReadOnlyFiles;
 
 namespace
 {
 
-constexpr std::string_view COPY = "copyFile";
-constexpr std::string_view MOVE = "renameFile";
 constexpr std::string_view OPEN_FOLDER = "openFolder";
 constexpr std::string_view MAKE_FOLDER = "createFolder";
 
-bool isTaken(DWORD code) noexcept { return code == platform::FILE_EXISTS || code == platform::ALREADY_EXISTS; }
-
-bool isLinkKind(EntryKind kind) noexcept { return kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK; }
-
-Text newName() { return Text(uniqueName(OXA_TEXT(".oxa-")).view()); }
-
 }  // namespace
-
-bool TreeTransfer::keepsLink(EntryKind kind) const noexcept
-{
-    return isLinkKind(kind) && (isMove() || m_work.options().links == LinkHandling::Keep);
-}
-
-void TreeTransfer::leave(TextView name)
-{
-    if (!isMove()) return;
-    const auto folder = m_source->current().identity().value_or(platform::FileIdentity{});
-    m_left.insert({folder.volume, folder.index, Text(name)});
-}
-
-bool TreeTransfer::isLeft(const OpenFolder& folder, TextView name) const
-{
-    const auto identity = m_left.empty() ? std::nullopt : folder.identity();
-    return identity && m_left.contains({identity->volume, identity->index, Text(name)});
-}
-
-bool TreeTransfer::failEntry(std::string_view operation, TextView name)
-{
-    const DWORD reason = platform::lastError();
-    leave(name);
-    return m_work.fail(operation, sourceName(name), reason);
-}
-
-bool TreeTransfer::failWith(DWORD code, std::string_view operation, TextView name)
-{
-    platform::setLastError(code);
-    return failEntry(operation, name);
-}
 
 bool TreeTransfer::openTarget(const DiskFolder& target)
 {
@@ -89,7 +46,7 @@ bool TreeTransfer::makeTarget()
     const bool isTop = m_missing.size() == 1 && m_work.options().keepPermissions;
     const Text name = std::move(m_missing.back());
     m_missing.pop_back();
-    const String path = targetName(name);
+    const String path = m_target->fullName(name);
     if (!m_target->current().makeFolder(name, isTop ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL))
     {
         fail(MAKE_FOLDER, path);
@@ -124,12 +81,12 @@ bool TreeTransfer::openSource(const DiskFolder& source, Links links)
     return false;
 }
 
-bool TreeTransfer::isOutsideSource()
+bool TreeTransfer::isOutsideSource(const ParsedDirectory& target)
 {
     // The nearest folder that is there begins its own ancestry.
     if (!m_targetAncestry.empty() && !contains(m_targetAncestry, m_sourceTop)) return true;
-    platform::setLastError(platform::INVALID_PARAMETER);
-    fail(isMove() ? MOVE : COPY, fullName(m_target->path(), SEPARATOR));
+    m_work.fail(m_entries.operation(), fullName(m_source->way().path(), SEPARATOR), platform::INVALID_PARAMETER,
+                fullName(target, SEPARATOR));
     return false;
 }
 
@@ -138,7 +95,7 @@ void TreeTransfer::guarded(const Act& act)
 {
     try
     {
-        act();
+        if (!m_work.isStopped()) act();
     }
     catch (const TreeWork::Stopped&)
     {
@@ -146,16 +103,16 @@ void TreeTransfer::guarded(const Act& act)
     }
     catch (...)
     {
-        if (m_work.rollsBack()) rollBack();
+        if (m_work.rollsBack() && !m_clearing.hasRemoved()) rollBack();
         throw;
     }
     if (!m_work.rollsBack() || !m_target) return;
-    if ((m_work.hasFailed() || m_work.report().isStopped) && m_removed == 0) return rollBack();
+    if ((m_work.hasFailed() || m_work.report().isStopped) && !m_clearing.hasRemoved()) return rollBack();
     bool isAtTop = true;
     while (isAtTop && m_target->depth() != 0) isAtTop = m_target->leave();
     if (!isAtTop)
         fail("openFolder", fullName(m_target->path(), SEPARATOR));
-    else if (!m_journal.commit(*m_target, m_work) && m_removed == 0)
+    else if (!m_journal.commit(*m_target, m_work) && !m_clearing.hasRemoved())
         rollBack();
 }
 
@@ -170,7 +127,7 @@ void TreeTransfer::rollBack()
         fail("rollBack", fullName(m_target->path(), SEPARATOR));
         return;
     }
-    if (!m_journal.undo(*m_target, isMove() && m_source ? &m_source->way() : nullptr, m_work)) return;
+    if (!m_journal.undo(*m_target, m_entries.isMove() && m_source ? &m_source->way() : nullptr, m_work)) return;
     TreeReport& report = m_work.report();
     report.isRolledBack = true;
     report.files = report.folders = report.links = report.bytes = 0;
@@ -181,7 +138,8 @@ void TreeTransfer::copyFolder(const DiskFolder& source, const DiskFolder& target
     guarded(
         [&]
         {
-            if (!openSource(source, Links::FOLLOW) || !openTarget(target) || !isOutsideSource()) return;
+            if (!openSource(source, Links::FOLLOW) || !openTarget(target) || !isOutsideSource(*target.absolute()))
+                return;
             if (m_work.options().links == LinkHandling::Follow) m_circles.emplace(*source.absolute());
             const bool isMade = !m_missing.empty();
             while (!m_missing.empty())
@@ -195,9 +153,10 @@ void TreeTransfer::copyFolder(const DiskFolder& source, const DiskFolder& target
 void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target)
 {
     ParsedDirectory abovePath = *source.absolute();
+    const String targetPath = fullName(*target.absolute(), SEPARATOR);
     if (abovePath.levels.empty() || target.absolute()->levels.empty())
     {
-        m_work.fail(MOVE, fullName(abovePath, SEPARATOR), platform::INVALID_PARAMETER);
+        m_work.fail(m_entries.operation(), fullName(abovePath, SEPARATOR), platform::INVALID_PARAMETER, targetPath);
         return;
     }
     const Text name(abovePath.levels.back().view());
@@ -211,7 +170,7 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                 if (!above.isOpen()) fail(OPEN_FOLDER, fullName(abovePath, SEPARATOR));
                 return;
             }
-            if (!openTarget(target) || !isOutsideSource()) return;
+            if (!openTarget(target) || !isOutsideSource(*target.absolute())) return;
             const bool isMade = !m_missing.empty();
             while (m_missing.size() > 1)
                 if (!makeTarget()) return;
@@ -223,32 +182,33 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                 {
                     m_source.emplace(FolderWay(above, std::make_shared<ParsedDirectory>(abovePath)));
                     m_levels.push_back({.inJournal = m_topInJournal});
-                    note(Brought::MOVED, {.source = name, .target = m_missing.back()}, EntryKind::SUBFOLDER, {});
+                    m_entries.noteMoved(place(), {.source = name, .target = m_missing.back()}, EntryKind::SUBFOLDER);
                     m_work.folderDone();
+                    m_work.wholeDone();
                     return;
                 }
                 const DWORD reason = platform::lastError();
                 if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED)
                 {
-                    m_work.fail(MOVE, fullName(*source.absolute(), SEPARATOR), reason);
+                    m_work.fail(m_entries.operation(), fullName(*source.absolute(), SEPARATOR), reason, targetPath);
                     return;
                 }
                 if (!openSource(source, Links::REFUSE) || !makeTarget()) return;
+                m_targetAncestry = m_target->current().ancestry();
             }
             begin(isMade, m_topInJournal);
             const bool isWhole = walk();
             if (!isWhole || m_work.isStopped() || m_work.isEnded()) return;
+            if (!m_work.hasFailed()) m_work.wholeDone();
             if (!clearSource(source)) return;
             m_source.reset();
-            if (above.removeFolder(name))
-                ++m_removed;
-            else
-                fail("removeFolder", fullName(*source.absolute(), SEPARATOR));
+            m_clearing.clearFolder(above, name, fullName(*source.absolute(), SEPARATOR));
         });
 }
 
 void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const DiskFolder& target, TextView targetName)
 {
+    const String targetPath = fullName(*target.absolute(), SEPARATOR, targetName);
     guarded(
         [&]
         {
@@ -257,33 +217,31 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
             if (!kind || kind == EntryKind::SUBFOLDER)
             {
                 if (kind) platform::setLastError(platform::ACCESS_DENIED);
-                failEntry(MOVE, name);
+                m_entries.fail(m_entries.operation(), m_source->way(), name, targetPath);
                 return;
             }
+            const auto size = kind == EntryKind::PLAIN_FILE ? m_source->current().readInformation(name) : std::nullopt;
+            m_work.countFile(size ? size->size : 0);
             while (!m_missing.empty())
                 if (!makeTarget()) return;
             begin(false, m_topInJournal);
-            const Names names{.source = Text(name), .target = Text(targetName)};
+            const EntryTransfer::Names names{.source = Text(name), .target = Text(targetName)};
             OpenFolder& from = m_source->current();
             OpenFolder& to = m_target->current();
             if (from.identity() == to.identity() && from.readOwnIdentity(name) == to.readOwnIdentity(targetName))
             {
                 // The same but for case, on disks that do not tell the difference.
                 if (name == targetName || String(name).compareIgnoreCase(String(targetName)) != 0)
-                    failWith(platform::INVALID_PARAMETER, MOVE, name);
+                    m_entries.fail(platform::INVALID_PARAMETER, m_entries.operation(), m_source->way(), name,
+                                   targetPath);
                 else if (from.rename(name, to, targetName, false))
-                    m_work.fileDone(sizeForProgress(targetName));
+                    m_work.fileDone(m_entries.sizeForProgress(place(), targetName));
                 else
-                    failEntry(MOVE, name);
+                    m_entries.fail(m_entries.operation(), m_source->way(), name, targetPath);
                 return;
             }
-            if (!transferEntry(names, *kind) || !m_hasCopied) return;
-            if (!from.isSameContent(name, to, targetName))
-                failWith(platform::FILE_CHANGED, "compareFiles", name);
-            else if (from.deleteFile(name, ReadOnlyFiles::GO))
-                ++m_removed;
-            else
-                failEntry("deleteFile", name);
+            if (m_entries.transfer(place(), names, *kind) && m_entries.hasCopied())
+                m_clearing.clearEntry(m_source->way(), name, *m_target, targetName);
         });
 }
 
@@ -314,7 +272,7 @@ void TreeTransfer::begin(bool isMade, std::size_t inJournal)
     Level& level = m_levels.emplace_back();
     level.isMade = isMade;
     level.inJournal = inJournal;
-    if (isMove())
+    if (m_entries.isMove())
     {
         const auto from = source.identity();
         const auto to = target.identity();
@@ -345,34 +303,30 @@ bool TreeTransfer::end()
 bool TreeTransfer::transfer(const platform::TreeEntry& entry)
 {
     if (entry.kind == EntryKind::SUBFOLDER) return transferFolder(entry.name, Links::REFUSE);
-    if (entry.kind == EntryKind::FOLDER_LINK && !keepsLink(entry.kind))
+    if (entry.kind == EntryKind::FOLDER_LINK && !m_entries.keepsLink(entry.kind))
         return transferFolder(entry.name, Links::FOLLOW);
-    return transferEntry({.source = entry.name, .target = entry.name}, entry.kind);
+    return m_entries.transfer(place(), {.source = entry.name, .target = entry.name}, entry.kind);
 }
 
 bool TreeTransfer::transferFolder(const Text& name, Links links)
 {
-    const std::string_view operation = isMove() ? MOVE : COPY;
-    if (isMove() && m_levels.back().canRename && m_source->current().rename(name, m_target->current(), name, true))
+    const std::string_view operation = m_entries.operation();
+    if (m_entries.isMove() && m_levels.back().canRename &&
+        m_source->current().rename(name, m_target->current(), name, true))
     {
-        note(Brought::MOVED, {.source = name, .target = name}, EntryKind::SUBFOLDER, {});
+        m_entries.noteMoved(place(), {.source = name, .target = name}, EntryKind::SUBFOLDER);
         m_work.folderDone();
         return true;
     }
     const bool isLink = links == Links::FOLLOW;
+    const auto path = [&] { return m_target->fullName(name, true); };
     if (isLink && m_circles->closesAt(m_source->way(), name))
-        return failWith(platform::TOO_MANY_LINKS, operation, name);
-    if (!m_source->enter(name, links)) return failEntry(OPEN_FOLDER, name);
-    const auto failOutside = [&](std::string_view failed)
-    {
-        const DWORD reason = platform::lastError();
-        return m_source->leave() && failWith(reason, failed, name);
-    };
-    if (isLink && leadsToTarget())
-    {
-        platform::setLastError(platform::INVALID_PARAMETER);
-        return failOutside(operation);
-    }
+        return m_entries.fail(platform::TOO_MANY_LINKS, operation, m_source->way(), name, path());
+    if (!m_source->enter(name, links)) return m_entries.fail(OPEN_FOLDER, m_source->way(), name);
+    const auto failOutside = [&](std::string_view failed, DWORD reason = platform::lastError())
+    { return m_source->leave() && m_entries.fail(reason, failed, m_source->way(), name, path()); };
+    if (isLink ? leadsToTarget() : isTarget(m_source->current()))
+        return failOutside(operation, platform::INVALID_PARAMETER);
     OpenFolder& above = m_target->current();
     const bool isPrivate = m_work.options().keepPermissions;
     const bool isMade = above.makeFolder(name, isPrivate ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL);
@@ -380,22 +334,31 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
     if (!m_target->enter(name, Links::REFUSE))
     {
         const DWORD reason = platform::lastError();
-        if (isMade) m_target->current().removeFolder(name);
-        platform::setLastError(reason);
-        return failOutside(OPEN_FOLDER);
+        if (isMade) above.removeFolder(name);
+        const auto there = isMade ? std::nullopt : above.readKind(name);
+        if (there && there != EntryKind::SUBFOLDER) return failOutside(operation, platform::FILE_EXISTS);
+        return failOutside(OPEN_FOLDER, reason);
     }
-    // A target that the source lies in.
-    if (!isMade && m_target->current().identity() == m_sourceTop)
-    {
-        if (!m_target->leave()) return false;
-        platform::setLastError(platform::INVALID_PARAMETER);
-        return failOutside(operation);
-    }
+    if (!isMade && isSource(m_target->current()))
+        return m_target->leave() && failOutside(operation, platform::INVALID_PARAMETER);
     std::size_t inJournal = TreeJournal::TOP;
     if (m_work.rollsBack())
         inJournal = m_journal.addFolder(m_levels.back().inJournal, name, isMade, true, m_target->current());
     begin(isMade, inJournal);
     return true;
+}
+
+/// By another way than a link, such as one of two places where a disk is mounted.
+bool TreeTransfer::isTarget(const OpenFolder& folder) const
+{
+    return !m_targetAncestry.empty() && folder.identity() == m_targetAncestry.front();
+}
+
+/// The top, where the target holds it, or the one on the other side of this.
+bool TreeTransfer::isSource(const OpenFolder& folder)
+{
+    const auto identity = folder.identity();
+    return identity == m_sourceTop || identity == m_source->way().current().identity();
 }
 
 bool TreeTransfer::leadsToTarget() const
@@ -407,231 +370,17 @@ bool TreeTransfer::leadsToTarget() const
            contains(above, m_targetAncestry.front());
 }
 
-bool TreeTransfer::transferEntry(const Names& names, EntryKind kind)
+bool TreeTransfer::clearSource(const DiskFolder& source)
 {
-    const Brought brought = bring(names, kind);
-    if (brought == Brought::FAILED)
-        return isTaken(platform::lastError()) ? replaceEntry(names, kind)
-                                              : failEntry(isMove() ? MOVE : COPY, names.source);
-    note(brought, names, kind, {});
-    return true;
-}
-
-TreeTransfer::Brought TreeTransfer::bring(const Names& names, EntryKind kind)
-{
-    OpenFolder& source = m_source->current();
-    OpenFolder& target = m_target->current();
-    if (isMove() && m_levels.back().canRename)
-    {
-        if (source.rename(names.source, target, names.target, true)) return Brought::MOVED;
-        const DWORD reason = platform::lastError();
-        if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED) return Brought::FAILED;
-    }
-    if (kind == EntryKind::OTHER)
-    {
-        platform::setLastError(platform::NOT_SUPPORTED);
-        return Brought::FAILED;
-    }
-    bool isCopied = false;
-    if (keepsLink(kind))
-        isCopied = source.copyLink(names.source, target, names.target, true);
-    else
-        isCopied = source.copyFile(names.source, kind, target, names.target, true, m_work.fileProgress(),
-                                   {.permissions = isMove() || m_work.options().keepPermissions,
-                                    .times = isMove() || m_work.options().keepTimes});
-    if (!isCopied) m_work.fileFailed();
-    return isCopied ? Brought::COPIED : Brought::FAILED;
-}
-
-bool TreeTransfer::givesWay(const Names& names, EntryKind kind, bool& goesOn)
-{
-    const OpenFolder& target = m_target->current();
-    const auto refuse = [&](DWORD code)
-    {
-        goesOn = failWith(code, isMove() ? MOVE : COPY, names.source);
-        return false;
-    };
-    const auto there = target.readKind(names.target);
-    if (!there || there == EntryKind::SUBFOLDER || m_work.options().overwrite == Overwrite::Never)
-        return refuse(platform::FILE_EXISTS);
-    const bool isLink = isLinkKind(*there);
-    const auto old = isLink ? std::nullopt : target.readInformation(names.target);
-    if (m_work.options().overwrite == Overwrite::IfNewer)
-    {
-        const OpenFolder& source = m_source->current();
-        const auto fresh = keepsLink(kind) ? std::nullopt : source.readInformation(names.source);
-        const bool isNoNewer = keepsLink(kind) ? isLink && source.isSameContent(names.source, target, names.target)
-                                               : old && fresh && fresh->written <= old->written;
-        if (isNoNewer)
-        {
-            leave(names.source);
-            if (fresh)
-                m_work.fileSkipped(fresh->size);
-            else
-                ++m_work.report().skipped;
-            return false;
-        }
-    }
-    const bool isReadOnly = old && (old->attributes & platform::READ_ONLY) != 0;
-    if (isReadOnly && !m_work.options().readOnlyToo) return refuse(platform::ACCESS_DENIED);
-    return true;
-}
-
-bool TreeTransfer::replaceEntry(const Names& names, EntryKind kind)
-{
-    bool goesOn = true;
-    if (!givesWay(names, kind, goesOn)) return goesOn;
-    const std::string_view operation = isMove() ? MOVE : COPY;
-    const Names aside{.source = names.source, .target = newName()};
-    const Brought brought = bring(aside, kind);
-    if (brought == Brought::FAILED) return failEntry(operation, names.source);
-    bool isKept = true;
-    const Text kept = m_work.rollsBack() ? keepAside(names.target, isKept) : Text();
-    const auto readOnly = m_work.options().readOnlyToo ? ReadOnlyFiles::GO : ReadOnlyFiles::STAY;
-    if (isKept && m_target->current().replace(aside.target, names.target, readOnly))
-    {
-        note(brought, names, kind, kept);
-        return true;
-    }
-    const DWORD reason = platform::lastError();
-    takeBack(brought, aside.target, names.source);
-    if (!kept.empty()) m_target->current().deleteFile(kept, ReadOnlyFiles::GO);
-    return failWith(reason, operation, names.source);
-}
-
-Text TreeTransfer::keepAside(const Text& name, bool& isKept)
-{
-    const OpenFolder& target = m_target->current();
-    Text aside = newName();
-    isKept = target.addName(name, aside) || target.copyFile(name, EntryKind::PLAIN_FILE, target, aside, true, {}) ||
-             target.copyLink(name, target, aside, true);
-    return isKept ? aside : Text();
-}
-
-void TreeTransfer::takeBack(Brought brought, const Text& temporary, const Text& name)
-{
-    OpenFolder& target = m_target->current();
-    const bool isBack = brought == Brought::MOVED ? target.rename(temporary, m_source->current(), name, true)
-                                                  : target.deleteFile(temporary, ReadOnlyFiles::GO);
-    if (!isBack) fail("rollBack", targetName(temporary));
-}
-
-std::uint64_t TreeTransfer::sizeForProgress(TextView name)
-{
-    const auto information = m_work.options().countFirst ? m_target->current().readInformation(name) : std::nullopt;
-    return information ? information->size : 0;
-}
-
-void TreeTransfer::note(Brought brought, const Names& names, EntryKind kind, Text aside)
-{
-    if (m_work.rollsBack())
-        m_journal.add({.kind = brought == Brought::MOVED ? TreeJournal::Kind::MOVED : TreeJournal::Kind::COPIED,
-                       .folder = m_levels.back().inJournal,
-                       .name = names.target,
-                       .sourceName = names.source,
-                       .aside = std::move(aside),
-                       .identity = m_target->current().readOwnIdentity(names.target)});
-    m_hasCopied = m_hasCopied || brought == Brought::COPIED;
-    if (keepsLink(kind))
-        ++m_work.report().links;
-    else if (brought == Brought::COPIED)
-        m_work.fileDone();
-    else if (kind != EntryKind::SUBFOLDER)
-        m_work.fileDone(sizeForProgress(names.target));
-}
-
-bool TreeTransfer::clearEntry(FolderWay& way, TextView name)
-{
-    const OpenFolder& source = way.current();
-    if (isLeft(source, name)) return false;
-    // Both are looked at now: whatever has changed since it was copied stays.
-    if (!source.isSameContent(name, m_target->current(), name))
-        m_work.fail("compareFiles", way.fullName(name), platform::FILE_CHANGED);
-    else if (source.deleteFile(name, ReadOnlyFiles::GO))
-        return ++m_removed, true;
-    else if (!saysMissing(platform::lastError()))
-        m_work.fail("deleteFile", way.fullName(name));
-    return false;
-}
-
-bool TreeTransfer::clearSource(const DiskFolder& place)
-{
-    struct ClearedLevel
-    {
-        FolderContents contents;
-        std::size_t next = 0;
-        bool keepsSomething = false;
-    };
-    OpenFolder top = place.open(Links::REFUSE);
+    OpenFolder top = source.open(Links::REFUSE);
     if (!top.isOpen() || top.identity() != m_sourceTop)
     {
         if (top.isOpen()) platform::setLastError(platform::INVALID_HANDLE);
-        fail(OPEN_FOLDER, fullName(*place.absolute(), SEPARATOR));
+        fail(OPEN_FOLDER, fullName(*source.absolute(), SEPARATOR));
         return false;
     }
-    FolderWay source = place.way(std::move(top));
-    std::vector<ClearedLevel> levels;
-    const auto isEnded = [&] { return m_work.isStopped() || m_work.isEnded(); };
-    const auto begin = [&]
-    {
-        ClearedLevel& level = levels.emplace_back();
-        level.keepsSomething = !level.contents.read(source.current());
-        if (level.keepsSomething) m_work.fail("readFolder", fullName(source.path(), SEPARATOR));
-        const auto clear = [&](const FolderContents::Entry& entry)
-        {
-            if (isEnded() || !clearEntry(source, level.contents.nameOf(entry))) level.keepsSomething = true;
-        };
-        for (const auto& file : level.contents.files()) clear(file);
-        for (const auto& folder : level.contents.folders())
-            if (folder.isLink()) clear(folder);
-    };
-    begin();
-    for (;;)
-    {
-        ClearedLevel& level = levels.back();
-        if (isEnded()) return false;
-        if (level.next < level.contents.folders().size())
-        {
-            const auto& folder = level.contents.folders()[level.next++];
-            if (folder.isLink()) continue;
-            const TextView name = level.contents.nameOf(folder);
-            if (isLeft(source.current(), name))
-            {
-                level.keepsSomething = true;
-                continue;
-            }
-            const bool isEntered = source.enter(name, Links::REFUSE);
-            if (isEntered && m_target->enter(name, Links::REFUSE))
-            {
-                begin();
-                continue;
-            }
-            level.keepsSomething = true;
-            const DWORD reason = platform::lastError();
-            if (isEntered && !source.leave()) return false;
-            m_work.fail(OPEN_FOLDER, source.fullName(name, true), reason);
-            continue;
-        }
-        const bool keepsSomething = level.keepsSomething;
-        if (levels.size() == 1) return !keepsSomething;
-        levels.pop_back();
-        if (!source.leave() || !m_target->leave())
-        {
-            fail("openFolder", fullName(source.path(), SEPARATOR));
-            return false;
-        }
-        ClearedLevel& above = levels.back();
-        const TextView name = above.contents.nameOf(above.contents.folders()[above.next - 1]);
-        if (keepsSomething || !source.current().removeFolder(name))
-        {
-            if (!keepsSomething) m_work.fail("removeFolder", source.fullName(name, true));
-            above.keepsSomething = true;
-        }
-        else
-        {
-            ++m_removed;
-        }
-    }
+    FolderWay way = source.way(std::move(top));
+    return m_clearing.clear(way, *m_target, m_entries.left());
 }
 
 }  // namespace Oxa_1_1::detail

@@ -2,12 +2,12 @@
 
 #include <cstdint>
 #include <optional>
-#include <set>
-#include <tuple>
 #include <vector>
 
 #include "base/filesystem/detail/disk_folder.h"
 #include "base/filesystem/detail/entry_stream.h"
+#include "base/filesystem/detail/entry_transfer.h"
+#include "base/filesystem/detail/tree_clearing.h"
 #include "base/filesystem/detail/tree_copy.h"
 #include "base/filesystem/detail/tree_journal.h"
 #include "base/filesystem/detail/tree_work.h"
@@ -19,13 +19,9 @@ namespace Oxa_1_1::detail
 class TreeTransfer
 {
    public:
-    enum class Mode
-    {
-        COPY,
-        MOVE
-    };
+    using Mode = EntryTransfer::Mode;
 
-    TreeTransfer(TreeWork& work, Mode mode) : m_work(work), m_mode(mode) {}
+    TreeTransfer(TreeWork& work, Mode mode) : m_work(work), m_entries(work, m_journal, mode), m_clearing(work) {}
     TreeTransfer(const TreeTransfer&) = delete;
     TreeTransfer& operator=(const TreeTransfer&) = delete;
 
@@ -42,35 +38,19 @@ class TreeTransfer
         bool canRename = false;
         std::size_t inJournal = TreeJournal::TOP;
     };
-    enum class Brought
-    {
-        FAILED,
-        COPIED,
-        MOVED
-    };
-    struct Names
-    {
-        Text source;
-        Text target;
-    };
-    using LeftEntry = std::tuple<std::uint64_t, std::uint64_t, Text>;
 
-    bool isMove() const noexcept { return m_mode == Mode::MOVE; }
-    bool keepsLink(platform::EntryKind kind) const noexcept;
-    String sourceName(TextView name) { return m_source->way().fullName(name); }
-    String targetName(TextView name) { return m_target->fullName(name); }
     bool fail(std::string_view operation, const String& path) { return m_work.fail(operation, path); }
-    bool failEntry(std::string_view operation, TextView name);
-    bool failWith(DWORD code, std::string_view operation, TextView name);
-    /// Notes that the entry stays in the source's current folder.
-    void leave(TextView name);
-    bool isLeft(const platform::OpenFolder& folder, TextView name) const;
+    TransferPlace place()
+    {
+        const Level& level = m_levels.back();
+        return {m_source->way(), *m_target, level.canRename, level.inJournal};
+    }
 
     /// False after a failure that makes any more of it pointless.
     bool openTarget(const DiskFolder& target);
     bool makeTarget();
     bool openSource(const DiskFolder& source, platform::Links links);
-    bool isOutsideSource();
+    bool isOutsideSource(const ParsedDirectory& target);
     /// Runs `act`, and takes all back when that is asked for and needed.
     template <class Act>
     void guarded(const Act& act);
@@ -82,23 +62,12 @@ class TreeTransfer
     bool transfer(const platform::TreeEntry& entry);
     bool transferFolder(const Text& name, platform::Links links);
     bool leadsToTarget() const;
-    bool transferEntry(const Names& names, platform::EntryKind kind);
-    bool replaceEntry(const Names& names, platform::EntryKind kind);
-    /// Whether what stands at the target gives way; else that was told, and `goesOn` is false when it ends all.
-    bool givesWay(const Names& names, platform::EntryKind kind, bool& goesOn);
-    Brought bring(const Names& names, platform::EntryKind kind);
-    void takeBack(Brought brought, const Text& temporary, const Text& name);
-    Text keepAside(const Text& name, bool& isKept);
-    /// Of a file whose content stayed where it is.
-    std::uint64_t sizeForProgress(TextView name);
-    void note(Brought brought, const Names& names, platform::EntryKind kind, Text aside);
-
-    /// The second half of a move: what was copied is removed when it is the same on both sides. False when not all is.
+    bool isTarget(const platform::OpenFolder& folder) const;
+    bool isSource(const platform::OpenFolder& folder);
+    /// The second half of a move. False when not all is gone.
     bool clearSource(const DiskFolder& source);
-    bool clearEntry(FolderWay& way, TextView name);
 
     TreeWork& m_work;
-    Mode m_mode;
     std::optional<EntryStream> m_source;
     std::optional<FolderWay> m_target;
     std::optional<Circles> m_circles;
@@ -108,11 +77,9 @@ class TreeTransfer
     std::vector<Text> m_missing;
     std::vector<Level> m_levels;
     TreeJournal m_journal;
+    EntryTransfer m_entries;
+    TreeClearing m_clearing;
     std::size_t m_topInJournal = TreeJournal::TOP;
-    /// What stays at the source for a reason that was told.
-    std::set<LeftEntry> m_left;
-    std::uint64_t m_removed = 0;
-    bool m_hasCopied = false;
 };
 
 }  // namespace Oxa_1_1::detail

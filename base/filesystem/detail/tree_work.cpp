@@ -8,10 +8,10 @@
 namespace Oxa_1_1::detail
 {
 
-bool TreeWork::fail(std::string_view operation, const String& path, DWORD code)
+bool TreeWork::fail(std::string_view operation, const String& path, DWORD code, const String& target)
 {
-    m_failures.add({.operation = operation, .path = path, .target = {}, .code = makeWindowsError(code)});
-    platform::failStep(code, operation, path);
+    m_failures.add({.operation = operation, .path = path, .target = target, .code = makeWindowsError(code)});
+    platform::failStep(code, operation, path, target);
     return m_options.onFailure == OnFailure::GoOn;
 }
 
@@ -28,10 +28,19 @@ void TreeWork::count(const Directory& folder, LinkHandling links)
     for (const WalkEntry& entry : walk)
     {
         if (isStopped()) return;
-        if (!entry.isFile() || (entry.isLink() && links == LinkHandling::Keep)) continue;
+        const bool isKeptLink = entry.isLink() && links == LinkHandling::Keep;
+        if (entry.isFolder() && !isKeptLink) continue;
         ++m_progress.totalFiles;
-        m_progress.totalBytes += entry.size().value_or(0);
+        if (entry.isFile() && !isKeptLink) m_progress.totalBytes += entry.size().value_or(0);
     }
+    tell();
+}
+
+void TreeWork::countFile(std::uint64_t bytes)
+{
+    if (!m_options.countFirst) return;
+    m_progress.totalFiles = 1;
+    m_progress.totalBytes = bytes;
     tell();
 }
 
@@ -61,6 +70,20 @@ void TreeWork::fileSkipped(std::uint64_t bytes)
 {
     ++m_report.skipped;
     pass(bytes);
+}
+
+void TreeWork::linkDone()
+{
+    ++m_report.links;
+    pass(0);
+}
+
+void TreeWork::wholeDone()
+{
+    if (!m_options.countFirst || m_progress.files >= m_progress.totalFiles) return;
+    m_progress.files = m_progress.totalFiles;
+    m_progress.bytes = m_bytesBefore = m_progress.totalBytes;
+    tell();
 }
 
 void TreeWork::folderDone()

@@ -23,7 +23,8 @@ class TreeWork
     bool rollsBack() const noexcept { return m_options.onFailure == OnFailure::RollBack; }
 
     /// Notes a failure. False when that ends the operation.
-    bool fail(std::string_view operation, const String& path, DWORD code = platform::lastError());
+    bool fail(std::string_view operation, const String& path, DWORD code = platform::lastError(),
+              const String& target = {});
     bool hasFailed() const noexcept { return m_failures.count() != 0; }
     /// By a failure.
     bool isEnded() const noexcept { return hasFailed() && m_options.onFailure != OnFailure::GoOn; }
@@ -31,14 +32,20 @@ class TreeWork
     bool isStopped();
 
     /// For the totals.
+    /// @{
     void count(const Directory& folder, LinkHandling links);
+    void countFile(std::uint64_t bytes);
+    /// @}
     /// A file is done, whose progress was received.
     void fileDone();
     /// One is done without its content, or needs nothing to be done.
     /// @{
     void fileDone(std::uint64_t bytes);
     void fileSkipped(std::uint64_t bytes);
+    void linkDone();
     /// @}
+    /// All that was counted is: in one piece, perhaps.
+    void wholeDone();
     void folderDone();
     /// What was copied of the file does not count.
     void fileFailed() noexcept { m_progress.bytes = m_bytesBefore; }

@@ -98,6 +98,11 @@ std::optional<FileIdentity> OpenFolder::readOwnIdentity(TextView name) const
     return asked("readIdentity", name, [&] { return native::readOwnIdentity(*m_folder, name); });
 }
 
+std::optional<FileTicks> OpenFolder::readOwnLastWrite(TextView name) const
+{
+    return asked("readInformation", name, [&] { return native::readOwnLastWrite(*m_folder, name); });
+}
+
 bool OpenFolder::isSameContent(TextView name, const OpenFolder& other, TextView otherName) const
 {
     return asked("compareFiles", name, otherName,

@@ -124,6 +124,7 @@ class OpenFolder
     std::optional<EntryKind> readKind(TextView name) const;
     /// Of the entry itself, be it a link.
     std::optional<FileIdentity> readOwnIdentity(TextView name) const;
+    std::optional<FileTicks> readOwnLastWrite(TextView name) const;
     /// Whether both are plain files of the same bytes, or links that say the same. False also when that cannot be seen.
     bool isSameContent(TextView name, const OpenFolder& other, TextView otherName) const;
     /// Fails with 183 when something of that name is there.

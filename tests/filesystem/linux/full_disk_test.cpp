@@ -12,8 +12,9 @@
 
 #include "base/filesystem/failure.h"
 #include "base/filesystem/safe_writer.h"
+#include "base/filesystem/tree_operations.h"
+#include "tests/filesystem/linux/world.h"
 #include "tests/filesystem/messages.h"
-#include "tests/filesystem/temp_folder.h"
 
 namespace Oxa_1_1::test
 {
@@ -163,6 +164,80 @@ TEST_F(FullDisk, LosesNothingThatShallMoveThere)
     EXPECT_EQ(temp.read("file"), "content");
     EXPECT_EQ(temp.read("tree/a/file"), "content");
     EXPECT_EQ(temp.read("tree/b"), "content");
+}
+
+TEST_F(FullDisk, OfTreesTakesAllOrWhatFits)
+{
+    withSmallDisk(
+        "size=128k",
+        [&]
+        {
+            using Act = std::function<TreeReport(const TreeOptions&)>;
+            const Act acts[] = {
+                [&](const auto& o) { return copyTree(*temp.directory("tree"), *temp.directory("disk/old"), o); },
+                [&](const auto& o) { return copyTree(*temp.directory("tree"), *temp.directory("disk/new/x"), o); },
+                [&](const auto& o) { return moveTree(*temp.directory("tree"), *temp.directory("disk/old"), o); },
+                [&](const auto& o) { return moveTree(*temp.directory("tree"), *temp.directory("disk/new/x"), o); },
+                [&](const auto& o) { return moveFile(*temp.file("tree/b/large"), *temp.file("disk/new/f"), o); },
+                [&](const auto& o) { return moveFile(*temp.file("tree/b/large"), *temp.file("disk/old/b/f"), o); }};
+            for (const Act& act : acts)
+                for (const OnFailure onFailure : {OnFailure::Stop, OnFailure::RollBack, OnFailure::GoOn})
+                {
+                    for (const char* const part : {"disk/old", "disk/new"})
+                        std::filesystem::remove_all(temp.path(part));
+                    temp.write("disk/old/a/small", "old");
+                    temp.write("disk/old/b/f", "old");
+                    temp.write("disk/old/b/large", "old");
+                    temp.write("tree/a/small", "new");
+                    temp.write("tree/b/large", std::string(200 << 10, 'x'));
+                    temp.write("tree/c/small", "new");
+                    const World former = worldIn(temp);
+                    const TreeReport report = act({.overwrite = Overwrite::Always, .onFailure = onFailure});
+                    EXPECT_EQ(report.failureCount, 1U);
+                    EXPECT_EQ(report.failures.at(0).code, std::errc::no_space_on_device);
+                    const World after = worldIn(temp);
+                    if (onFailure == OnFailure::RollBack)
+                    {
+                        EXPECT_TRUE(below(after, "disk") == below(former, "disk"));
+                    }
+                    EXPECT_EQ(temp.read("disk/old/b/f") + temp.read("disk/old/b/large"), "oldold");
+                    for (const auto& each : after) EXPECT_EQ(each.first.find(".oxa"), std::string::npos);
+                    if (onFailure != OnFailure::GoOn)
+                    {
+                        EXPECT_TRUE(below(after, "tree") == below(former, "tree"));
+                    }
+                }
+        });
+}
+
+TEST_F(FullDisk, IsNotTheSameFolderByTwoNames)
+{
+    withSmallDisk(
+        "size=1m",
+        [&]
+        {
+            using Act = TreeReport (*)(const Directory&, const Directory&, const TreeOptions&);
+            for (const Act act : {Act(&copyTree), Act(&moveTree)})
+                for (const Overwrite overwrite : {Overwrite::Never, Overwrite::Always})
+                {
+                    makeEmpty(temp, "disk");
+                    for (const char* const file : {"disk/tree/sub/file", "disk/tree/other", "disk/target/old"})
+                        temp.write(file, file);
+                    const auto bound = temp.path("disk/target/sub");
+                    std::filesystem::create_directory(bound);
+                    ASSERT_EQ(mount(temp.path("disk/tree/sub").c_str(), bound.c_str(), nullptr, MS_BIND, nullptr), 0);
+                    TreeReport report =
+                        act(*temp.directory("disk/tree"), *temp.directory("disk/target"), {.overwrite = overwrite});
+                    EXPECT_EQ(report.failures.at(0).code.value(), 87);
+                    EXPECT_EQ(temp.read("disk/tree/sub/file"), "disk/tree/sub/file");
+                    EXPECT_EQ(temp.read("disk/target/other"), "disk/tree/other");
+                    // A target that lies in the source, though no path says so.
+                    report = act(*temp.directory("disk/tree"), *temp.directory("disk/target/sub/new"), {});
+                    EXPECT_EQ(report.failures.at(0).code.value(), 87);
+                    EXPECT_TRUE(contentsOf(worldIn(temp)).contains("file disk/tree/sub/file"));
+                    EXPECT_EQ(umount(bound.c_str()), 0);
+                }
+        });
 }
 
 TEST_F(FullDisk, IsNoneThatAnotherUserMayNotChange)

@@ -1,13 +1,16 @@
 // Walks and operations among links, pipes, odd names, deep folders and other disks.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
+#include <functional>
 #include <utility>
 
+#include "base/filesystem/disk_facts.h"
 #include "base/filesystem/tree_operations.h"
 #include "base/filesystem/tree_walk.h"
 #include "tests/filesystem/linux/system_calls.h"
@@ -24,7 +27,7 @@ namespace fs = std::filesystem;
 
 constexpr int MISSING = 2;
 constexpr int UNSUPPORTED = 50;
-constexpr int NO_FOLDER = 267;
+constexpr int IN_THE_WAY = 80;
 constexpr int LINK_LOOP = 1921;
 
 class TreeWorlds : public testing::Test
@@ -113,13 +116,95 @@ TEST_F(TreeWorlds, NothingGoesThroughLinksAtTheTarget)
     {
         const TreeReport report =
             act(*temp.directory("source"), *temp.directory("target"), {.overwrite = Overwrite::Always});
-        EXPECT_EQ(failuresOf(report), (Failures{{"source/dir", NO_FOLDER}}));
+        EXPECT_EQ(failuresOf(report), (Failures{{"source/dir", IN_THE_WAY}}));
+        EXPECT_EQ(report.failures.at(0).target, temp.directory("target/dir")->getFullName());
         EXPECT_FALSE(fs::is_symlink(temp.path("target/file")));
         EXPECT_EQ(below(worldIn(temp), "outside"), outside);
     }
     EXPECT_TRUE(removeTree(*temp.directory("target/way")));
     EXPECT_TRUE(removeTree(*temp.directory("target")));
     EXPECT_EQ(below(worldIn(temp), "outside"), outside);
+}
+
+TEST_F(TreeWorlds, LinksAreAsNewAsTheyAre)
+{
+    makeLinks();
+    // A link of its own time on one side, a file on the other one.
+    const FileTime old = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
+    const auto prepare = [&](const char* link, const char* file, bool isLinkNewer)
+    {
+        for (const char* const each : {link, file}) fs::remove(temp.path(each));
+        fs::create_symlink("../outside/x", temp.path(link));
+        temp.write(file, "file");
+        const struct timespec times[]
+        {
+            {.tv_sec = 0, .tv_nsec = UTIME_NOW}, { .tv_sec = 1000, .tv_nsec = 0 }
+        };
+        const bool isSet = isLinkNewer ? setLastWriteTime(*temp.file(file), old)
+                                       : utimensat(AT_FDCWD, temp.path(link).c_str(), times, AT_SYMLINK_NOFOLLOW) == 0;
+        EXPECT_TRUE(isSet);
+    };
+    for (const bool isLinkNewer : {true, false})
+        for (const bool isLinkCopied : {true, false})
+        {
+            prepare(isLinkCopied ? "source/entry" : "target/entry", isLinkCopied ? "target/entry" : "source/entry",
+                    isLinkNewer);
+            copyTree(*temp.directory("source"), *temp.directory("target"), {.overwrite = Overwrite::IfNewer});
+            EXPECT_EQ(fs::is_symlink(temp.path("target/entry")), isLinkNewer) << isLinkCopied;
+        }
+    EXPECT_EQ(temp.read("outside/x"), "outside/x");
+}
+
+TEST_F(TreeWorlds, LinksAndSecondNamesAreMovedThemselves)
+{
+    makeLinks();
+    fs::remove(temp.path("source/pipe"));
+    const World outside = below(worldIn(temp), "outside");
+    EXPECT_EQ(moveTree(*temp.directory("source/way"), *temp.directory("new/way")).links, 1U);
+    EXPECT_TRUE(fs::is_symlink(temp.path("new/way")) && !fs::is_symlink(temp.path("source/way")));
+    EXPECT_EQ(below(worldIn(temp), "outside"), outside);
+    for (const bool readOnlyToo : {false, true})
+    {
+        fs::create_hard_link(temp.path("source/file"), temp.path("target/name"));
+        const TreeReport report = moveFile(*temp.file("target/name"), *temp.file("source/file"),
+                                           {.overwrite = Overwrite::Always, .readOnlyToo = readOnlyToo});
+        EXPECT_TRUE(report);
+        EXPECT_EQ(temp.contents("target"), Names{"old"});
+    }
+    EXPECT_EQ(temp.read("source/file"), "source/file");
+    for (const std::string& name : temp.contents("source")) EXPECT_FALSE(name.starts_with(".oxa")) << name;
+}
+
+TEST_F(TreeWorlds, TheTotalsAreReached)
+{
+    using Act = std::function<TreeReport(const TreeOptions&)>;
+    const auto source = temp.directory("source");
+    const auto target = temp.directory("target");
+    const Act acts[] = {
+        [&](const TreeOptions& options) { return copyTree(*source, *target, options); },
+        [&](const TreeOptions& options) { return moveTree(*source, *target, options); },
+        [&](const TreeOptions& options) { return moveTree(*source, *temp.directory("new"), options); },
+        [&](const TreeOptions& options) { return moveFile(*temp.file("source/file"), *temp.file("f"), options); },
+        [&](const TreeOptions& options) { return removeTree(*source, options); },
+    };
+    for (const Act& act : acts)
+    {
+        makeEmpty(temp);
+        makeLinks();
+        if (&act == &acts[0]) fs::remove(temp.path("source/pipe"));
+        TreeProgress last;
+        EXPECT_TRUE(act({.countFirst = true, .progress = [&](const TreeProgress& each) { last = each; }}));
+        EXPECT_EQ(last.files, last.totalFiles);
+        EXPECT_GE(last.totalFiles, 1U);
+        // Who asks to stop before it begins, gets nothing done.
+        makeEmpty(temp);
+        makeLinks();
+        const Names before = temp.contents();
+        std::stop_source stop;
+        stop.request_stop();
+        EXPECT_TRUE(act({.stop = stop.get_token()}).isStopped);
+        EXPECT_EQ(temp.contents(), before);
+    }
 }
 
 TEST_F(TreeWorlds, NamesOfAnyBytesInFoldersOfAnyDepthNeedFewHandles)

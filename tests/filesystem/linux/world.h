@@ -44,9 +44,9 @@ inline std::set<std::string> contentsOf(const World& world)
     return contents;
 }
 
-inline void makeEmpty(const TempFolder& temp)
+inline void makeEmpty(const TempFolder& temp, const std::string& folder = {})
 {
-    for (const auto& entry : std::filesystem::directory_iterator(temp.path()))
+    for (const auto& entry : std::filesystem::directory_iterator(temp.path(folder)))
         std::filesystem::remove_all(entry.path());
 }
 

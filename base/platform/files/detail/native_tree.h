@@ -22,6 +22,7 @@ std::optional<FileIdentity> readIdentity(const Folder& folder, TextView name);
 bool isLink(const Folder& folder, TextView name);
 std::optional<EntryKind> readKind(const Folder& folder, TextView name);
 std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name);
+std::optional<FileTicks> readOwnLastWrite(const Folder& folder, TextView name);
 bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName);
 bool makeFolder(const Folder& folder, TextView name, NewFolder access);
 bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess access);

@@ -58,24 +58,6 @@ bool isSameName(const ReachablePath& a, const ReachablePath& b)
     return fstat(folderA.get(), &statusA) == 0 && fstat(folderB.get(), &statusB) == 0 && isSameFile(statusA, statusB);
 }
 
-bool replaceByRenaming(const ReachablePath& from, const ReachablePath& to)
-{
-    struct stat source;
-    struct stat target;
-    if (!from.readOwnStatus(source)) return false;
-    const bool isThere = fstatat(to.folder(), to.itself(), &target, AT_SYMLINK_NOFOLLOW) == 0;
-    if (isThere && isSameFile(source, target))
-    {
-        if (source.st_nlink == 1 || isSameName(from, to))
-            return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || from.fail();
-        // The system would leave both names of the file.
-        return unlinkat(from.folder(), from.itself(), 0) == 0 || from.fail();
-    }
-    if (isThere && (S_ISDIR(target.st_mode) || S_ISDIR(source.st_mode))) return failWith(EISDIR);
-    if (isThere && !S_ISLNK(target.st_mode) && isReadOnly(target)) return failWith(EACCES);
-    return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || to.fail();
-}
-
 /// Where renaming itself always replaces: by calls that never do.
 bool renameToFreeName(const ReachablePath& from, const ReachablePath& to)
 {
@@ -152,6 +134,25 @@ bool deleteFile(const ReachablePath& reachable)
     return unlinkat(reachable.folder(), reachable.path(), 0) == 0 || reachable.fail();
 }
 
+bool replaceByRenaming(const ReachablePath& from, const ReachablePath& to, ReadOnlyFiles readOnly)
+{
+    struct stat source;
+    struct stat target;
+    if (!from.readOwnStatus(source)) return false;
+    const bool isThere = fstatat(to.folder(), to.itself(), &target, AT_SYMLINK_NOFOLLOW) == 0;
+    if (isThere && isSameFile(source, target))
+    {
+        if (source.st_nlink == 1 || isSameName(from, to))
+            return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || from.fail();
+        // The system would leave both names of the file.
+        return unlinkat(from.folder(), from.itself(), 0) == 0 || from.fail();
+    }
+    if (isThere && (S_ISDIR(target.st_mode) || S_ISDIR(source.st_mode))) return failWith(EISDIR);
+    const bool isKept = readOnly == ReadOnlyFiles::STAY;
+    if (isThere && isKept && !S_ISLNK(target.st_mode) && isReadOnly(target)) return failWith(EACCES);
+    return renameat(from.folder(), from.itself(), to.folder(), to.itself()) == 0 || to.fail();
+}
+
 bool renameFile(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
 {
     if (renameat2(source.folder(), source.itself(), target.folder(), target.itself(), RENAME_NOREPLACE) == 0)
@@ -159,7 +160,7 @@ bool renameFile(const ReachablePath& source, const ReachablePath& target, bool f
     const int number = errno;
     // Not every file system knows how to leave an existing target alone.
     const bool isUnknown = number == EINVAL || number == ENOSYS;
-    if (!failIfExists && (isUnknown || number == EEXIST)) return replaceByRenaming(source, target);
+    if (!failIfExists && (isUnknown || number == EEXIST)) return replaceByRenaming(source, target, ReadOnlyFiles::STAY);
     if (isUnknown) return renameToFreeName(source, target);
     struct stat status;
     if (number == ENOENT && source.readOwnStatus(status)) return target.fail(number);

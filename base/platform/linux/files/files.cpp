@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "base/platform/files/detail/file_time.h"
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/linux/files/current_folder.h"
 #include "base/platform/linux/files/native_path.h"
@@ -21,16 +22,11 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
-constexpr std::int64_t SECONDS_FROM_1601_TO_1970 = 11644473600;
-constexpr std::int64_t TICKS_IN_SECOND = 10'000'000;
-constexpr int NANOSECONDS_IN_TICK = 100;
 constexpr int DRIVES = 26;
 
 FileTicks ticksOf(const struct statx_timestamp& time)
 {
-    const std::int64_t seconds = time.tv_sec + SECONDS_FROM_1601_TO_1970;
-    if (seconds < 0) return 0;
-    return static_cast<FileTicks>(seconds * TICKS_IN_SECOND + time.tv_nsec / NANOSECONDS_IN_TICK);
+    return ticksOfUnixTime(time.tv_sec, static_cast<long>(time.tv_nsec));
 }
 
 /// Not every file system knows when a file was made; it was no later than anything else that happened to it.

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "base/platform/files/detail/file_time.h"
 #include "base/platform/files/detail/native_new_items.h"
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/files/reachable_path.h"
@@ -21,9 +22,6 @@ namespace Oxa_1_1::platform::native
 namespace
 {
 
-constexpr std::uint64_t SECONDS_FROM_1601_TO_1970 = 11644473600;
-constexpr std::uint64_t TICKS_IN_SECOND = 10'000'000;
-constexpr long NANOSECONDS_IN_TICK = 100;
 constexpr const char* ACCESS_LIST = "system.posix_acl_access";
 
 /// The finer permissions, where the file system has them.
@@ -131,12 +129,10 @@ Text finalPath(TextView path)
 
 bool writeLastWrite(TextView path, FileTicks ticks)
 {
-    const auto seconds =
-        static_cast<std::int64_t>(ticks / TICKS_IN_SECOND) - static_cast<std::int64_t>(SECONDS_FROM_1601_TO_1970);
     const long nanoseconds = static_cast<long>(ticks % TICKS_IN_SECOND) * NANOSECONDS_IN_TICK;
     const struct timespec times[]
     {
-        {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, { .tv_sec = seconds, .tv_nsec = nanoseconds }
+        {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, { .tv_sec = unixTimeOfTicks(ticks), .tv_nsec = nanoseconds }
     };
     const ReachablePath reachable(path);
     return utimensat(reachable.folder(), reachable.path(), times, 0) == 0 || reachable.fail();

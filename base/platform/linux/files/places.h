@@ -11,6 +11,8 @@ std::optional<FileInformation> readInformation(const ReachablePath& path);
 bool deleteFile(const ReachablePath& path);
 bool removeFolder(const ReachablePath& path);
 bool renameFile(const ReachablePath& from, const ReachablePath& to, bool failIfExists);
+/// What is missing cannot be replaced, but gets a new name as well.
+bool replaceByRenaming(const ReachablePath& from, const ReachablePath& to, ReadOnlyFiles readOnly);
 bool copyFile(const ReachablePath& from, const ReachablePath& to, bool failIfExists, const CopyProgress& progress,
               Kept kept = {});
 bool isSameContent(const ReachablePath& a, const ReachablePath& b);

@@ -10,6 +10,7 @@
 #include <string>
 #include <utility>
 
+#include "base/platform/files/detail/file_time.h"
 #include "base/platform/files/detail/native_tree.h"
 #include "base/platform/linux/files/folder_entries.h"
 #include "base/platform/linux/files/native_path.h"
@@ -214,6 +215,13 @@ std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name)
     return identityOf(status);
 }
 
+std::optional<FileTicks> readOwnLastWrite(const Folder& folder, TextView name)
+{
+    struct stat status;
+    if (!folder.entry(name).readOwnStatus(status)) return std::nullopt;
+    return ticksOfUnixTime(status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
+}
+
 bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName)
 {
     return isSameContent(folder.entry(name), other.entry(otherName));
@@ -288,8 +296,7 @@ bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFil
 {
     const ReachablePath entry = folder.entry(name);
     const ReachablePath target = folder.entry(replaced);
-    if (readOnly == ReadOnlyFiles::STAY) return renameFile(entry, target, false);
-    return renameat(entry.folder(), entry.path(), target.folder(), target.path()) == 0 || entry.fail();
+    return replaceByRenaming(entry, target, readOnly);
 }
 
 bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,

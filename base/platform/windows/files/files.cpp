@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "base/platform/files/detail/file_time.h"
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/windows/files/file_handle.h"
 #include "base/platform/windows/files/system_names.h"
@@ -48,12 +49,7 @@ std::optional<BY_HANDLE_FILE_INFORMATION> informationBehind(TextView path)
     return info;
 }
 
-__time64_t secondsOf(const FILETIME& time)
-{
-    constexpr FileTicks TICKS_IN_SECOND = 10'000'000;
-    constexpr __time64_t SECONDS_FROM_1601_TO_1970 = 11644473600;
-    return static_cast<__time64_t>(ticksOf(time) / TICKS_IN_SECOND) - SECONDS_FROM_1601_TO_1970;
-}
+__time64_t secondsOf(const FILETIME& time) { return unixTimeOfTicks(ticksOf(time)); }
 
 /// What the run-time library would tell, which takes no path of any length.
 bool statLong(const Text& path, struct _stat64& status)

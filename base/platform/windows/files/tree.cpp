@@ -394,6 +394,13 @@ std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name)
     return info ? std::optional(identityOf(*info)) : std::nullopt;
 }
 
+std::optional<FileTicks> readOwnLastWrite(const Folder& folder, TextView name)
+{
+    const auto info = informationOf(openItself(folder, name, FILE_READ_ATTRIBUTES));
+    if (!info) return std::nullopt;
+    return join(info->ftLastWriteTime.dwHighDateTime, info->ftLastWriteTime.dwLowDateTime);
+}
+
 bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName)
 {
     const FileHandle a = openItself(folder, name, FILE_GENERIC_READ);
