@@ -18,12 +18,12 @@
 namespace Oxa_1_1
 {
 
-/// Whether a file or link at the target gives way. A folder never does.
+/// Whether a file or link at the target gives way to another one. A folder never does, and nothing does to a folder.
 enum class Overwrite
 {
     /// It stays, and the report holds a failure with code 80.
     Never,
-    /// When it was written earlier; else it is skipped.
+    /// When it was written earlier, a link as well; else it is skipped.
     IfNewer,
     Always
 };
