@@ -2,8 +2,8 @@
 // others, and pairs of both, by what every implementation offers. The results are the same.
 
 #include <algorithm>
-#include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/filesystem/detail/disk_tree.h"
 #include "base/filesystem/detail/folder_tree.h"
@@ -26,11 +26,9 @@ class ContentsCopy
 {
    public:
     ContentsCopy(const Directory& target, bool recursive, bool overwrite, std::shared_ptr<IProgress> progress)
-        : m_isRecursive(recursive),
-          m_overwrites(overwrite),
-          m_progress(std::move(progress)),
-          m_root(detail::readIdentity(target))
+        : m_isRecursive(recursive), m_overwrites(overwrite), m_progress(std::move(progress))
     {
+        note(target);
     }
 
     /// A target that was made for the copy gets the permissions of the source.
@@ -48,11 +46,7 @@ class ContentsCopy
    private:
     bool copy(const Directory& source, const Directory& target)
     {
-        if (m_root && detail::readIdentity(source) == m_root)
-        {
-            m_cameToItself = true;
-            return false;
-        }
+        if (goesIntoItself(source)) return false;
         const auto folders = source.findDirectories(OXA_TEXT("*"));
         if (!detail::ListScope::wasWhole()) return false;
         for (const auto& folder : folders)
@@ -73,13 +67,34 @@ class ContentsCopy
         if (isThere && !wasThere) m_made.add(place, std::make_shared<Directory>(folder));
         if (!m_isRecursive || detail::leadsToAncestor(folder)) return true;
         // Where a file stands, there is no folder in spite of all.
-        return place != nullptr && folder.exists() && place->exists() && copy(folder, *place);
+        if (place == nullptr || !folder.exists() || !place->exists()) return false;
+        const std::size_t outer = m_places.size();
+        if (wasThere) note(*place);
+        if (!copy(folder, *place)) return false;
+        m_places.resize(outer);
+        return true;
+    }
+
+    void note(const Directory& place)
+    {
+        if (const auto identity = detail::readIdentity(place)) m_places.push_back(*identity);
+    }
+
+    /// Behind a link, what is copied may lie anywhere in the target.
+    bool goesIntoItself(const Directory& source)
+    {
+        auto places =
+            detail::isLinkItself(source) ? detail::readAncestry(source) : std::vector<platform::FileIdentity>();
+        if (const auto own = detail::readIdentity(source)) places.push_back(*own);
+        m_cameToItself = std::ranges::find_first_of(places, m_places) != places.end();
+        return m_cameToItself;
     }
 
     bool m_isRecursive;
     bool m_overwrites;
     std::shared_ptr<IProgress> m_progress;
-    std::optional<platform::FileIdentity> m_root;
+    /// On the way to the current folder of the target, those that were there before.
+    std::vector<platform::FileIdentity> m_places;
     detail::MadeFolders m_made;
     bool m_cameToItself = false;
 };

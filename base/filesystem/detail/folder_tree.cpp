@@ -120,6 +120,13 @@ std::optional<FileIdentity> readIdentity(const Directory& directory)
     return platform::readIdentity(directory.getFullNameUnicode());
 }
 
+std::vector<FileIdentity> readAncestry(const Directory& directory)
+{
+    if (windowsImpl(directory) == nullptr) return {};
+    const auto folder = platform::OpenFolder::at(directory.getFullNameUnicode(), platform::Links::FOLLOW);
+    return folder.isOpen() ? folder.ancestry() : std::vector<FileIdentity>();
+}
+
 bool isSameFolder(const Directory& a, const Directory& b)
 {
     const auto identityA = readIdentity(a);

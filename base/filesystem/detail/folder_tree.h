@@ -27,6 +27,9 @@ FolderTree readTree(const Directory& directory);
 /// None when it is not there, or of an implementation whose folders have only their names.
 std::optional<platform::FileIdentity> readIdentity(const Directory& directory);
 
+/// Of the folder and of those it really lies in; empty as above.
+std::vector<platform::FileIdentity> readAncestry(const Directory& directory);
+
 /// Whether both stand for the same folder.
 bool isSameFolder(const Directory& a, const Directory& b);
 

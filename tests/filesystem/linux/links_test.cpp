@@ -229,6 +229,11 @@ TEST(Links, IntoTheOtherSideOfACopyEndIt)
     link(temp, "../../target/x", "source/x/link");
     EXPECT_FALSE(temp.directory("source")->copyContents(*temp.directory("target"), true, false, nullptr));
     EXPECT_EQ(temp.directory("target")->collectDirectories("*", true).size(), 2U);
+    {
+        const ForeignersFirst foreigners;
+        EXPECT_FALSE(temp.directory("source")->copyContents(*temp.directory("target"), true, false, nullptr));
+        EXPECT_EQ(temp.directory("target")->collectDirectories("*", true).size(), 2U);
+    }
     EXPECT_EQ(temp.directory("source")->copy(*temp.directory("target/x"), true, nullptr), nullptr);
 
     // Nothing is made in the source before it is refused.
