@@ -13,6 +13,8 @@ void print(const std::string& line)
 {
     throwIfStopped();
     std::cout << line << '\n';
+    // Nothing more is looked for when nobody hears of it.
+    if (!std::cout) flushOutput();
 }
 
 void complain(const std::string& message)
