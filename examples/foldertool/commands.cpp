@@ -31,7 +31,7 @@ std::span<const Command> allCommands()
 const Command& findCommand(const std::string& name)
 {
     const auto found = std::ranges::find(allCommands(), name, &Command::name);
-    if (found == allCommands().end()) throw UsageError(text(IDS_UNKNOWN_COMMAND, {name}));
+    if (found == allCommands().end()) throw UsageError(text(IDS_UNKNOWN_COMMAND, {escaped(name)}));
     return *found;
 }
 

@@ -26,7 +26,11 @@ Items itemsOf(const Directory& folder)
 {
     Items items;
     TreeWalk walk(folder);
-    for (const WalkEntry& entry : walk) items[entry.relativeName()] = entry.item();
+    for (const WalkEntry& entry : walk)
+    {
+        throwIfStopped();
+        items[entry.relativeName()] = entry.item();
+    }
     return items;
 }
 

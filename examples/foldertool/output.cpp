@@ -13,6 +13,8 @@ void print(const std::string& line)
 {
     throwIfStopped();
     std::cout << line << '\n';
+    // Nothing more is looked for when nobody hears of it.
+    if (!std::cout) flushOutput();
 }
 
 void complain(const std::string& message)
@@ -32,7 +34,7 @@ void flushOutput()
     const bool isWritten = static_cast<bool>(std::cout.flush());
     throwIfStopped();
     // Nobody reads any more, and nobody wants to hear of it.
-    if (!isWritten && system::isOutputPipe()) throw Stopped({});
+    if (!isWritten && system::isOutputPipe()) throw Stopped(std::string());
     if (!isWritten) throw Failure(text(IDS_OUTPUT_FAILED));
 }
 

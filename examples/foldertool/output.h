@@ -5,7 +5,7 @@
 namespace foldertool
 {
 
-/// A line on standard output.
+/// A line on standard output. Throws as flushOutput() when that cannot be written any more.
 void print(const std::string& line);
 
 /// A line on standard error, with the program's name.

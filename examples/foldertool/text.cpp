@@ -96,20 +96,21 @@ std::string pathText(const FileSystemItem& item)
     return nameText(path);
 }
 
-std::string nameText(const std::filesystem::path& path)
+std::string nameText(const std::filesystem::path& path) { return escaped(system::bytesOf(path)); }
+
+std::string escaped(const std::string& name)
 {
     constexpr char DIGITS[] = "0123456789abcdef";
-    const std::string bytes = system::bytesOf(path);
     std::string result;
-    for (std::size_t i = 0; i < bytes.size(); ++i)
+    for (std::size_t i = 0; i < name.size(); ++i)
     {
-        const auto byte = static_cast<unsigned char>(bytes[i]);
-        const auto next = static_cast<unsigned char>(i + 1 < bytes.size() ? bytes[i + 1] : 0);
+        const auto byte = static_cast<unsigned char>(name[i]);
+        const auto next = static_cast<unsigned char>(i + 1 < name.size() ? name[i + 1] : 0);
         // Those beyond ASCII have two bytes.
         const bool isLongControl = byte == 0xC2 && next >= 0x80 && next < 0xA0;
         if (byte >= 0x20 && byte != 0x7F && !isLongControl)
         {
-            result += bytes[i];
+            result += name[i];
             continue;
         }
         const unsigned char shown = isLongControl ? next : byte;

@@ -33,6 +33,8 @@ std::string timeText(std::chrono::duration<double> time);
 /// @{
 std::string pathText(const Oxa_1_1::FileSystemItem& item);
 std::string nameText(const std::filesystem::path& path);
+/// Of any other name that the program was given.
+std::string escaped(const std::string& name);
 /// @}
 
 /// Why the last operation of the library failed.

@@ -1,9 +1,14 @@
 #include "examples/foldertool/tree.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <limits>
+#include <memory>
+#include <mutex>
+#include <thread>
 #include <utility>
 
-#include "base/diagnostics/windows_error.h"
+#include "base/filesystem/search_string.h"
 #include "examples/foldertool/output.h"
 #include "examples/foldertool/system.h"
 #include "examples/foldertool/text.h"
@@ -24,6 +29,17 @@ bool complainAbout(const Failures& failures, unsigned int id)
     return failures.empty();
 }
 
+/// Stops an operation as soon as the program is asked to, until the operation is over.
+void requestStop(const std::stop_token& isOver, std::stop_source stop)
+{
+    constexpr std::chrono::milliseconds INTERVAL(10);
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    std::condition_variable_any over;
+    while (!isOver.stop_requested() && !stop.stop_requested())
+        if (over.wait_for(lock, isOver, INTERVAL, [] { return system::stopCode() != 0; })) stop.request_stop();
+}
+
 }  // namespace
 
 TreeTotals measure(const Directory& folder)
@@ -40,6 +56,18 @@ TreeTotals measure(const Directory& folder)
     return totals;
 }
 
+bool eachFile(const Directory& folder, const String& pattern, const std::function<void(const WalkEntry&)>& show)
+{
+    // Everything is walked over here, since a walk that shows nothing cannot be stopped.
+    TreeWalk walk(folder, {.followLinks = true});
+    for (const WalkEntry& entry : walk)
+    {
+        throwIfStopped();
+        if (!entry.isFolder() && matchesSearchString(entry.name(), pattern)) show(entry);
+    }
+    return reportFailures(walk);
+}
+
 std::string summary(const TreeTotals& totals)
 {
     return text(IDS_FILES_IN_FOLDERS,
@@ -53,10 +81,12 @@ bool reportFailures(const TreeWalk& walk) { return complainAbout(walk.failures()
 TreeOptions stoppable(bool overwrite, std::function<void(const TreeProgress&)> show)
 {
     const std::stop_source stop;
+    // The library tells nothing while it counts or reads a large folder.
+    const auto watch = std::make_shared<std::jthread>(&requestStop, stop);
     return {.overwrite = overwrite ? Overwrite::Always : Overwrite::Never,
             .failureLimit = std::numeric_limits<std::size_t>::max(),
             .stop = stop.get_token(),
-            .progress = [stop, show = std::move(show)](const TreeProgress& progress) mutable
+            .progress = [stop, watch, show = std::move(show)](const TreeProgress& progress) mutable
             {
                 if (system::stopCode() != 0) stop.request_stop();
                 if (show) show(progress);

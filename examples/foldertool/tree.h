@@ -23,6 +23,11 @@ struct TreeTotals
 /// With what links lead to.
 TreeTotals measure(const Oxa_1_1::Directory& folder);
 
+/// Shows the files below a folder whose names match, with what links lead to. False when something could not be read,
+/// which was complained about.
+bool eachFile(const Oxa_1_1::Directory& folder, const Oxa_1_1::String& pattern,
+              const std::function<void(const Oxa_1_1::WalkEntry&)>& show);
+
 /// "5,070 files in 93 folders, 48.1 MB"
 std::string summary(const TreeTotals& totals);
 

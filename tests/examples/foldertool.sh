@@ -67,6 +67,7 @@ expect 0 "8 B  2 files" list '*.txt' tree
 expect 0 "4 Dateien in 2 Ordnern, 3,0 MB" size tree -lang=DEU
 expect 0 "Files   = 4" info tree
 expect 0 "Size      = 5 B" info tree/a.txt
+expect 0 "Changed = 20" info tree
 expect 1 "'bad.h', line 3: no definition" symbols bad.h
 expect 0 "101  IDS_DECIMAL_POINT" symbols "$scripts/../examples/foldertool/resource.h"
 expect 0 "VERSIONINFO     #1" resources "$scripts/../tests/data/resources/sample.dll"
@@ -95,9 +96,37 @@ expect 1 "'empty': " remove empty
 expect 0 "All steps done" tour tree
 expect 0 "Option -lang" tour tree -lang=DEU
 
+# Nobody reads on.
+mkdir many
+head -c 4000000 /dev/zero | split -b 1000 -a 3 - many/
+"${program[@]}" list '*' many 2>said </dev/null | head -n 1 >/dev/null
+status=${PIPESTATUS[0]}
+[ "$status" = "$([ "$system" = linux ] && echo 141 || echo 1)" ] || fail "the list that nobody reads ended with $status"
+[ ! -s said ] || fail "the list that nobody reads said: $(cat said)"
+
+holds() { [ -n "$(ls -A "$1" 2>/dev/null)" ]; }
+
+# Interrupts a command line as soon as BEGUN holds. What ended before is done again, after PREPARE.
+interrupt() {
+  local prepare=$1 begun=$2 said
+  shift 2
+  for _ in 1 2 3 4 5 6 7 8 9; do
+    $prepare
+    "${program[@]}" "$@" 2>said >/dev/null &
+    until eval "$begun" || ! kill -0 $! 2>/dev/null; do :; done
+    kill -INT $! 2>/dev/null
+    wait $!
+    status=$?
+    [ $status = 0 ] || break
+  done
+  said=$(<said)
+  [ $status = 130 ] || fail "$* ended with $status when interrupted"
+  [[ $said == "foldertool: interrupted"* ]] || fail "$* said when interrupted: $said"
+}
+
 # Names of any bytes, closed and full outputs, and signals are as they are here on Linux.
 linux_only() {
-  local odd=$'odd\xff:*?. ' file source status said far
+  local odd=$'odd\xff:*?. ' evil=$'e\n\e[31m\tl' shown='e\x0a\x1b[31m\x09l' file source said far
   mkdir "tree/$odd"
   printf 'odd' >"tree/$odd/$odd"
   ln -s .. "tree/$odd/loop"
@@ -111,6 +140,13 @@ linux_only() {
   printf 'x' >$'tree/line\nbreak\xc2\x9b'
   expect 0 'tree/line\x0abreak\x9b' list 'line*' tree
   rm $'tree/line\nbreak\xc2\x9b'
+  printf '#define A B' >"$evil"
+  expect 0 "/$shown" info "$evil"
+  expect 0 "'$folder/$shown' moved" move "$evil" "$evil.b"
+  expect 1 "'$shown': " copy "$evil" new
+  expect 1 "'$shown.b', line 1" symbols "$evil.b"
+  expect 0 "'$folder/$shown.b' removed" remove "$evil.b"
+  expect 2 "unknown command '$shown'" "$evil"
   # Perhaps on another disk.
   far=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
   cp -r original near
@@ -133,26 +169,34 @@ linux_only() {
   said=$("$scripts/demo.sh" nowhere 2>&1)
   [ "$said" = "demo.sh: 'nowhere' is no folder" ] || fail "demo.sh said: $said"
 
-  # Interrupted while it copies many files, and while it copies a large one. Copies that were faster are made again.
-  mkdir many
-  head -c 4000000 /dev/zero | split -b 1000 -a 3 - many/
-  for source in many large; do
-    [ $source = many ] || { mkdir large && head -c 200000000 /dev/zero >large/file; }
-    for _ in 1 2 3 4 5 6 7 8 9; do
-      rm -rf out
-      "${program[@]}" copy $source out 2>said >/dev/null &
-      until [ -n "$(ls out 2>/dev/null)" ] || ! kill -0 $! 2>/dev/null; do :; done
-      kill -INT $! 2>/dev/null
-      wait $!
-      status=$?
-      [ $status = 0 ] || break
-    done
-    [ $status = 130 ] || fail "the interrupted copy of $source ended with $status"
-    grep -q "interrupted, .* copied" said || fail "the interrupted copy of $source said: $(cat said)"
+  # While it copies many files, a large one in a folder, and a large one; on the way to another disk; while it removes.
+  mkdir large && head -c 200000000 /dev/zero >large/file
+  for source in many large large/file; do
+    interrupt "rm -rf out" "holds out" copy $source out${source#"${source%%/*}"}
     for file in out/*; do
-      [ ! -e "$file" ] || cmp "$file" "$source/${file#out/}" || fail "an incomplete file was left"
+      [ ! -e "$file" ] || cmp "$file" "${source%/file}/${file#out/}" || fail "an incomplete file was left"
     done
+    [ -z "$(ls -A out | grep -vxE '[a-z]{3}|file')" ] || fail "the interrupted copy left $(ls -A out)"
   done
+  far=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
+  refresh() { rm -rf "$far/out" near && cp -r many near; }
+  interrupt refresh "holds $far/out" move near "$far/out"
+  for file in many/*; do
+    cmp -s "$file" "near/${file#many/}" || cmp -s "$file" "$far/out/${file#many/}" || fail "a move lost $file"
+  done
+  rm -rf "$far"
+  interrupt refresh '[ "$(find near -type f | wc -l)" != 4000 ]' remove near
+  [ -d near ] || fail "an interrupted removal removed all"
+
+  # At 40 columns the bar stays, and no number is cut.
+  for _ in 1 2 3 4 5 6 7 8 9; do
+    rm -rf out
+    script -qec "stty cols 40; $(printf '%q ' "${program[@]}") copy large out" /dev/null </dev/null | tr '\r' '\n' |
+      grep '\[' >drawn && break
+  done
+  [ -s drawn ] || fail "no bar was drawn"
+  ! grep -vE '^ *\[[#.]{6,}] +[0-9]+ %  [0-9.]+ .?B of 200 MB(  [0-9.]+ .?B/s)? *$' drawn || fail "a bar is cut"
+  [ "$(wc -L <drawn)" -lt 40 ] || fail "a bar is too long"
 }
 [ "$system" != linux ] || linux_only
 

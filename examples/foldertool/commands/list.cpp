@@ -22,16 +22,16 @@ bool commands::list(const CommandLine& line)
 
     unsigned long long totalBytes = 0;
     unsigned long long count = 0;
-    TreeWalk walk(*folder, {.pattern = pattern, .kinds = WalkedKinds::Files, .followLinks = true});
-    for (const WalkEntry& entry : walk)
+    const auto show = [&](const WalkEntry& entry)
     {
         const std::uint64_t bytes = entry.size().value_or(0);
         print(right(numberText(bytes), SIZE_COLUMNS) + "  " + pathText(*entry.file()));
         totalBytes += bytes;
         ++count;
-    }
+    };
+    const bool isWhole = eachFile(*folder, pattern, show);
     print(right(byteText(totalBytes), SIZE_COLUMNS) + "  " + counted(IDS_ONE_FILE, count));
-    return reportFailures(walk);
+    return isWhole;
 }
 
 }  // namespace foldertool

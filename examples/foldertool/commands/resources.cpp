@@ -38,7 +38,7 @@ std::string typeText(const ResourceInfo& resource)
                                                                               {"#16", "VERSIONINFO"},
                                                                               {"#23", "HTML"},
                                                                               {"#24", "MANIFEST"}}};
-    std::string type = resource.type.stringUTF8();
+    std::string type = escaped(resource.type.stringUTF8());
     for (const auto& [number, name] : KNOWN)
         if (type == number) return name;
     return type;
@@ -61,7 +61,7 @@ bool commands::resources(const CommandLine& line)
     if (!resources->empty())
         print(row(text(IDS_COLUMN_TYPE), text(IDS_COLUMN_NAME), text(IDS_COLUMN_LANGUAGE), text(IDS_COLUMN_BYTES)));
     for (const ResourceInfo& resource : *resources)
-        print(row(typeText(resource), resource.name.stringUTF8(), std::to_string(resource.language),
+        print(row(typeText(resource), escaped(resource.name.stringUTF8()), std::to_string(resource.language),
                   numberText(resource.size)));
     print(counted(IDS_ONE_RESOURCE, resources->size()));
     return true;
