@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/filesystem/detail/disk_folder.h"
 #include "base/filesystem/detail/disk_tree.h"
 #include "base/filesystem/detail/folder_tree.h"
 #include "base/filesystem/detail/items.h"
@@ -14,6 +15,7 @@
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 #include "base/platform/files/failed_step.h"
+#include "base/platform/files/files.h"
 
 namespace Oxa_1_1
 {
@@ -35,6 +37,7 @@ class ContentsCopy
     bool run(const Directory& source, const Directory& target, bool isTargetMade)
     {
         if (isTargetMade) m_made.add(std::make_shared<Directory>(target), std::make_shared<Directory>(source));
+        m_above = detail::readAncestry(source);
         if (!copy(source, target)) return false;
         m_made.finish();
         return true;
@@ -46,13 +49,12 @@ class ContentsCopy
    private:
     bool copy(const Directory& source, const Directory& target)
     {
-        if (goesIntoItself(source)) return false;
         const auto folders = source.findDirectories(OXA_TEXT("*"));
+        if (!detail::ListScope::wasWhole()) return false;
+        const auto files = source.findFiles(OXA_TEXT("*"));
         if (!detail::ListScope::wasWhole()) return false;
         for (const auto& folder : folders)
             if (!copyFolder(*folder, target)) return false;
-        const auto files = source.findFiles(OXA_TEXT("*"));
-        if (!detail::ListScope::wasWhole()) return false;
         for (const auto& file : files)
             if (file->copy(target, m_overwrites, m_progress) == nullptr) return false;
         return true;
@@ -65,14 +67,21 @@ class ContentsCopy
         const bool isThere = place != nullptr && place->create();
         if (!isThere && !m_overwrites) return false;
         if (isThere && !wasThere) m_made.add(place, std::make_shared<Directory>(folder));
-        if (!m_isRecursive || detail::leadsToAncestor(folder)) return true;
+        if (!m_isRecursive || leadsUp(folder)) return true;
         // Where a file stands, there is no folder in spite of all.
         if (place == nullptr || !folder.exists() || !place->exists()) return false;
         const std::size_t outer = m_places.size();
         if (wasThere) note(*place);
-        if (!copy(folder, *place)) return false;
+        if (goesIntoItself(folder) || !copy(folder, *place)) return false;
         m_places.resize(outer);
         return true;
+    }
+
+    /// By its path, or to a folder that the whole really lies in.
+    bool leadsUp(const Directory& folder) const
+    {
+        return detail::leadsToAncestor(folder) ||
+               (detail::isLinkItself(folder) && detail::contains(m_above, detail::readIdentity(folder)));
     }
 
     void note(const Directory& place)
@@ -93,6 +102,8 @@ class ContentsCopy
     bool m_isRecursive;
     bool m_overwrites;
     std::shared_ptr<IProgress> m_progress;
+    /// What the source really lies in, and it itself.
+    std::vector<platform::FileIdentity> m_above;
     /// On the way to the current folder of the target, those that were there before.
     std::vector<platform::FileIdentity> m_places;
     detail::MadeFolders m_made;
@@ -111,6 +122,19 @@ void removeCopy(const Directory& copy, bool wasThere)
 bool moveLink(const Directory& link, const Directory& target, bool overwrite)
 {
     return detail::windowsImpl(target) != nullptr && detail::moveLinkOnDisk(link, target, overwrite);
+}
+
+/// Moves a link as it is, to wherever it leads by now.
+bool moveLinkInTree(const Directory& link, const Directory& place)
+{
+    return detail::windowsImpl(place) != nullptr &&
+           platform::renameFile(link.getFullNameUnicode(), place.getFullNameUnicode(), true);
+}
+
+bool mayLieIn(const Directory& source, const Directory& copied)
+{
+    const bool areOwn = detail::windowsImpl(source) != nullptr && detail::windowsImpl(copied) != nullptr;
+    return areOwn ? detail::mayLieIn(source, copied) : detail::isSameOrInside(source, copied);
 }
 
 /// A move of everything in one folder to another.
@@ -154,7 +178,7 @@ class ContentsMove
     {
         if (!detail::isLinkItself(inside)) return makePlace(inside) != nullptr;
         const auto place = detail::placeIn(m_target, m_folder, inside);
-        return place != nullptr && moveLink(inside, *place, false);
+        return place != nullptr && moveLinkInTree(inside, *place);
     }
 
     bool moveFile(const File& file)
@@ -227,7 +251,7 @@ std::shared_ptr<const FileSystemItem> Directory::copy(const Directory& target, b
     // Why it failed counts, not what became of the rest.
     platform::KeptFailure reason;
     // What was there before and this folder is part of, or the reverse, is no half-made copy, nor is the target itself.
-    const bool isHalfMade = !wasThere || (!copy.cameToItself() && !detail::isSameOrInside(*this, *copied));
+    const bool isHalfMade = !wasThere || (!copy.cameToItself() && !mayLieIn(*this, *copied));
     if (isHalfMade && !detail::isDots(getName())) removeCopy(*copied, wasThere);
     reason.restore();
     return nullptr;

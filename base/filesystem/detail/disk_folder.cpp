@@ -59,6 +59,12 @@ OpenTarget openOrMake(const Directory& folder)
     return target;
 }
 
+std::vector<platform::FileIdentity> ancestryOfNearest(const DiskFolder& folder)
+{
+    const OpenFolder nearest = folder.openNearest();
+    return nearest.isOpen() ? nearest.ancestry() : std::vector<platform::FileIdentity>();
+}
+
 bool contains(const std::vector<platform::FileIdentity>& folders, const std::optional<platform::FileIdentity>& folder)
 {
     return folder && std::ranges::find(folders, *folder) != folders.end();

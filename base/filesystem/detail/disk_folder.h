@@ -46,6 +46,9 @@ struct OpenTarget
 /// Makes the folder if it is missing; none, after a report, when that is not possible.
 OpenTarget openOrMake(const Directory& folder);
 
+/// Of what is there of the folder and the folders it really lies in; empty when that cannot be seen.
+std::vector<platform::FileIdentity> ancestryOfNearest(const DiskFolder& folder);
+
 bool contains(const std::vector<platform::FileIdentity>& folders, const std::optional<platform::FileIdentity>& folder);
 
 }  // namespace Oxa_1_1::detail

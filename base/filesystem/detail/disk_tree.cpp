@@ -102,36 +102,12 @@ class SearchVisitor final : public TreeVisitor
     const std::vector<FileIdentity>& m_wanted;
 };
 
-/// Whether something of the source lies in the folder, be it by way of a link. When that cannot be seen, it may.
-bool mayLieIn(const DiskFolder& source, const DiskFolder& folder)
-{
-    const OpenFolder sourceTop = source.open(Links::FOLLOW);
-    const OpenFolder folderTop = folder.open(Links::FOLLOW);
-    if (!sourceTop.isOpen() || !folderTop.isOpen()) return true;
-    const auto aboveSource = sourceTop.ancestry();
-    if (aboveSource.empty() || contains(aboveSource, folderTop.identity())) return true;
-    LinkVisitor links;
-    if (!walkTree(source.way(sourceTop), links)) return true;
-    if (links.found().empty()) return false;
-    const auto above = folderTop.ancestry();
-    if (above.empty() || std::ranges::find_first_of(above, links.found()) != above.end()) return true;
-    SearchVisitor search(links.found());
-    return !walkTree(folder.way(folderTop), search);
-}
-
 /// Whether there is something that is no folder.
 bool isTakenByFile(const Directory& place)
 {
     const auto parent = place.getParent();
     const auto file = parent != nullptr ? File::fromString(*parent, place.getName()) : nullptr;
     return file != nullptr && file->exists();
-}
-
-/// Of what is there of the folder and the folders above it.
-std::vector<FileIdentity> ancestryOfNearest(const DiskFolder& folder)
-{
-    const OpenFolder nearest = folder.openNearest();
-    return nearest.isOpen() ? nearest.ancestry() : std::vector<FileIdentity>();
 }
 
 /// Of what was made only now, even what is read-only goes.
@@ -224,9 +200,27 @@ bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, 
     {
         target = {};
         // What was there before is no half-made copy when the source is part of it, nor is the target itself.
-        if (!cameToItself && !isDots(copy.getName()) && !mayLieIn(from, to)) copy.remove(true);
+        if (!cameToItself && !isDots(copy.getName()) && !mayLieIn(source, copy)) copy.remove(true);
     }
     return reason.restore();
+}
+
+bool mayLieIn(const Directory& source, const Directory& folder)
+{
+    const DiskFolder from(source);
+    const DiskFolder to(folder);
+    const OpenFolder sourceTop = from.open(Links::FOLLOW);
+    const OpenFolder folderTop = to.open(Links::FOLLOW);
+    if (!sourceTop.isOpen() || !folderTop.isOpen()) return true;
+    const auto aboveSource = sourceTop.ancestry();
+    if (aboveSource.empty() || contains(aboveSource, folderTop.identity())) return true;
+    LinkVisitor links;
+    if (!walkTree(from.way(sourceTop), links)) return true;
+    if (links.found().empty()) return false;
+    const auto above = folderTop.ancestry();
+    if (above.empty() || std::ranges::find_first_of(above, links.found()) != above.end()) return true;
+    SearchVisitor search(links.found());
+    return !walkTree(to.way(folderTop), search);
 }
 
 bool moveContentsOnDisk(const Directory& source, const Directory& target, bool overwrite)

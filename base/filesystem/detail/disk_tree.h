@@ -19,6 +19,8 @@ bool copyContentsOnDisk(const Directory& source, const Directory& target, bool r
                         std::shared_ptr<IProgress> progress);
 /// To a folder that need not be there; on failure it is removed.
 bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, std::shared_ptr<IProgress> progress);
+/// Whether something of the source lies in the folder, be it by way of a link. When that cannot be seen, it may.
+bool mayLieIn(const Directory& source, const Directory& folder);
 /// Leaves nothing in the source but what came meanwhile. False also for a link.
 bool moveContentsOnDisk(const Directory& source, const Directory& target, bool overwrite);
 /// Moves the link itself.

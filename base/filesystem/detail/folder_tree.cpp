@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/filesystem/detail/disk_folder.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/detail/list_scope.h"
 #include "base/filesystem/detail/parsed_directory.h"
@@ -82,6 +83,13 @@ void takePermissions(const Directory& folder, const Directory& from, platform::O
     if (target.isOpen() && source.isOpen()) target.takePermissions(source, access);
 }
 
+bool isInPath(const Directory& folder, const Directory& directory)
+{
+    for (auto place = directory.makeAbsolute(); place != nullptr; place = place->getParent())
+        if (isSameFolder(*place, folder)) return true;
+    return false;
+}
+
 bool reportDifferentDisks(const FolderTree& tree, const Directory& target)
 {
     const File& file = *tree.files.front();
@@ -137,20 +145,30 @@ bool isSameFolder(const Directory& a, const Directory& b)
 
 bool isSameOrInside(const Directory& directory, const Directory& folder)
 {
-    for (auto place = directory.makeAbsolute(); place != nullptr; place = place->getParent())
-        if (isSameFolder(*place, folder)) return true;
-    return false;
+    if (windowsImpl(directory) != nullptr && windowsImpl(folder) != nullptr)
+    {
+        const auto places = ancestryOfNearest(DiskFolder(directory));
+        // What cannot be seen may be there.
+        return places.empty() || contains(places, readIdentity(folder));
+    }
+    return isInPath(folder, directory);
 }
 
 bool canMoveTree(const Directory& folder, const FolderTree& tree, const Directory& target, bool emptyTarget)
 {
-    if (isSameOrInside(target, folder)) return false;
+    // A path through the folder would lead elsewhere as soon as the link in it has moved.
+    if (isSameOrInside(target, folder) || isInPath(folder, target)) return false;
     // A rename that fails would come too late for what was in the target.
     const bool isMixed = (windowsImpl(folder) == nullptr) != (windowsImpl(target) == nullptr);
     if (isMixed && emptyTarget && target.exists() && !tree.files.empty()) return reportDifferentDisks(tree, target);
     const FolderSet moved(folder, tree);
     if (moved.wouldContain(target)) return false;
-    if (emptyTarget) return !isSameOrInside(folder, target) && !FolderSet(target, readTree(target)).contains(folder);
+    if (emptyTarget)
+    {
+        if (isSameOrInside(folder, target) || FolderSet(target, readTree(target)).contains(folder)) return false;
+        // Behind a link, nothing is emptied.
+        if (!isLinkItself(target)) return true;
+    }
     return std::ranges::none_of(tree.directories,
                                 [&](const auto& inside)
                                 {

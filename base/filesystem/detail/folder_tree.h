@@ -33,7 +33,7 @@ std::vector<platform::FileIdentity> readAncestry(const Directory& directory);
 /// Whether both stand for the same folder.
 bool isSameFolder(const Directory& a, const Directory& b);
 
-/// Whether it is the folder or, by its path, in it.
+/// Whether it is the folder or in it: wherever links on its path lead, or by its path where there are only names.
 bool isSameOrInside(const Directory& directory, const Directory& folder);
 
 /// Folders that were made for others, whose permissions they get. As long as they are filled, their owner may do

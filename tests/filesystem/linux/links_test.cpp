@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/filesystem/foreigners.h"
+#include "tests/filesystem/linux/world.h"
 #include "tests/filesystem/messages.h"
 #include "tests/filesystem/temp_folder.h"
 
@@ -249,6 +250,55 @@ TEST(Links, IntoTheOtherSideOfACopyEndIt)
     temp.write("to/name/kept");
     EXPECT_EQ(temp.directory("from/name")->copy(*temp.directory("to"), false, nullptr), nullptr);
     EXPECT_EQ(temp.read("to/name/kept"), "content");
+}
+
+// What lies where by links is told by what it is, not by paths; by open folders as by virtual operations.
+TEST(Links, LeadTheSameWayByVirtualOperations)
+{
+    using Operation = bool (*)(const Directory& source, const Directory& target);
+    const Operation copyContents = [](const Directory& source, const Directory& target)
+    { return source.copyContents(target, true, true, nullptr); };
+    const Operation copy = [](const Directory& source, const Directory& target)
+    { return source.copy(target, false, nullptr) != nullptr; };
+    const Operation move = [](const Directory& source, const Directory& target) { return source.move(target, true); };
+    struct Case
+    {
+        Names files;
+        std::vector<std::pair<std::string, std::string>> links;
+        Operation operation;
+        std::string source;
+        std::string target;
+        bool result;
+    };
+    const std::vector<Case> cases{
+        {{"from/f", "to/in/g"}, {{"../to/in", "from/emptied"}}, move, "from", "to", true},
+        {{"o/d/in/f"}, {{"..", "o/d/in/link"}}, copyContents, "o/d/in/link", "o", true},
+        {{"o/d/d/f"}, {{".", "o/self"}}, copyContents, "o/d", "o/self", true},
+        {{"o/x/f", "t/g"}, {{"..", "o/x/up"}, {"o/x", "way"}}, copyContents, "way", "t", true},
+        {{"from/name/clash", "to/name/clash", "to/name/kept/f"},
+         {{"../../to/name/kept", "from/name/link"}},
+         copy,
+         "from/name",
+         "to",
+         false},
+        {{"to/name/in/clash", "to/name/clash"}, {{"to/name/in", "name"}}, copy, "name", "to", false},
+    };
+    for (const Case& each : cases)
+    {
+        const auto run = [&]
+        {
+            const TempFolder temp;
+            for (const std::string& file : each.files) temp.write(file, file);
+            for (const auto& [target, name] : each.links) link(temp, target, name);
+            EXPECT_EQ(each.operation(*temp.directory(each.source), *temp.directory(each.target)), each.result)
+                << each.source;
+            return worldIn(temp);
+        };
+        const World world = run();
+        EXPECT_TRUE(each.result || contentsOf(world).size() == each.files.size()) << each.source;
+        const ForeignersFirst foreigners;
+        EXPECT_EQ(run(), world) << each.source;
+    }
 }
 
 TEST(Links, DoNotMakeAFileItsOwnCopy)
