@@ -51,13 +51,22 @@ class ContentsCopy
     {
         const auto folders = source.findDirectories(OXA_TEXT("*"));
         if (!detail::ListScope::wasWhole()) return false;
-        const auto files = source.findFiles(OXA_TEXT("*"));
-        if (!detail::ListScope::wasWhole()) return false;
+        // Through links, what is copied may come to stand in the source itself. Other implementations have none.
+        const bool mayGrow = detail::windowsImpl(source) != nullptr;
+        std::shared_ptr<FileIterator> files;
+        if (mayGrow && !readFiles(source, files)) return false;
         for (const auto& folder : folders)
             if (!copyFolder(*folder, target)) return false;
+        if (!mayGrow && !readFiles(source, files)) return false;
         for (const auto& file : files)
             if (file->copy(target, m_overwrites, m_progress) == nullptr) return false;
         return true;
+    }
+
+    static bool readFiles(const Directory& source, std::shared_ptr<FileIterator>& files)
+    {
+        files = source.findFiles(OXA_TEXT("*"));
+        return detail::ListScope::wasWhole();
     }
 
     bool copyFolder(const Directory& folder, const Directory& target)
