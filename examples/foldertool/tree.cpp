@@ -1,10 +1,8 @@
 #include "examples/foldertool/tree.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <limits>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -29,15 +27,15 @@ bool complainAbout(const Failures& failures, unsigned int id)
     return failures.empty();
 }
 
-/// Stops an operation as soon as the program is asked to, until the operation is over.
+/// Stops an operation soon after the program is asked to, until the operation is over.
 void requestStop(const std::stop_token& isOver, std::stop_source stop)
 {
     constexpr std::chrono::milliseconds INTERVAL(10);
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable_any over;
     while (!isOver.stop_requested() && !stop.stop_requested())
-        if (over.wait_for(lock, isOver, INTERVAL, [] { return system::stopCode() != 0; })) stop.request_stop();
+    {
+        if (system::stopCode() != 0) stop.request_stop();
+        std::this_thread::sleep_for(INTERVAL);
+    }
 }
 
 }  // namespace
