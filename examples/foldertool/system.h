@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,9 @@ void prepare();
 
 /// The exit code of a program that was asked to stop, 0 as long as it was not. A second request ends the program.
 int stopCode() noexcept;
+
+/// Requests the stop of an operation as soon as the program is asked to stop, as long as the result is kept.
+std::shared_ptr<void> stopWhenAsked(std::stop_source operation);
 
 /// Whether standard output is a pipe that can break without a request to stop.
 bool isOutputPipe();

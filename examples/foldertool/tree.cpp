@@ -1,9 +1,7 @@
 #include "examples/foldertool/tree.h"
 
-#include <chrono>
 #include <limits>
 #include <memory>
-#include <thread>
 #include <utility>
 
 #include "base/filesystem/search_string.h"
@@ -25,17 +23,6 @@ bool complainAbout(const Failures& failures, unsigned int id)
     for (const auto& failure : failures)
         complain(text(id, {pathText(*File::fromString(failure.path)), reasonText(failure)}));
     return failures.empty();
-}
-
-/// Stops an operation soon after the program is asked to, until the operation is over.
-void requestStop(const std::stop_token& isOver, std::stop_source stop)
-{
-    constexpr std::chrono::milliseconds INTERVAL(10);
-    while (!isOver.stop_requested() && !stop.stop_requested())
-    {
-        if (system::stopCode() != 0) stop.request_stop();
-        std::this_thread::sleep_for(INTERVAL);
-    }
 }
 
 }  // namespace
@@ -80,7 +67,7 @@ TreeOptions stoppable(bool overwrite, std::function<void(const TreeProgress&)> s
 {
     const std::stop_source stop;
     // The library tells nothing while it counts or reads a large folder.
-    const auto watch = std::make_shared<std::jthread>(&requestStop, stop);
+    const std::shared_ptr<void> watch = system::stopWhenAsked(stop);
     return {.overwrite = overwrite ? Overwrite::Always : Overwrite::Never,
             .failureLimit = std::numeric_limits<std::size_t>::max(),
             .stop = stop.get_token(),

@@ -5,7 +5,11 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
+#include <memory>
+#include <thread>
+#include <utility>
 
 #include "base/string/code_page_interface.h"
 
@@ -59,6 +63,21 @@ int stopCode() noexcept
 {
     const int number = signalNumber;
     return number == 0 ? 0 : SIGNAL_EXIT_CODE + number;
+}
+
+std::shared_ptr<void> stopWhenAsked(std::stop_source operation)
+{
+    // What a signal interrupts may not be used by its handler.
+    auto watch = [operation = std::move(operation)](const std::stop_token& isOver) mutable
+    {
+        constexpr std::chrono::milliseconds INTERVAL(10);
+        while (!isOver.stop_requested() && !operation.stop_requested())
+        {
+            if (stopCode() != 0) operation.request_stop();
+            std::this_thread::sleep_for(INTERVAL);
+        }
+    };
+    return std::make_shared<std::jthread>(std::move(watch));
 }
 
 /// A signal comes with that.

@@ -6,6 +6,9 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
+#include <stop_token>
+#include <utility>
 
 namespace foldertool::system
 {
@@ -18,8 +21,18 @@ constexpr int INTERRUPTED = 130;
 
 std::atomic<bool> isStopped = false;
 
-/// False lets the system end the program.
-BOOL WINAPI noteControl(DWORD) { return isStopped.exchange(true) ? FALSE : TRUE; }
+std::mutex operationMutex;
+/// What is to be stopped with the program.
+std::stop_source current{std::nostopstate};
+
+/// Called on a thread of its own. False lets the system end the program.
+BOOL WINAPI noteControl(DWORD)
+{
+    if (isStopped.exchange(true)) return FALSE;
+    const std::scoped_lock lock(operationMutex);
+    current.request_stop();
+    return TRUE;
+}
 
 }  // namespace
 
@@ -30,6 +43,14 @@ void prepare()
 }
 
 int stopCode() noexcept { return isStopped ? INTERRUPTED : 0; }
+
+std::shared_ptr<void> stopWhenAsked(std::stop_source operation)
+{
+    const std::scoped_lock lock(operationMutex);
+    current = std::move(operation);
+    if (isStopped) current.request_stop();
+    return nullptr;
+}
 
 bool isOutputPipe() { return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_PIPE; }
 
