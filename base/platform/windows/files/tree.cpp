@@ -18,7 +18,6 @@
 #include "base/platform/files/detail/native_files.h"
 #include "base/platform/files/detail/native_links.h"
 #include "base/platform/files/detail/native_tree.h"
-#include "base/platform/system/last_error.h"
 #include "base/platform/windows/files/file_handle.h"
 #include "base/platform/windows/files/system_names.h"
 
@@ -251,7 +250,7 @@ bool setWritten(const FileHandle& file, LARGE_INTEGER time)
 
 bool differ()
 {
-    SetLastError(FILE_CHANGED);
+    SetLastError(ERROR_FILE_INVALID);
     return false;
 }
 
