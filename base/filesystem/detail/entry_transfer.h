@@ -69,6 +69,8 @@ class EntryTransfer
     bool fail(DWORD code, std::string_view operation, FolderWay& source, TextView name, const String& target = {});
     /// @}
 
+    /// With all that is in it.
+    void leaveFolder(const platform::OpenFolder& folder) { m_left.add(folder, {}); }
     const LeftEntries& left() const noexcept { return m_left; }
     bool hasCopied() const noexcept { return m_hasCopied; }
 

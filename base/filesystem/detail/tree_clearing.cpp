@@ -74,6 +74,9 @@ bool TreeClearing::clearFolder(const OpenFolder& above, TextView name, const Str
 
 void TreeClearing::begin(FolderWay& source, FolderWay& target, const LeftEntries& left, Level& level)
 {
+    // It could not be read before, which was told.
+    level.keepsSomething = left.contains(source.current(), {});
+    if (level.keepsSomething) return;
     level.keepsSomething = !level.contents.read(source.current());
     if (level.keepsSomething) m_work.fail("readFolder", fullName(source.path(), SEPARATOR));
     const auto clear = [&](const FolderContents::Entry& entry)

@@ -11,7 +11,7 @@
 namespace Oxa_1_1::detail
 {
 
-/// What stays at the source of a move, for a reason that was told.
+/// What stays at the source of a move, for a reason that was told. The empty name stands for the folder itself.
 class LeftEntries
 {
    public:

@@ -139,7 +139,13 @@ bool TreeDeletion::removeFile(FolderWay& way, TextView name, bool isLink)
 
 bool TreeDeletion::removeFolder(const OpenFolder& above, TextView name, bool isLink)
 {
-    if (!above.removeFolder(name)) return saysMissing(platform::lastError());
+    if (!above.removeFolder(name))
+    {
+        const DWORD reason = platform::lastError();
+        if (saysMissing(reason) && !above.readKind(name)) return true;
+        platform::setLastError(reason);
+        return false;
+    }
     if (isLink)
         m_work.linkDone();
     else

@@ -260,12 +260,16 @@ bool TreeTransfer::walk()
             continue;
         }
         const DWORD reason = platform::lastError();
-        if (reason != platform::NO_MORE_FILES &&
-            !m_work.fail("readFolder", fullName(m_source->way().path(), SEPARATOR), reason))
-            return false;
+        if (reason != platform::NO_MORE_FILES && !failReading(reason)) return false;
         if (!end()) return false;
         if (m_levels.empty()) return true;
     }
+}
+
+bool TreeTransfer::failReading(DWORD reason)
+{
+    if (m_entries.isMove()) m_entries.leaveFolder(m_source->current());
+    return m_work.fail("readFolder", fullName(m_source->way().path(), SEPARATOR), reason);
 }
 
 void TreeTransfer::begin(bool isMade, std::size_t inJournal)

@@ -57,6 +57,7 @@ class TreeTransfer
     void rollBack();
 
     bool walk();
+    bool failReading(DWORD reason);
     void begin(bool isMade, std::size_t inJournal);
     bool end();
     bool transfer(const platform::TreeEntry& entry);
