@@ -75,6 +75,7 @@ constexpr Condition CONDITIONS[]{
     {1460, std::errc::timed_out},
     {1921, std::errc::too_many_symbolic_link_levels},
     {4390, std::errc::invalid_argument},
+    {10004, std::errc::interrupted},
 };
 static_assert(std::ranges::is_sorted(CONDITIONS, {}, &Condition::code));
 

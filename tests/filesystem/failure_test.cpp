@@ -97,6 +97,7 @@ TEST(Failure, TellsStepPathAndReason)
                                           (c.target.isNil() ? String::EMPTY : " to " + c.target) + ": " +
                                           String::fromUTF8(failure->code.message()));
     }
+    EXPECT_TRUE(makeWindowsError(10004) == std::errc::interrupted);
     SafeWriter lost(*missing);
     forgetFailure();
     EXPECT_FALSE(lost.commit());

@@ -37,8 +37,9 @@ class TreeJournal::Visit
     {
         const Folder& folder = m_journal.m_folders[i];
         if (!m_target.enter(folder.name, platform::Links::REFUSE)) return false;
-        const bool isSame = folder.identity && m_target.current().identity() == folder.identity;
-        if (!isSame) platform::setLastError(platform::INVALID_HANDLE);
+        const auto identity = m_target.current().identity();
+        const bool isSame = identity && identity == folder.identity;
+        if (identity && !isSame) platform::setLastError(platform::INVALID_HANDLE);
         const bool isEntered = isSame && (m_source == nullptr || !folder.isOfSource ||
                                           m_source->enter(folder.name, platform::Links::REFUSE));
         if (!isEntered)
