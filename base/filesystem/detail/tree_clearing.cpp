@@ -58,10 +58,8 @@ bool TreeClearing::clearEntry(FolderWay& source, TextView name, FolderWay& targe
 
 bool TreeClearing::remove(FolderWay& source, TextView name)
 {
-    if (source.current().deleteFile(name, ReadOnlyFiles::GO))
-        return m_hasRemoved = true;
-    else if (!saysMissing(platform::lastError()))
-        m_work.fail("deleteFile", source.fullName(name));
+    if (source.current().deleteFile(name, ReadOnlyFiles::GO)) return m_hasRemoved = true;
+    if (!saysMissing(platform::lastError())) m_work.fail("deleteFile", source.fullName(name));
     return false;
 }
 
