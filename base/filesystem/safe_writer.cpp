@@ -1,6 +1,7 @@
 #include "base/filesystem/safe_writer.h"
 
 #include <chrono>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "base/filesystem/detail/system_item.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/filesystem/directory.h"
+#include "base/filesystem/failure.h"
 #include "base/platform/files/failed_step.h"
 #include "base/platform/files/new_items.h"
 #include "base/platform/files/stream_error.h"
@@ -64,12 +66,16 @@ std::ostream& closedStream() noexcept
 struct SafeWriter::Draft
 {
     std::shared_ptr<const File> target;
+    /// Empty when none could be made.
     std::shared_ptr<const File> file;
     std::unique_ptr<std::ofstream> stream;
+    /// Why there is no file, for commit(), which is where callers ask.
+    std::optional<Failure> refusal;
 
-    /// Empty when no new file can be made.
     static std::unique_ptr<Draft> of(const File& named);
+    bool open(const File& named);
     bool create(const String& name);
+    bool refuse() const;
     /// False when something could not be written.
     bool finish();
     bool takePlace(Durability durability) const;
@@ -78,15 +84,23 @@ struct SafeWriter::Draft
 std::unique_ptr<SafeWriter::Draft> SafeWriter::Draft::of(const File& named)
 {
     auto draft = std::make_unique<Draft>();
-    draft->target = behindLinks(named);
-    if (draft->target == nullptr) return nullptr;
-    const auto create = [&](const String& name) { return draft->create(name); };
-    if (!detail::makeWithUniqueName(OXA_TEXT("~"), create)) return nullptr;
-    draft->stream = draft->file->openWrite(std::ios_base::binary | std::ios_base::trunc);
-    if (*draft->stream) return draft;
-    draft->stream.reset();
-    detail::removeOwnFile(*draft->file);
-    return nullptr;
+    forgetFailure();
+    if (draft->open(named)) return draft;
+    draft->file = nullptr;
+    draft->refusal = lastFailure();
+    return draft;
+}
+
+bool SafeWriter::Draft::open(const File& named)
+{
+    target = behindLinks(named);
+    if (target == nullptr) return false;
+    if (!detail::makeWithUniqueName(OXA_TEXT("~"), [&](const String& name) { return create(name); })) return false;
+    stream = file->openWrite(std::ios_base::binary | std::ios_base::trunc);
+    if (*stream) return true;
+    stream.reset();
+    detail::removeOwnFile(*file);
+    return false;
 }
 
 /// What replaces a private file is not to be read by others meanwhile; a new one gets what new files get.
@@ -103,8 +117,16 @@ bool SafeWriter::Draft::create(const String& name)
     return file != nullptr && !isTaken;
 }
 
+bool SafeWriter::Draft::refuse() const
+{
+    if (!refusal) return platform::failStep(platform::INVALID_HANDLE, "writeFile", {});
+    return platform::failStep(static_cast<DWORD>(refusal->code.value()), refusal->operation, refusal->path,
+                              refusal->target);
+}
+
 bool SafeWriter::Draft::finish()
 {
+    if (file == nullptr) return refuse();
     // What failed before may have written all at once, and there is nothing left to fail now.
     if (stream->good()) platform::forgetStreamError();
     stream->flush();
@@ -142,7 +164,8 @@ SafeWriter::~SafeWriter() { discard(); }
 
 std::ostream& SafeWriter::stream() noexcept
 {
-    return m_draft != nullptr ? static_cast<std::ostream&>(*m_draft->stream) : closedStream();
+    const bool isOpen = m_draft != nullptr && m_draft->stream != nullptr;
+    return isOpen ? static_cast<std::ostream&>(*m_draft->stream) : closedStream();
 }
 
 bool SafeWriter::commit(Durability durability)
@@ -160,7 +183,7 @@ void SafeWriter::discard() noexcept
     if (m_draft == nullptr) return;
     // An open file cannot be removed everywhere.
     m_draft->stream.reset();
-    detail::removeOwnFile(*m_draft->file);
+    if (m_draft->file != nullptr) detail::removeOwnFile(*m_draft->file);
     m_draft = nullptr;
 }
 
