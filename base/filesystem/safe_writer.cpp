@@ -1,7 +1,6 @@
 #include "base/filesystem/safe_writer.h"
 
 #include <chrono>
-#include <optional>
 #include <thread>
 #include <utility>
 
@@ -9,7 +8,6 @@
 #include "base/filesystem/detail/system_item.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/filesystem/directory.h"
-#include "base/filesystem/failure.h"
 #include "base/platform/files/failed_step.h"
 #include "base/platform/files/new_items.h"
 #include "base/platform/files/stream_error.h"
@@ -66,29 +64,40 @@ std::ostream& closedStream() noexcept
 struct SafeWriter::Draft
 {
     std::shared_ptr<const File> target;
-    /// Empty when none could be made.
     std::shared_ptr<const File> file;
     std::unique_ptr<std::ofstream> stream;
-    /// Why there is no file, for commit(), which is where callers ask.
-    std::optional<Failure> refusal;
+    /// Why no new file could be made; then there is neither that nor a stream.
+    platform::FailedStep failure;
 
-    static std::unique_ptr<Draft> of(const File& named);
+    explicit Draft(const File& named);
     bool open(const File& named);
+    /// False, always.
+    bool tellFailure() const;
     bool create(const String& name);
-    bool refuse() const;
     /// False when something could not be written.
     bool finish();
     bool takePlace(Durability durability) const;
 };
 
-std::unique_ptr<SafeWriter::Draft> SafeWriter::Draft::of(const File& named)
+SafeWriter::Draft::Draft(const File& named)
 {
-    auto draft = std::make_unique<Draft>();
-    forgetFailure();
-    if (draft->open(named)) return draft;
-    draft->file = nullptr;
-    draft->refusal = lastFailure();
-    return draft;
+    platform::KeptFailure before;
+    if (open(named))
+    {
+        before.restoreStep();
+        return;
+    }
+    file = nullptr;
+    const platform::FailedStep* const step = platform::failedStep();
+    failure.path = named.getFullName().view();
+    if (step != nullptr && !step->operation.empty()) failure = *step;
+}
+
+bool SafeWriter::Draft::tellFailure() const
+{
+    const bool isKnown = !failure.operation.empty();
+    return platform::failStep(isKnown ? failure.code : platform::INVALID_HANDLE,
+                              isKnown ? failure.operation : "writeFile", failure.path, failure.target);
 }
 
 bool SafeWriter::Draft::open(const File& named)
@@ -117,16 +126,8 @@ bool SafeWriter::Draft::create(const String& name)
     return file != nullptr && !isTaken;
 }
 
-bool SafeWriter::Draft::refuse() const
-{
-    if (!refusal) return platform::failStep(platform::INVALID_HANDLE, "writeFile", {});
-    return platform::failStep(static_cast<DWORD>(refusal->code.value()), refusal->operation, refusal->path,
-                              refusal->target);
-}
-
 bool SafeWriter::Draft::finish()
 {
-    if (file == nullptr) return refuse();
     // What failed before may have written all at once, and there is nothing left to fail now.
     if (stream->good()) platform::forgetStreamError();
     stream->flush();
@@ -135,7 +136,7 @@ bool SafeWriter::Draft::finish()
     const DWORD reason = platform::streamError();
     const bool isWhole = stream->good();
     stream.reset();
-    return isWhole || platform::failStep(reason, "writeFile", file->getFullName());
+    return isWhole || platform::failStep(reason, "writeFile", file->getFullName(), target->getFullName());
 }
 
 bool SafeWriter::Draft::takePlace(Durability durability) const
@@ -148,7 +149,7 @@ bool SafeWriter::Draft::takePlace(Durability durability) const
     return replacePatiently(draftPath, targetPath, waitForDisk);
 }
 
-SafeWriter::SafeWriter(const File& target) : m_draft(Draft::of(target)) {}
+SafeWriter::SafeWriter(const File& target) : m_draft(std::make_unique<Draft>(target)) {}
 
 SafeWriter::SafeWriter(SafeWriter&& other) noexcept = default;
 
@@ -172,7 +173,8 @@ bool SafeWriter::commit(Durability durability)
 {
     if (m_draft == nullptr) return platform::failStep(platform::INVALID_HANDLE, "writeFile", {});
     // A caller's stream may throw what it could not write; then the end of this removes it.
-    const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
+    const bool isDone =
+        m_draft->file != nullptr ? m_draft->finish() && m_draft->takePlace(durability) : m_draft->tellFailure();
     if (isDone) m_draft = nullptr;
     discard();
     return isDone;

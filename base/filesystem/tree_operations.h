@@ -56,7 +56,7 @@ struct TreeProgress
     std::uint64_t files = 0;
     /// Of content that is copied or skipped.
     std::uint64_t bytes = 0;
-    /// 0 unless TreeOptions::countFirst.
+    /// 0 unless TreeOptions::countFirst. Removing has no bytes.
     /// @{
     std::uint64_t totalFiles = 0;
     std::uint64_t totalBytes = 0;

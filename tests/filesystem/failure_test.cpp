@@ -99,6 +99,11 @@ TEST(Failure, TellsStepPathAndReason)
                                           (c.target.isNil() ? c.target : " to " + c.target) + ": " +
                                           String::fromUTF8(failure->code.message()));
     }
+    SafeWriter lost(*missing);
+    forgetFailure();
+    EXPECT_FALSE(lost.commit());
+    EXPECT_TRUE(lastFailure()->path.startsWith(missing->getDirectory()->getFullName()));
+    EXPECT_TRUE(lastFailure()->code == std::errc::no_such_file_or_directory);
     SafeWriter writer(*locked);
     EXPECT_FALSE(writer.commit());
     EXPECT_EQ(lastFailure()->target, locked->getFullName());
