@@ -32,7 +32,7 @@ inline std::uint16_t encodeNormal(const Vec3d<double>& direction) noexcept
 
 inline std::uint16_t encodeNormal(const Vec3d<float>& direction) noexcept
 {
-    return encodeNormal(direction.x, direction.y, direction.z);
+    return encodeNormal(double{direction.x}, double{direction.y}, double{direction.z});
 }
 /// @}
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <set>
 #include <thread>
 
@@ -60,6 +61,28 @@ TEST(SafeWriter, WhatCannotBeReplacedStays)
     }
     EXPECT_EQ(folder.read("locked"), "before");
     EXPECT_EQ(folder.contents(), (Names{"folder/", "locked"}));
+}
+
+TEST(SafeWriter, WaitsForOthersWhoReplaceTheSameFile)
+{
+    const TempFolder folder;
+    std::atomic<int> saved = 0;
+    {
+        const auto save = [&]
+        {
+            for (int i = 0; i < 10; ++i)
+            {
+                SafeWriter writer(*folder.file("shared"));
+                writer.stream() << "whole";
+                saved += writer.commit() ? 1 : 0;
+            }
+        };
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 4; ++i) threads.emplace_back(save);
+    }
+    EXPECT_EQ(saved, 40);
+    EXPECT_EQ(folder.read("shared"), "whole");
+    EXPECT_EQ(folder.contents(), Names{"shared"});
 }
 
 TEST(SafeWriter, IsHandedOn)

@@ -170,9 +170,15 @@ bool replaceFile(TextView replacement, TextView target, bool waitForDisk)
     }
     const DWORD flags = MOVEFILE_REPLACE_EXISTING | (waitForDisk ? MOVEFILE_WRITE_THROUGH : 0);
     if (MoveFileExW(from.c_str(), to.c_str(), flags)) return true;
-    if (GetLastError() != ERROR_ACCESS_DENIED || !isThere) return false;
-    // That is also said of a file that somebody holds open; who just asks is told the difference.
-    return canOpenFor(to, DELETE) && MoveFileExW(from.c_str(), to.c_str(), flags) != 0;
+    if (GetLastError() != ERROR_ACCESS_DENIED) return false;
+    // That is also said of a file that somebody holds open; who just asks is told the difference. One that others may
+    // remove meanwhile is not replaced either, and who replaces it at the same time holds it, too.
+    if (canOpenFor(to, DELETE) && MoveFileExW(from.c_str(), to.c_str(), flags)) return true;
+    const DWORD reason = GetLastError();
+    const bool isGone = reason == ERROR_FILE_NOT_FOUND;
+    const bool isHeld = isGone ? isThere : reason == ERROR_ACCESS_DENIED && canOpenFor(to, DELETE);
+    SetLastError(isHeld ? ERROR_SHARING_VIOLATION : isGone ? ERROR_ACCESS_DENIED : reason);
+    return false;
 }
 
 bool flushToDisk(TextView path)
