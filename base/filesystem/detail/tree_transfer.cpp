@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/platform/system/last_error.h"
 
@@ -27,7 +28,7 @@ bool TreeTransfer::openTarget(const DiskFolder& target)
     for (;;)
     {
         nearest = OpenFolder::at(readablePath(place), Links::FOLLOW);
-        if (nearest.isOpen() || place.levels.empty()) break;
+        if (nearest.isOpen() || place.levels.empty() || !saysMissing(platform::lastError())) break;
         m_missing.emplace_back(place.levels.back().view());
         place.levels.pop_back();
     }
@@ -84,7 +85,13 @@ bool TreeTransfer::openSource(const DiskFolder& source, Links links)
 bool TreeTransfer::isOutsideSource(const ParsedDirectory& target)
 {
     // The nearest folder that is there begins its own ancestry.
-    if (!m_targetAncestry.empty() && !contains(m_targetAncestry, m_sourceTop)) return true;
+    if (m_targetAncestry.empty()) m_targetAncestry = m_target->current().ancestry();
+    if (m_targetAncestry.empty())
+    {
+        fail(OPEN_FOLDER, fullName(m_target->path(), SEPARATOR));
+        return false;
+    }
+    if (!contains(m_targetAncestry, m_sourceTop)) return true;
     m_work.fail(m_entries.operation(), fullName(m_source->way().path(), SEPARATOR), platform::INVALID_PARAMETER,
                 fullName(target, SEPARATOR));
     return false;
@@ -373,9 +380,10 @@ bool TreeTransfer::leadsToTarget() const
 bool TreeTransfer::clearSource(const DiskFolder& source)
 {
     OpenFolder top = source.open(Links::REFUSE);
-    if (!top.isOpen() || top.identity() != m_sourceTop)
+    const auto identity = top.isOpen() ? top.identity() : std::nullopt;
+    if (!identity || identity != m_sourceTop)
     {
-        if (top.isOpen()) platform::setLastError(platform::INVALID_HANDLE);
+        if (identity) platform::setLastError(platform::INVALID_HANDLE);
         fail(OPEN_FOLDER, fullName(*source.absolute(), SEPARATOR));
         return false;
     }

@@ -33,6 +33,11 @@ bool isCopyable(const struct stat& status)
     return S_ISREG(status.st_mode) || failWithCode(NOT_SUPPORTED);
 }
 
+bool readStatus(const FileDescriptor& file, struct stat& status)
+{
+    return fstat(file.get(), &status) == 0 || failWith(errno);
+}
+
 FileDescriptor openSource(const ReachablePath& path, struct stat& status)
 {
     const bool isPlain = path.expectsPlainFile();
@@ -41,7 +46,7 @@ FileDescriptor openSource(const ReachablePath& path, struct stat& status)
     FileDescriptor file(path.open(O_RDONLY | (isPlain ? O_NOFOLLOW : 0)));
     if (!file.isOpen())
         path.fail();
-    else if (fstat(file.get(), &status) != 0 || !isCopyable(status))
+    else if (!readStatus(file, status) || !isCopyable(status))
         file.close();
     return file;
 }
@@ -60,7 +65,7 @@ FileDescriptor openReplaceable(const ReachablePath& path, const struct stat& sou
     FileDescriptor file(path.open(O_WRONLY));
     if (!file.isOpen())
         path.fail();
-    else if (fstat(file.get(), &status) != 0 || !isReplaceable(status))
+    else if (!readStatus(file, status) || !isReplaceable(status))
         file.close();
     return file;
 }
