@@ -6,6 +6,10 @@
 #if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
 #error "OxaBase needs C++20 or later: -std=c++20, /std:c++20, or CMake's target_compile_features(... cxx_std_20)"
 #endif
+#include <version>
+#ifdef _LIBCPP_VERSION
+#error "OxaBase is not made for libc++, whose types differ: use libstdc++, clang's default beside GCC"
+#endif
 #ifdef _GLIBCXX_DEBUG
 #error "OxaBase cannot be used with _GLIBCXX_DEBUG, which changes the layout of standard types"
 #endif

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/filesystem/detail/path_text.h"
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
 
@@ -27,7 +28,9 @@ int File::copy(const File& target, bool overwrite, std::shared_ptr<IProgress> pr
 
 int File::copy(const std::shared_ptr<const File>& target, bool overwrite) const
 {
-    return target != nullptr ? copy(*target, overwrite, nullptr) : 1;
+    if (target != nullptr) return copy(*target, overwrite, nullptr);
+    detail::noteRefusal({});
+    return 1;
 }
 
 int File::copy(const String& target, bool overwrite, std::shared_ptr<IProgress> progress) const

@@ -66,27 +66,50 @@ struct SafeWriter::Draft
     std::shared_ptr<const File> target;
     std::shared_ptr<const File> file;
     std::unique_ptr<std::ofstream> stream;
+    /// Why no new file could be made; then there is neither that nor a stream.
+    platform::FailedStep failure;
 
-    /// Empty when no new file can be made.
-    static std::unique_ptr<Draft> of(const File& named);
+    explicit Draft(const File& named);
+    bool open(const File& named);
+    /// False, always.
+    bool tellFailure() const;
     bool create(const String& name);
     /// False when something could not be written.
     bool finish();
     bool takePlace(Durability durability) const;
 };
 
-std::unique_ptr<SafeWriter::Draft> SafeWriter::Draft::of(const File& named)
+SafeWriter::Draft::Draft(const File& named)
 {
-    auto draft = std::make_unique<Draft>();
-    draft->target = behindLinks(named);
-    if (draft->target == nullptr) return nullptr;
-    const auto create = [&](const String& name) { return draft->create(name); };
-    if (!detail::makeWithUniqueName(OXA_TEXT("~"), create)) return nullptr;
-    draft->stream = draft->file->openWrite(std::ios_base::binary | std::ios_base::trunc);
-    if (*draft->stream) return draft;
-    draft->stream.reset();
-    detail::removeOwnFile(*draft->file);
-    return nullptr;
+    platform::KeptFailure before;
+    if (open(named))
+    {
+        before.restoreStep();
+        return;
+    }
+    file = nullptr;
+    const platform::FailedStep* const step = platform::failedStep();
+    failure.path = named.getFullName().view();
+    if (step != nullptr && !step->operation.empty()) failure = *step;
+}
+
+bool SafeWriter::Draft::tellFailure() const
+{
+    const bool isKnown = !failure.operation.empty();
+    return platform::failStep(isKnown ? failure.code : platform::INVALID_HANDLE,
+                              isKnown ? failure.operation : "writeFile", failure.path, failure.target);
+}
+
+bool SafeWriter::Draft::open(const File& named)
+{
+    target = behindLinks(named);
+    if (target == nullptr) return false;
+    if (!detail::makeWithUniqueName(OXA_TEXT("~"), [&](const String& name) { return create(name); })) return false;
+    stream = file->openWrite(std::ios_base::binary | std::ios_base::trunc);
+    if (*stream) return true;
+    stream.reset();
+    detail::removeOwnFile(*file);
+    return false;
 }
 
 /// What replaces a private file is not to be read by others meanwhile; a new one gets what new files get.
@@ -113,7 +136,7 @@ bool SafeWriter::Draft::finish()
     const DWORD reason = platform::streamError();
     const bool isWhole = stream->good();
     stream.reset();
-    return isWhole || platform::failStep(reason, "writeFile", file->getFullName());
+    return isWhole || platform::failStep(reason, "writeFile", file->getFullName(), target->getFullName());
 }
 
 bool SafeWriter::Draft::takePlace(Durability durability) const
@@ -126,7 +149,7 @@ bool SafeWriter::Draft::takePlace(Durability durability) const
     return replacePatiently(draftPath, targetPath, waitForDisk);
 }
 
-SafeWriter::SafeWriter(const File& target) : m_draft(Draft::of(target)) {}
+SafeWriter::SafeWriter(const File& target) : m_draft(std::make_unique<Draft>(target)) {}
 
 SafeWriter::SafeWriter(SafeWriter&& other) noexcept = default;
 
@@ -142,14 +165,16 @@ SafeWriter::~SafeWriter() { discard(); }
 
 std::ostream& SafeWriter::stream() noexcept
 {
-    return m_draft != nullptr ? static_cast<std::ostream&>(*m_draft->stream) : closedStream();
+    const bool isOpen = m_draft != nullptr && m_draft->stream != nullptr;
+    return isOpen ? static_cast<std::ostream&>(*m_draft->stream) : closedStream();
 }
 
 bool SafeWriter::commit(Durability durability)
 {
     if (m_draft == nullptr) return platform::failStep(platform::INVALID_HANDLE, "writeFile", {});
     // A caller's stream may throw what it could not write; then the end of this removes it.
-    const bool isDone = m_draft->finish() && m_draft->takePlace(durability);
+    const bool isDone =
+        m_draft->file != nullptr ? m_draft->finish() && m_draft->takePlace(durability) : m_draft->tellFailure();
     if (isDone) m_draft = nullptr;
     discard();
     return isDone;
@@ -160,7 +185,7 @@ void SafeWriter::discard() noexcept
     if (m_draft == nullptr) return;
     // An open file cannot be removed everywhere.
     m_draft->stream.reset();
-    detail::removeOwnFile(*m_draft->file);
+    if (m_draft->file != nullptr) detail::removeOwnFile(*m_draft->file);
     m_draft = nullptr;
 }
 

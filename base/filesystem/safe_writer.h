@@ -42,7 +42,7 @@ class OXA_API SafeWriter
     /// be written, when the target may not be written or is no file, or when another program held it for over a second.
     /// With Durability::Power it is also false when the disk failed in the very last step: then the new file is in its
     /// place, but may be the old one again after a loss of power.
-    bool commit(Durability durability = Durability::Program);
+    [[nodiscard]] bool commit(Durability durability = Durability::Program);
     /// Ends the writing without a change.
     void discard() noexcept;
 

@@ -15,8 +15,8 @@ class OXA_API TemporaryFolder
    public:
     /// In the folder that the system names for such things, or in `parent`. `prefix` begins the name.
     /// @{
-    explicit TemporaryFolder(const String& prefix = OXA_TEXT("oxa"));
-    explicit TemporaryFolder(const Directory& parent, const String& prefix = OXA_TEXT("oxa"));
+    [[nodiscard]] explicit TemporaryFolder(const String& prefix = OXA_TEXT("oxa"));
+    [[nodiscard]] explicit TemporaryFolder(const Directory& parent, const String& prefix = OXA_TEXT("oxa"));
     /// @}
     /// `other` has none afterwards; what this one had is removed.
     /// @{
@@ -40,8 +40,8 @@ class OXA_API TemporaryFile
    public:
     /// As for folders.
     /// @{
-    explicit TemporaryFile(const String& prefix = OXA_TEXT("oxa"));
-    explicit TemporaryFile(const Directory& parent, const String& prefix = OXA_TEXT("oxa"));
+    [[nodiscard]] explicit TemporaryFile(const String& prefix = OXA_TEXT("oxa"));
+    [[nodiscard]] explicit TemporaryFile(const Directory& parent, const String& prefix = OXA_TEXT("oxa"));
     TemporaryFile(TemporaryFile&& other) noexcept;
     TemporaryFile& operator=(TemporaryFile&& other) noexcept;
     /// @}

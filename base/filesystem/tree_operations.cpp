@@ -45,7 +45,7 @@ TreeReport removeTree(const Directory& folder, const TreeOptions& options)
 {
     TreeWork work(options);
     if (!areOwn(work, folder)) return work.finish();
-    work.count(folder, LinkHandling::Keep);
+    work.count(folder, LinkHandling::Keep, TreeWork::Counted::FILES);
     detail::TreeDeletion(work).run(DiskFolder(folder));
     return work.finish();
 }

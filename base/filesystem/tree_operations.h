@@ -56,7 +56,7 @@ struct TreeProgress
     std::uint64_t files = 0;
     /// Of content that is copied or skipped.
     std::uint64_t bytes = 0;
-    /// 0 unless TreeOptions::countFirst.
+    /// 0 unless TreeOptions::countFirst. Removing has no bytes.
     /// @{
     std::uint64_t totalFiles = 0;
     std::uint64_t totalBytes = 0;
@@ -124,7 +124,8 @@ struct TreeReport
 /// Copies what is in `source` into `target`, which is made if it is missing, with the folders above it. Folders that
 /// are there are filled up. A file that is replaced is whole before it takes its place; a link at the target is
 /// replaced itself, and none is followed there. Pipes and devices are never opened: they are failures with code 50.
-OXA_API TreeReport copyTree(const Directory& source, const Directory& target, const TreeOptions& options = {});
+[[nodiscard]] OXA_API TreeReport copyTree(const Directory& source, const Directory& target,
+                                          const TreeOptions& options = {});
 
 /// Removes the folder and all that is in it. Of a link, the link itself. What is not there needs no removing; a root
 /// stays.
@@ -133,9 +134,10 @@ OXA_API TreeReport removeTree(const Directory& folder, const TreeOptions& option
 /// Gives the folder the path `target`: in one step where that is possible, and else entry by entry. What lies on
 /// another disk is copied and compared, and only then removed, so that at every moment one side is whole. If `target`
 /// is there, it is filled up. What could not be moved stays where it was.
-OXA_API TreeReport moveTree(const Directory& folder, const Directory& target, const TreeOptions& options = {});
+[[nodiscard]] OXA_API TreeReport moveTree(const Directory& folder, const Directory& target,
+                                          const TreeOptions& options = {});
 
 /// The same for one file, or a link.
-OXA_API TreeReport moveFile(const File& file, const File& target, const TreeOptions& options = {});
+[[nodiscard]] OXA_API TreeReport moveFile(const File& file, const File& target, const TreeOptions& options = {});
 
 }  // namespace Oxa_1_1

@@ -220,7 +220,8 @@ TreeWalk::~TreeWalk() = default;
 
 TreeWalk::Iterator TreeWalk::begin()
 {
-    if (!m_data->isStarted) advance();
+    // Who is told of failures may have thrown on the way to an entry.
+    if (!m_data->isShown && !m_data->isOver) advance();
     return Iterator(m_data->isShown ? this : nullptr);
 }
 
@@ -230,7 +231,9 @@ bool TreeWalk::advance()
     if (data.isOver) return false;
     if (!std::exchange(data.isStarted, true))
     {
+        data.isOver = true;
         if (!data.open() || data.options.maxDepth == 0) return false;
+        data.isOver = false;
     }
     else
     {

@@ -42,7 +42,7 @@ struct WalkOptions
     /// What is shown, as search strings of Directory have it; NIL for everything. All folders are gone into.
     String pattern = {};
     /// What lies in the folder itself has depth 1.
-    std::size_t maxDepth = std::numeric_limits<std::size_t>::max();
+    std::size_t maxDepth = (std::numeric_limits<std::size_t>::max)();
     /// What is shown, and in which order.
     /// @{
     WalkedKinds kinds = WalkedKinds::All;
@@ -52,7 +52,8 @@ struct WalkOptions
     bool followLinks = false;
     /// Of failures() that are kept; all of them are counted.
     std::size_t failureLimit = 100;
-    /// Is told of each failure at once.
+    /// Is told of each failure at once. What it throws comes out of begin() or ++; a further range-for goes on behind
+    /// it.
     std::function<void(const Failure&)> onFailure = {};
 };
 

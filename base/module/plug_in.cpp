@@ -32,7 +32,7 @@ const Module* PlugIn::module() const noexcept
 
 void* PlugIn::symbol(const char* name) const noexcept
 {
-    return m_library != nullptr ? platform::findSymbol(getInstance(), name) : nullptr;
+    return m_library != nullptr && name != nullptr ? platform::findSymbol(getInstance(), name) : nullptr;
 }
 
 void PlugIn::keep() const noexcept

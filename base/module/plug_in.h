@@ -23,8 +23,8 @@ class OXA_API PlugIn
 
     /// Loads the file; holds nothing when it does not load, with the reason as the system tells it.
     /// @{
-    static PlugIn load(const String& file);
-    static PlugIn load(const String& file, String& reason);
+    [[nodiscard]] static PlugIn load(const String& file);
+    [[nodiscard]] static PlugIn load(const String& file, String& reason);
     /// @}
 
     /// Whether a module is held.
@@ -34,7 +34,7 @@ class OXA_API PlugIn
     /// Its record in the list of modules; null when it has none.
     const Module* module() const noexcept;
 
-    /// What it exports under the name; null when it exports no such thing, or none is held.
+    /// What it exports under the name; null when it exports no such thing, for null, or when none is held.
     void* symbol(const char* name) const noexcept;
     /// The same as a function, as in function<int(double)>("measure").
     template <class Function>

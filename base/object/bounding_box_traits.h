@@ -19,8 +19,8 @@ struct OxaBoundingBoxTraits
     static constexpr T (*sqrt)(T) noexcept = [](T value) noexcept { return std::sqrt(value); };
 
     /// The corner that no finite position lies beyond.
-    static constexpr Vec3d<T> maxVector{std::numeric_limits<T>::max(), std::numeric_limits<T>::max(),
-                                        std::numeric_limits<T>::max()};
+    static constexpr Vec3d<T> maxVector{(std::numeric_limits<T>::max)(), (std::numeric_limits<T>::max)(),
+                                        (std::numeric_limits<T>::max)()};
 };
 
 }  // namespace Oxa_1_1

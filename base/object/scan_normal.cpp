@@ -1,8 +1,10 @@
 #include "base/object/scan_normal.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
-#include "base/object/detail/normal_code.h"
+#include "base/object/vector/normal_kernels.h"
 
 namespace Oxa_1_1
 {
@@ -10,33 +12,7 @@ namespace Oxa_1_1
 namespace
 {
 
-using detail::ROW;
-using detail::STEPS;
-
-constexpr unsigned NEGATIVE_X = 0x8000;
-constexpr unsigned NEGATIVE_Y = 0x4000;
-constexpr unsigned NEGATIVE_Z = 0x2000;
-constexpr unsigned LOW_BITS = 0x1FFF;
-
-/// A direction in steps, before it is brought to length 1.
-struct Steps
-{
-    int x;
-    int y;
-    int z;
-};
-
-/// Without branches, as directions of a scan turn up in no order. Both numbers have 7 bits, so that 127 minus one turns
-/// all of them round.
-constexpr Steps unfold(unsigned lowBits) noexcept
-{
-    const int high = static_cast<int>(lowBits) / ROW;
-    const int low = static_cast<int>(lowBits) % ROW;
-    const int turn = -((high + low + 1) / ROW) & (ROW - 1);
-    const int x = high ^ turn;
-    const int y = low ^ turn;
-    return {x, y, STEPS - x - y};
-}
+#include "base/object/vector/normal_loops.inl"
 
 /// The square root of a number from 2^12 to 2^14, correctly rounded, because std::sqrt is none for constants: digit by
 /// digit, two more than a double holds, the last of which stands for all that follow.
@@ -71,49 +47,37 @@ constexpr std::array<double, LOW_BITS + 1> makeScales() noexcept
     return scales;
 }
 
-/// 1 or -1: applied to whole numbers of steps, so that no -0 arises.
-constexpr int signOf(unsigned code, unsigned negative) noexcept { return (code & negative) != 0 ? -1 : 1; }
-
-Vec3d<double> unitVector(unsigned code) noexcept
-{
-    const Steps steps = unfold(code & LOW_BITS);
-    const double scale = NORMAL_SCALES[code & LOW_BITS];
-    return {steps.x * signOf(code, NEGATIVE_X) * scale, steps.y * signOf(code, NEGATIVE_Y) * scale,
-            steps.z * signOf(code, NEGATIVE_Z) * scale};
-}
-
-template <class T>
-std::size_t encodeAll(std::span<const Vec3d<T>> directions, std::span<std::uint16_t> codes) noexcept
-{
-    const std::size_t count = std::min(directions.size(), codes.size());
-    const Vec3d<T>* const from = directions.data();
-    std::uint16_t* const to = codes.data();
-    for (std::size_t i = 0; i < count; ++i) to[i] = detail::normalCode(from[i].x, from[i].y, from[i].z);
-    return count;
-}
-
 }  // namespace
 
 constinit const std::array<double, LOW_BITS + 1> NORMAL_SCALES = makeScales();
 
-std::uint16_t encodeNormal(double x, double y, double z) noexcept { return detail::normalCode(x, y, z); }
+std::uint16_t encodeNormal(double x, double y, double z) noexcept { return normalCode(x, y, z); }
 
 std::size_t encodeNormals(std::span<const Vec3d<double>> directions, std::span<std::uint16_t> codes) noexcept
 {
-    return encodeAll(directions, codes);
+    const std::size_t count = std::min(directions.size(), codes.size());
+    detail::activeNormalKernels->encodeDoubles(directions.data(), count, codes.data());
+    return count;
 }
 
 std::size_t encodeNormals(std::span<const Vec3d<float>> directions, std::span<std::uint16_t> codes) noexcept
 {
-    return encodeAll(directions, codes);
+    const std::size_t count = std::min(directions.size(), codes.size());
+    detail::activeNormalKernels->encodeFloats(directions.data(), count, codes.data());
+    return count;
 }
 
-Vec3d<double> decodeNormal(std::uint16_t code) noexcept { return unitVector(code); }
+Vec3d<double> decodeNormal(std::uint16_t code) noexcept
+{
+    Vec3d<double> normal{};
+    decodeAll(&code, 1, NORMAL_SCALES.data(), &normal);
+    return normal;
+}
 
 std::size_t decodeNormals(std::span<const std::uint16_t> codes, std::span<Vec3d<double>> normals) noexcept
 {
     const std::size_t count = std::min(codes.size(), normals.size());
-    for (std::size_t i = 0; i < count; ++i) normals[i] = unitVector(codes[i]);
+    detail::activeNormalKernels->decode(codes.data(), count, NORMAL_SCALES.data(), normals.data());
     return count;
 }
 

@@ -1,14 +1,20 @@
 #include "base/object/scan_point.h"
 
 #include <algorithm>
-
-#include "base/object/detail/normal_code.h"
+#include <cstdint>
 
 namespace Oxa_1_1
 {
 
+namespace
+{
+
+#include "base/object/vector/normal_code.inl"
+
+}  // namespace
+
 template <ScanPosition T>
-constinit const ScanPtColor<T> ScanPtColor<T>::nullReference{T{}, detail::normalCode(0, 0, 1), {}};
+constinit const ScanPtColor<T> ScanPtColor<T>::nullReference{T{}, normalCode(0, 0, 1), {}};
 
 template struct ScanPtColor<Vec3d<float>>;
 template struct ScanPtColor<Vec3d<double>>;

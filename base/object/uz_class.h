@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <ranges>
 #include <type_traits>
 
 #include "base/char.h"
@@ -190,3 +191,11 @@ class OXA_API uZClass
 };
 
 }  // namespace Oxa_1_1
+
+// A range holds nothing: it is copied freely, and its iterators outlive it.
+/// @cond
+template <>
+inline constexpr bool std::ranges::enable_view<Oxa_1_1::ClassRange> = true;
+template <>
+inline constexpr bool std::ranges::enable_borrowed_range<Oxa_1_1::ClassRange> = true;
+/// @endcond

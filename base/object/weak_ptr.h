@@ -33,6 +33,12 @@ class WeakPtr
     requires std::convertible_to<U*, T*> WeakPtr(const SmartPtr<U>& node)
     noexcept : WeakPtr(static_cast<T*>(node.get())) {}
     /// @}
+    /// Watches the same node, which may be gone already: so T must not be a virtual base, whose place only a living
+    /// node knows.
+    template <class U>
+    requires(std::convertible_to<U*, T*>&& requires(T* node) { static_cast<const U*>(node); })
+        WeakPtr(const WeakPtr<U>& other)
+    noexcept : m_node(other.m_node), m_handle(other.m_handle) {}
 
     /// An owner of the node; empty when the node is gone or going.
     SmartPtr<T> lock() const
@@ -49,6 +55,9 @@ class WeakPtr
     void reset() noexcept { *this = WeakPtr(); }
 
    private:
+    template <class U>
+    friend class WeakPtr;
+
     T* m_node = nullptr;
     std::weak_ptr<WeakHandle> m_handle;
 };

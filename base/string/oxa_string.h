@@ -81,7 +81,13 @@ class OXA_API String
     /// The first min(length, length of `text`) bytes; NIL for null. A negative length counts as 0.
     OXA_ANSI String(const char* text, int length);
     /// The whole narrow text of the ANSI code page, embedded zeros included.
+    /// @{
     OXA_ANSI String(const std::string& text);
+    template <std::same_as<std::string_view> T>
+    OXA_ANSI String(T text) : String(std::string(text))
+    {
+    }
+    /// @}
     /// Narrow text of a code page up to its zero; NIL for null, present and empty for a code page nobody knows.
     /// Ill-formed bytes become the code page's replacement character.
     String(const CodePageInterface& text);
@@ -548,7 +554,7 @@ class OXA_API String
     /// As far as an int counts.
     TextView countable() const noexcept
     {
-        constexpr std::size_t LIMIT = std::numeric_limits<int>::max();
+        constexpr std::size_t LIMIT = (std::numeric_limits<int>::max)();
         return {m_text.data(), m_text.size() < LIMIT ? m_text.size() : LIMIT};
     }
     int findUnits(TextView units, int start) const noexcept;

@@ -72,6 +72,8 @@ TEST(Failure, TellsStepPathAndReason)
          [&] { return full->copy(*inside, false, nullptr) != nullptr; }},
         {"createFolder", std::errc::invalid_argument, relative->getFullName(), {}, [&] { return relative->create(); }},
         {"parsePath", std::errc::invalid_argument, "what?", {}, [&] { return File::fromString("what?") != nullptr; }},
+        {"parsePath", std::errc::invalid_argument, {}, {}, [&] { return file->move(String(), true); }},
+        {"parsePath", std::errc::invalid_argument, {}, {}, [&] { return file->copy(nullptr, true) == 0; }},
         {"createLink", std::errc::file_exists, file->getFullName(), "target",
          [&] { return createLink(*file, "target", LinkKind::File); }},
         {"writeLastWrite",
@@ -93,10 +95,15 @@ TEST(Failure, TellsStepPathAndReason)
         EXPECT_EQ(failure->path, c.path) << c.operation;
         EXPECT_EQ(failure->target, c.target) << c.operation;
         EXPECT_TRUE(failure->code == c.reason) << failure->message().stringUTF8();
-        EXPECT_EQ(failure->message(), String::fromUTF8(c.operation) + " " + c.path +
-                                          (c.target.isNil() ? String::EMPTY : " to " + c.target) + ": " +
+        EXPECT_EQ(failure->message(), String::fromUTF8(c.operation) + (c.path.isNil() ? c.path : " " + c.path) +
+                                          (c.target.isNil() ? c.target : " to " + c.target) + ": " +
                                           String::fromUTF8(failure->code.message()));
     }
+    SafeWriter lost(*missing);
+    forgetFailure();
+    EXPECT_FALSE(lost.commit());
+    EXPECT_TRUE(lastFailure()->path.startsWith(missing->getDirectory()->getFullName()));
+    EXPECT_TRUE(lastFailure()->code == std::errc::no_such_file_or_directory);
     SafeWriter writer(*locked);
     EXPECT_FALSE(writer.commit());
     EXPECT_EQ(lastFailure()->target, locked->getFullName());

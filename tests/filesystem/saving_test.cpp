@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "base/filesystem/disk_facts.h"
+#include "base/filesystem/failure.h"
 #include "base/filesystem/links.h"
 #include "base/filesystem/safe_writer.h"
 #include "base/filesystem/temporary.h"
@@ -52,7 +53,10 @@ TEST(SafeWriter, WhatCannotBeReplacedStays)
     {
         SafeWriter writer(*folder.file(name));
         writer.stream() << "after";
+        forgetFailure();
         EXPECT_FALSE(writer.commit()) << name;
+        const std::errc reason = name[0] == 'm' ? std::errc::no_such_file_or_directory : std::errc::permission_denied;
+        EXPECT_TRUE(lastFailure()->code == reason) << lastFailure()->message().stringUTF8();
     }
     EXPECT_EQ(folder.read("locked"), "before");
     EXPECT_EQ(folder.contents(), (Names{"folder/", "locked"}));

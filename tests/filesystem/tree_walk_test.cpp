@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ranges>
 #include <utility>
@@ -172,6 +173,21 @@ TEST_F(Walks, TellWhatCannotBeRead)
     const MemoryFileSystem memory;
     EXPECT_EQ(walked(*Directory::fromString("mem:folder"), 1), Directory::fromString("mem:folder")->getFullName());
     EXPECT_EQ(told.at(0).code.value(), 50);
+
+    // Who is told may throw, and go on with the walk.
+    TreeWalk walk(*temp.directory("tree"),
+                  {.order = WalkOrder::FoldersFirst, .onFailure = [](const Failure& each) { throw Failure(each); }});
+    Names names;
+    const auto step = [&](const WalkEntry& entry)
+    {
+        names.push_back(nameOf(entry));
+        if (names.back() != "x/") return;
+        std::filesystem::remove_all(temp.path("tree/x"));
+        temp.write("tree/x");
+    };
+    EXPECT_THROW(std::ranges::for_each(walk, step), Failure);
+    std::ranges::for_each(walk, step);
+    EXPECT_EQ(sorted(names), (Names{"a.txt", "b.TXT", "c.jpg", "empty/", "x/"}));
 }
 
 TEST_F(Walks, HoldFewFoldersOpenAtAnyDepth)

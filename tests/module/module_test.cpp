@@ -89,7 +89,8 @@ TEST(PlugIn, IsHeldByItsCopiesUnlessItIsKept)
     ASSERT_TRUE(plugIn);
     EXPECT_EQ(plugIn.module(), Module::find(OXA_TEXT("Plain.X")));
     EXPECT_EQ(plugIn.function<const Module*()>("plainModule")(), plugIn.module());
-    EXPECT_EQ(plugIn.symbol("no such thing"), nullptr);
+    for (const char* const name : {"no such thing", "", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(plugIn.symbol(name), nullptr);
     PlugIn copy = plugIn;
     plugIn = {};
     EXPECT_NE(Module::find(OXA_TEXT("plain.x")), nullptr);

@@ -157,7 +157,8 @@ TEST(WeakPtr, ReachesItsNodeWhileThatLives)
     WeakPtr<const CountedNode> watched = node;
     const WeakPtr<BaseNode> empty;
     EXPECT_TRUE(!empty.lock() && empty.expired() && !watched.expired());
-    EXPECT_EQ(watched.lock(), node);
+    const WeakPtr<const BaseNode> ofBase = watched;
+    EXPECT_TRUE(watched.lock() == node && ofBase.lock() == node);
     EXPECT_EQ(node->getRefCounter(), 1U);
     const SmartPtr<CountedNode> owner = constPointerCast<CountedNode>(watched.lock());
     CountedNode* const detached = node.detach();

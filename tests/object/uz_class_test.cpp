@@ -126,6 +126,7 @@ TEST(uZClass, WalksAgreeWithAModelWhileClassesComeAndGo)
     }
     destroy(model.roots);
     EXPECT_EQ(collect(uZClass::allClasses()), others);
+    EXPECT_EQ(*std::ranges::find(uZClass::allClasses(), BaseNode::Class()), BaseNode::Class());
 }
 
 TEST(uZClass, CursorsStartAndEndAtNull)

@@ -82,3 +82,5 @@ function(refuse_compilation text)
 endfunction()
 refuse_compilation("OxaBase needs C[+][+]20" -std=c++17)
 refuse_compilation("OxaBase cannot be used with _GLIBCXX_DEBUG" -std=c++20 -D_GLIBCXX_DEBUG)
+# By its mark, as it is rarely installed.
+refuse_compilation("OxaBase is not made for libc[+][+]" -std=c++20 -D_LIBCPP_VERSION=14000)

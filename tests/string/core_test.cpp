@@ -51,7 +51,9 @@ TEST(StringCore, LengthsAreClampedToTheTextAndToZero)
 TEST(StringCore, StandardTextsKeepTheirZeros)
 {
     EXPECT_EQ(test::literal(OXA_TEXT("a\0b")).length(), 3);
-    EXPECT_EQ(String(std::string("a\0b", 3)).view(), TextView(OXA_TEXT("a\0b"), 3));
+    for (const String& text : {String(std::string("a\0b", 3)), String(std::string_view("a\0bc", 3))})
+        EXPECT_EQ(text.view(), TextView(OXA_TEXT("a\0b"), 3));
+    EXPECT_EQ(String() << 1 << std::string_view("\xE4?").substr(0, 1), String("1\xE4"));
     EXPECT_EQ(String("a\0b").length(), 1);
     EXPECT_EQ(test::literal(OXA_TEXT("a\0b")).stringAnsi(), std::string("a\0b", 3));
     EXPECT_EQ(test::literal(OXA_TEXT("a\0b")).stringUTF8(), std::string("a\0b", 3));

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/unique_name.h"
 #include "base/platform/system/last_error.h"
 
@@ -17,6 +18,9 @@ namespace
 {
 
 Text newName() { return Text(uniqueName(OXA_TEXT(".oxa-")).view()); }
+
+/// Whether what cannot be renamed can still be copied.
+bool asksForCopy(DWORD reason) { return reason == platform::NOT_SAME_DEVICE || reason == platform::NOT_SUPPORTED; }
 
 }  // namespace
 
@@ -59,8 +63,7 @@ EntryTransfer::Brought EntryTransfer::bring(const TransferPlace& place, const Na
     if (isMove() && place.canRename)
     {
         if (source.rename(names.source, target, names.target, true)) return Brought::MOVED;
-        const DWORD reason = platform::lastError();
-        if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED) return Brought::FAILED;
+        if (!asksForCopy(platform::lastError())) return Brought::FAILED;
     }
     if (kind == EntryKind::OTHER)
     {
@@ -68,12 +71,11 @@ EntryTransfer::Brought EntryTransfer::bring(const TransferPlace& place, const Na
         return Brought::FAILED;
     }
     bool isCopied = false;
+    const platform::Kept kept{.permissions = keepsPermissions(), .times = keepsTimes(), .owner = isMove()};
     if (keepsLink(kind))
-        isCopied = source.copyLink(names.source, target, names.target, true);
+        isCopied = source.copyLink(names.source, target, names.target, true, kept);
     else
-        isCopied = source.copyFile(names.source, kind, target, names.target, true, m_work.fileProgress(),
-                                   {.permissions = isMove() || m_work.options().keepPermissions,
-                                    .times = isMove() || m_work.options().keepTimes});
+        isCopied = source.copyFile(names.source, kind, target, names.target, true, m_work.fileProgress(), kept);
     if (!isCopied) m_work.fileFailed();
     return isCopied ? Brought::COPIED : Brought::FAILED;
 }
@@ -98,9 +100,13 @@ bool EntryTransfer::givesWay(const TransferPlace& place, const Names& names, Ent
         goesOn = fail(code, place, names);
         return false;
     };
+    if (m_work.options().overwrite == Overwrite::Never) return refuse(platform::FILE_EXISTS);
     const auto there = target.readKind(names.target);
-    if (!there || there == EntryKind::SUBFOLDER || m_work.options().overwrite == Overwrite::Never)
-        return refuse(platform::FILE_EXISTS);
+    // Somebody has removed it meanwhile.
+    if (!there) return saysMissing(platform::lastError()) || refuse(platform::lastError());
+    if (there == EntryKind::SUBFOLDER) return refuse(platform::FILE_EXISTS);
+    // Whoever uses a pipe or device would miss it.
+    if (there == EntryKind::OTHER) return refuse(platform::NOT_SUPPORTED);
     const bool isLink = platform::isLink(*there);
     if (m_work.options().overwrite == Overwrite::IfNewer && isNoNewer(place, names, kind, isLink))
     {
@@ -120,29 +126,48 @@ bool EntryTransfer::replace(const TransferPlace& place, const Names& names, Entr
 {
     bool goesOn = true;
     if (!givesWay(place, names, kind, goesOn)) return goesOn;
+    // On one disk there is no moment when it has neither of both names.
+    if (isMove() && place.canRename)
+    {
+        if (takePlace(place.source.current(), names.source, Brought::MOVED, place, names, kind)) return true;
+        const DWORD reason = platform::lastError();
+        if (!asksForCopy(reason)) return fail(reason, place, names);
+    }
     const Names aside{.source = names.source, .target = newName()};
     const Brought brought = bring(place, aside, kind);
     if (brought == Brought::FAILED) return fail(platform::lastError(), place, names);
+    if (takePlace(place.target.current(), aside.target, brought, place, names, kind)) return true;
+    const DWORD reason = platform::lastError();
+    takeBack(brought, place, aside.target, names.source);
+    return fail(reason, place, names);
+}
+
+bool EntryTransfer::takePlace(const OpenFolder& from, const Text& name, Brought brought, const TransferPlace& place,
+                              const Names& names, EntryKind kind)
+{
     const OpenFolder& target = place.target.current();
     bool isKept = true;
     const Text kept = m_work.rollsBack() ? keepAside(target, names.target, isKept) : Text();
     const auto readOnly = m_work.options().readOnlyToo ? ReadOnlyFiles::GO : ReadOnlyFiles::STAY;
-    if (isKept && target.replace(aside.target, names.target, readOnly))
+    if (isKept && from.replace(name, target, names.target, readOnly))
     {
         note(brought, place, names, kind, kept);
         return true;
     }
     const DWORD reason = platform::lastError();
-    takeBack(brought, place, aside.target, names.source);
     if (!kept.empty()) target.deleteFile(kept, ReadOnlyFiles::GO);
-    return fail(reason, place, names);
+    platform::setLastError(reason);
+    return false;
 }
 
 Text EntryTransfer::keepAside(const OpenFolder& target, const Text& name, bool& isKept)
 {
     Text aside = newName();
-    isKept = target.addName(name, aside) || target.copyFile(name, EntryKind::PLAIN_FILE, target, aside, true, {}) ||
-             target.copyLink(name, target, aside, true);
+    isKept = target.addName(name, aside);
+    const auto kind = isKept ? std::nullopt : target.readKind(name);
+    if (kind)
+        isKept = platform::isLink(*kind) ? target.copyLink(name, target, aside, true)
+                                         : target.copyFile(name, *kind, target, aside, true, {});
     return isKept ? aside : Text();
 }
 

@@ -42,6 +42,11 @@ class EntryTransfer
     EntryTransfer& operator=(const EntryTransfer&) = delete;
 
     bool isMove() const noexcept { return m_mode == Mode::MOVE; }
+    /// A move always does.
+    /// @{
+    bool keepsPermissions() const noexcept { return isMove() || m_work.options().keepPermissions; }
+    bool keepsTimes() const noexcept { return isMove() || m_work.options().keepTimes; }
+    /// @}
     /// For failures.
     std::string_view operation() const noexcept { return isMove() ? "renameFile" : "copyFile"; }
     /// Whether links of this kind come as links; else what they lead to does.
@@ -77,6 +82,10 @@ class EntryTransfer
 
     bool fail(DWORD code, const TransferPlace& place, const Names& names);
     bool replace(const TransferPlace& place, const Names& names, platform::EntryKind kind);
+    /// What stands as `name` in `from` takes the place of what is there. False, with the last error, when nothing has
+    /// changed.
+    bool takePlace(const platform::OpenFolder& from, const Text& name, Brought brought, const TransferPlace& place,
+                   const Names& names, platform::EntryKind kind);
     /// Whether what stands at the target gives way; else that was told, and `goesOn` is false when it ends all.
     bool givesWay(const TransferPlace& place, const Names& names, platform::EntryKind kind, bool& goesOn);
     bool isNoNewer(const TransferPlace& place, const Names& names, platform::EntryKind kind, bool isLink) const;

@@ -12,7 +12,11 @@ namespace Oxa_1_1::detail
 
 inline constexpr Char SEPARATOR = '\\';
 
-constexpr bool isDots(TextView name) noexcept { return name == OXA_TEXT(".") || name == OXA_TEXT(".."); }
+/// Whether it is "." or "..". Asked of each part of each path, so that nothing is compared in a loop.
+constexpr bool isDots(TextView name) noexcept
+{
+    return (name.size() == 1 || name.size() == 2) && name.front() == '.' && name.back() == '.';
+}
 
 /// Where a unit below 0x80 must not stand.
 enum Refusal : std::uint8_t

@@ -28,7 +28,7 @@ bool LeftEntries::contains(const OpenFolder& folder, TextView name) const
 namespace
 {
 
-/// Where folders of one disk are mounted twice.
+/// Where folders of one disk are mounted twice. Also when that cannot be seen; the last error tells.
 bool isSameEntry(FolderWay& a, TextView nameOfA, FolderWay& b, TextView nameOfB)
 {
     const auto folderOfA = a.current().identity();
@@ -36,7 +36,10 @@ bool isSameEntry(FolderWay& a, TextView nameOfA, FolderWay& b, TextView nameOfB)
     if (!folderOfA || !folderOfB) return true;
     if (folderOfA->volume != folderOfB->volume) return false;
     const auto identity = a.current().readOwnIdentity(nameOfA);
-    return !identity || identity == b.current().readOwnIdentity(nameOfB);
+    if (!identity) return true;
+    if (identity != b.current().readOwnIdentity(nameOfB)) return false;
+    platform::setLastError(platform::FILE_CHANGED);
+    return true;
 }
 
 }  // namespace
@@ -44,10 +47,18 @@ bool isSameEntry(FolderWay& a, TextView nameOfA, FolderWay& b, TextView nameOfB)
 bool TreeClearing::clearEntry(FolderWay& source, TextView name, FolderWay& target, TextView targetName)
 {
     // Both are looked at now: whatever has changed since it was copied stays.
-    if (isSameEntry(source, name, target, targetName) ||
-        !source.current().isSameContent(name, target.current(), targetName))
-        m_work.fail("compareFiles", source.fullName(name), platform::FILE_CHANGED);
-    else if (source.current().deleteFile(name, ReadOnlyFiles::GO))
+    if (!isSameEntry(source, name, target, targetName) &&
+        source.current().isSameContent(name, target.current(), targetName, m_work.comparisonProgress()))
+        return remove(source, name);
+    const DWORD reason = platform::lastError();
+    m_work.fail("compareFiles", source.fullName(name), saysMissing(reason) ? platform::FILE_CHANGED : reason,
+                target.fullName(targetName));
+    return false;
+}
+
+bool TreeClearing::remove(FolderWay& source, TextView name)
+{
+    if (source.current().deleteFile(name, ReadOnlyFiles::GO))
         return m_hasRemoved = true;
     else if (!saysMissing(platform::lastError()))
         m_work.fail("deleteFile", source.fullName(name));

@@ -52,6 +52,7 @@ class TreeClearing
         LOST
     };
 
+    bool remove(FolderWay& source, TextView name);
     bool isEnded() { return m_work.isStopped() || m_work.isEnded(); }
     bool failLost(const FolderWay& source);
     void begin(FolderWay& source, FolderWay& target, const LeftEntries& left, Level& level);

@@ -54,7 +54,8 @@ void TreeDeletion::run(const DiskFolder& folder)
         OpenFolder top = above.open(name, Links::REFUSE);
         if (!top.isOpen())
         {
-            m_work.fail(OPENING, path);
+            const DWORD reason = platform::lastError();
+            if (!saysMissing(reason) || above.readKind(name)) m_work.fail(OPENING, path, reason);
             return;
         }
         if (!removeContents(folder.way(std::move(top)))) return;
@@ -114,9 +115,10 @@ void TreeDeletion::visit(FolderWay& way, Level& level, const FolderContents::Ent
         return;
     }
     if (way.enter(name, Links::REFUSE)) return begin(way);
-    if (saysMissing(platform::lastError()) && !way.current().readKind(name)) return;
+    const DWORD reason = platform::lastError();
+    if (saysMissing(reason) && !way.current().readKind(name)) return;
     level.keepsSomething = true;
-    m_work.fail(OPENING, way.fullName(name, true));
+    m_work.fail(OPENING, way.fullName(name, true), reason);
 }
 
 bool TreeDeletion::removeFile(FolderWay& way, TextView name, bool isLink)

@@ -91,7 +91,7 @@ bool takeBack(const TreeJournal::Record& record, const OpenFolder& target, const
             return target.removeFolder(record.name);
         case TreeJournal::Kind::COPIED:
             return record.aside.empty() ? target.deleteFile(record.name, ReadOnlyFiles::GO)
-                                        : target.replace(record.aside, record.name, ReadOnlyFiles::GO);
+                                        : target.replace(record.aside, target, record.name, ReadOnlyFiles::GO);
         default:
             return source != nullptr && target.rename(record.name, *source, record.sourceName, true) &&
                    (record.aside.empty() || target.rename(record.aside, target, record.name, true));

@@ -39,29 +39,30 @@ bool TreeTransfer::openTarget(const DiskFolder& target)
     }
     m_target.emplace(std::move(nearest), std::make_shared<ParsedDirectory>(std::move(place)));
     m_targetAncestry = m_target->current().ancestry();
-    return true;
+    if (!m_targetAncestry.empty()) return true;
+    fail(OPEN_FOLDER, fullName(m_target->path(), SEPARATOR));
+    return false;
 }
 
 bool TreeTransfer::makeTarget()
 {
-    const bool isTop = m_missing.size() == 1 && m_work.options().keepPermissions;
+    const bool isTop = m_missing.size() == 1 && m_entries.keepsPermissions();
     const Text name = std::move(m_missing.back());
     m_missing.pop_back();
     const String path = m_target->fullName(name);
-    if (!m_target->current().makeFolder(name, isTop ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL))
-    {
-        fail(MAKE_FOLDER, path);
-        return false;
-    }
     const OpenFolder above = m_target->current();
-    if (!m_target->enter(name, Links::REFUSE))
+    m_isTopMade = above.makeFolder(name, isTop ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL);
+    const DWORD reason = platform::lastError();
+    // Somebody else may have been faster, and then it is filled up.
+    const bool isThere = m_isTopMade || reason == platform::ALREADY_EXISTS;
+    if (!isThere || !m_target->enter(name, Links::REFUSE))
     {
-        fail(OPEN_FOLDER, path);
-        above.removeFolder(name);
+        m_work.fail(m_isTopMade ? OPEN_FOLDER : MAKE_FOLDER, path, m_isTopMade ? platform::lastError() : reason);
+        if (m_isTopMade) above.removeFolder(name);
         return false;
     }
     if (m_work.rollsBack())
-        m_topInJournal = m_journal.addFolder(m_topInJournal, name, true, false, m_target->current());
+        m_topInJournal = m_journal.addFolder(m_topInJournal, name, m_isTopMade, false, m_target->current());
     return true;
 }
 
@@ -85,12 +86,6 @@ bool TreeTransfer::openSource(const DiskFolder& source, Links links)
 bool TreeTransfer::isOutsideSource(const ParsedDirectory& target)
 {
     // The nearest folder that is there begins its own ancestry.
-    if (m_targetAncestry.empty()) m_targetAncestry = m_target->current().ancestry();
-    if (m_targetAncestry.empty())
-    {
-        fail(OPEN_FOLDER, fullName(m_target->path(), SEPARATOR));
-        return false;
-    }
     if (!contains(m_targetAncestry, m_sourceTop)) return true;
     m_work.fail(m_entries.operation(), fullName(m_source->way().path(), SEPARATOR), platform::INVALID_PARAMETER,
                 fullName(target, SEPARATOR));
@@ -148,11 +143,10 @@ void TreeTransfer::copyFolder(const DiskFolder& source, const DiskFolder& target
             if (!openSource(source, Links::FOLLOW) || !openTarget(target) || !isOutsideSource(*target.absolute()))
                 return;
             if (m_work.options().links == LinkHandling::Follow) m_circles.emplace(*source.absolute());
-            const bool isMade = !m_missing.empty();
             while (!m_missing.empty())
                 if (!makeTarget()) return;
             m_targetAncestry = m_target->current().ancestry();
-            begin(isMade, m_topInJournal);
+            begin(m_isTopMade, m_topInJournal);
             walk();
         });
 }
@@ -178,10 +172,9 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                 return;
             }
             if (!openTarget(target) || !isOutsideSource(*target.absolute())) return;
-            const bool isMade = !m_missing.empty();
             while (m_missing.size() > 1)
                 if (!makeTarget()) return;
-            if (isMade)
+            if (!m_missing.empty())
             {
                 // An open folder cannot be renamed everywhere.
                 m_source.reset();
@@ -195,7 +188,8 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                     return;
                 }
                 const DWORD reason = platform::lastError();
-                if (reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED)
+                const bool isTaken = reason == platform::ALREADY_EXISTS;
+                if (!isTaken && reason != platform::NOT_SAME_DEVICE && reason != platform::NOT_SUPPORTED)
                 {
                     m_work.fail(m_entries.operation(), fullName(*source.absolute(), SEPARATOR), reason, targetPath);
                     return;
@@ -203,13 +197,15 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
                 if (!openSource(source, Links::REFUSE) || !makeTarget()) return;
                 m_targetAncestry = m_target->current().ancestry();
             }
-            begin(isMade, m_topInJournal);
+            begin(m_isTopMade, m_topInJournal);
             const bool isWhole = walk();
             if (!isWhole || m_work.isStopped() || m_work.isEnded()) return;
             if (!m_work.hasFailed()) m_work.wholeDone();
             if (!clearSource(source)) return;
             m_source.reset();
-            m_clearing.clearFolder(above, name, fullName(*source.absolute(), SEPARATOR));
+            const bool isGone = m_clearing.clearFolder(above, name, fullName(*source.absolute(), SEPARATOR));
+            // What was moved out of it can go back.
+            if (!isGone && m_work.rollsBack()) openSource(source, Links::REFUSE);
         });
 }
 
@@ -286,7 +282,7 @@ void TreeTransfer::begin(bool isMade, std::size_t inJournal)
         level.canRename = from && to && from->volume == to->volume;
     }
     if (!isMade) return;
-    if (m_work.options().keepPermissions) target.takePermissions(source, platform::OwnerAccess::FULL);
+    if (m_entries.keepsPermissions()) target.takePermissions(source, platform::OwnerAccess::FULL);
     m_work.folderDone();
 }
 
@@ -296,8 +292,9 @@ bool TreeTransfer::end()
     {
         OpenFolder& source = m_source->current();
         OpenFolder& target = m_target->current();
-        if (m_work.options().keepPermissions) target.takePermissions(source, platform::OwnerAccess::AS_GIVEN);
-        if (m_work.options().keepTimes) target.takeTimes(source);
+        if (m_entries.isMove()) target.takeOwner(source);
+        if (m_entries.keepsPermissions()) target.takePermissions(source, platform::OwnerAccess::AS_GIVEN);
+        if (m_entries.keepsTimes()) target.takeTimes(source);
     }
     m_levels.pop_back();
     if (m_levels.empty()) return true;
@@ -335,7 +332,7 @@ bool TreeTransfer::transferFolder(const Text& name, Links links)
     if (isLink ? leadsToTarget() : isTarget(m_source->current()))
         return failOutside(operation, platform::INVALID_PARAMETER);
     OpenFolder& above = m_target->current();
-    const bool isPrivate = m_work.options().keepPermissions;
+    const bool isPrivate = m_entries.keepsPermissions();
     const bool isMade = above.makeFolder(name, isPrivate ? platform::NewFolder::PRIVATE : platform::NewFolder::USUAL);
     if (!isMade && platform::lastError() != platform::ALREADY_EXISTS) return failOutside(MAKE_FOLDER);
     if (!m_target->enter(name, Links::REFUSE))

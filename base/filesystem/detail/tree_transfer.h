@@ -75,6 +75,7 @@ class TreeTransfer
     std::vector<platform::FileIdentity> m_targetAncestry;
     /// Of what is missing of the target's path, once it is open.
     std::vector<Text> m_missing;
+    bool m_isTopMade = false;
     std::vector<Level> m_levels;
     TreeJournal m_journal;
     EntryTransfer m_entries;

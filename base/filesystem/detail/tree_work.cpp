@@ -21,7 +21,7 @@ bool TreeWork::isStopped()
     return m_report.isStopped;
 }
 
-void TreeWork::count(const Directory& folder, LinkHandling links)
+void TreeWork::count(const Directory& folder, LinkHandling links, Counted what)
 {
     if (!m_options.countFirst) return;
     TreeWalk walk(folder, {.followLinks = links == LinkHandling::Follow});
@@ -31,7 +31,8 @@ void TreeWork::count(const Directory& folder, LinkHandling links)
         const bool isKeptLink = entry.isLink() && links == LinkHandling::Keep;
         if (entry.isFolder() && !isKeptLink) continue;
         ++m_progress.totalFiles;
-        if (entry.isFile() && !isKeptLink) m_progress.totalBytes += entry.size().value_or(0);
+        const bool hasBytes = what == Counted::FILES_AND_BYTES && entry.isFile() && !isKeptLink;
+        if (hasBytes) m_progress.totalBytes += entry.size().value_or(0);
     }
     tell();
 }
@@ -101,6 +102,14 @@ platform::CopyProgress TreeWork::fileProgress()
         if (done >= total) return;
         if (isStopped()) throw Stopped();
         tell();
+    };
+}
+
+platform::CopyProgress TreeWork::comparisonProgress()
+{
+    return [this](std::uint64_t, std::uint64_t)
+    {
+        if (isStopped()) throw Stopped();
     };
 }
 

@@ -33,7 +33,12 @@ class TreeWork
 
     /// For the totals.
     /// @{
-    void count(const Directory& folder, LinkHandling links);
+    enum class Counted
+    {
+        FILES,
+        FILES_AND_BYTES
+    };
+    void count(const Directory& folder, LinkHandling links, Counted what = Counted::FILES_AND_BYTES);
     void countFile(std::uint64_t bytes);
     /// @}
     /// A file is done, whose progress was received.
@@ -54,6 +59,8 @@ class TreeWork
     struct Stopped
     {
     };
+    /// For what takes long, and is no progress. It throws Stopped.
+    platform::CopyProgress comparisonProgress();
 
     /// The report, with all failures.
     TreeReport finish();

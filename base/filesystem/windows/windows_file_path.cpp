@@ -59,7 +59,11 @@ std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromCheckedN
 
 std::unique_ptr<OxaWindowsFileSystemFile> OxaWindowsFileSystemFile::fromString(const String& path)
 {
-    if (path.isEmpty()) return nullptr;
+    if (path.isEmpty())
+    {
+        detail::noteRefusal(path);
+        return nullptr;
+    }
     const std::size_t split = directoryLength(path);
     const String name = path.view().substr(split);
     if (split == 0)

@@ -103,10 +103,11 @@ std::optional<FileTicks> OpenFolder::readOwnLastWrite(TextView name) const
     return asked("readInformation", name, [&] { return native::readOwnLastWrite(*m_folder, name); });
 }
 
-bool OpenFolder::isSameContent(TextView name, const OpenFolder& other, TextView otherName) const
+bool OpenFolder::isSameContent(TextView name, const OpenFolder& other, TextView otherName,
+                               const CopyProgress& progress) const
 {
     return asked("compareFiles", name, otherName,
-                 [&] { return native::isSameContent(*m_folder, name, *other.m_folder, otherName); });
+                 [&] { return native::isSameContent(*m_folder, name, *other.m_folder, otherName, progress); });
 }
 
 bool OpenFolder::makeFolder(TextView name, NewFolder access) const
@@ -118,6 +119,11 @@ bool OpenFolder::takePermissions(const OpenFolder& from, OwnerAccess access) con
 {
     return observedIn(*m_folder, "takePermissions", {},
                       [&] { return native::takePermissions(*m_folder, *from.m_folder, access); });
+}
+
+void OpenFolder::takeOwner(const OpenFolder& from) const
+{
+    asked("takeOwner", {}, [&] { native::takeOwner(*m_folder, *from.m_folder); });
 }
 
 bool OpenFolder::takeTimes(const OpenFolder& from) const
@@ -158,10 +164,10 @@ bool OpenFolder::addName(TextView name, TextView newName) const
                       [&] { return native::addName(*m_folder, name, newName); });
 }
 
-bool OpenFolder::replace(TextView name, TextView replaced, ReadOnlyFiles readOnly) const
+bool OpenFolder::replace(TextView name, const OpenFolder& target, TextView replaced, ReadOnlyFiles readOnly) const
 {
-    return observedIn(*m_folder, "renameFile", name, *m_folder, replaced,
-                      [&] { return native::replace(*m_folder, name, replaced, readOnly); });
+    return observedIn(*m_folder, "renameFile", name, *target.m_folder, replaced,
+                      [&] { return native::replace(*m_folder, name, *target.m_folder, replaced, readOnly); });
 }
 
 bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName,
@@ -174,10 +180,12 @@ bool OpenFolder::copyFile(TextView name, EntryKind kind, const OpenFolder& targe
                       });
 }
 
-bool OpenFolder::copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const
+bool OpenFolder::copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists,
+                          Kept kept) const
 {
     return observedIn(*m_folder, "copyLink", name, *target.m_folder, targetName,
-                      [&] { return native::copyLink(*m_folder, name, *target.m_folder, targetName, failIfExists); });
+                      [&]
+                      { return native::copyLink(*m_folder, name, *target.m_folder, targetName, failIfExists, kept); });
 }
 
 }  // namespace Oxa_1_1::platform

@@ -76,6 +76,8 @@ struct Kept
 {
     bool permissions = true;
     bool times = true;
+    /// And extended attributes.
+    bool owner = false;
 };
 
 enum class NewFolder
@@ -125,12 +127,16 @@ class OpenFolder
     /// Of the entry itself, be it a link.
     std::optional<FileIdentity> readOwnIdentity(TextView name) const;
     std::optional<FileTicks> readOwnLastWrite(TextView name) const;
-    /// Whether both are plain files of the same bytes, or links that say the same. False also when that cannot be seen.
-    bool isSameContent(TextView name, const OpenFolder& other, TextView otherName) const;
+    /// Whether both are plain files of the same bytes, or links that say the same. If not, the last error is 1006, or
+    /// tells why that cannot be seen. What `progress` throws ends the comparison.
+    bool isSameContent(TextView name, const OpenFolder& other, TextView otherName,
+                       const CopyProgress& progress = {}) const;
     /// Fails with 183 when something of that name is there.
     bool makeFolder(TextView name, NewFolder access = NewFolder::PRIVATE) const;
     /// Gives this folder the permissions of another one, where the system has them.
     bool takePermissions(const OpenFolder& from, OwnerAccess access) const;
+    /// Gives it the owner and extended attributes of another one, as far as this user may, where the system has them.
+    void takeOwner(const OpenFolder& from) const;
     /// Gives this folder the last write of another one.
     bool takeTimes(const OpenFolder& from) const;
     /// Lets the owner remove what is in it.
@@ -146,12 +152,13 @@ class OpenFolder
     bool rename(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
     /// Gives a file in here one more name, where the file system has that.
     bool addName(TextView name, TextView newName) const;
-    /// Renames a file or link onto another one in here, in one step. A read-only one gives way only when it may.
-    bool replace(TextView name, TextView replaced, ReadOnlyFiles readOnly) const;
+    /// Renames a file or link onto another one, in one step. A read-only one gives way only when it may.
+    bool replace(TextView name, const OpenFolder& target, TextView replaced, ReadOnlyFiles readOnly) const;
     /// What was listed as a PLAIN_FILE must still be one.
     bool copyFile(TextView name, EntryKind kind, const OpenFolder& target, TextView targetName, bool failIfExists,
                   const CopyProgress& progress, Kept kept = {}) const;
-    bool copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists) const;
+    bool copyLink(TextView name, const OpenFolder& target, TextView targetName, bool failIfExists,
+                  Kept kept = {}) const;
 
    private:
     std::shared_ptr<native::Folder> m_folder;

@@ -140,6 +140,10 @@ constexpr std::array OPERATIONS{
               { return moveTree(*t.directory("source"), *t.directory("target"), KEEP_GOING).isDone(); }},
     Operation{"join folders or stop", [](const TempFolder& t)
               { return moveTree(*t.directory("source"), *t.directory("target"), ALL_OR_NOTHING).isDone(); }},
+    Operation{"empty a folder into another",
+              [](const TempFolder& t)
+              { return moveTree(*t.directory("source/b/d"), *t.directory("target"), ALL_OR_NOTHING).isDone(); },
+              true},
     Operation{"rename a folder",
               [](const TempFolder& t)
               { return moveTree(*t.directory("source"), *t.directory("new/place"), ALL_OR_NOTHING).isDone(); },

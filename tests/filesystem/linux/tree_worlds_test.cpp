@@ -129,6 +129,13 @@ TEST_F(TreeWorlds, NothingGoesThroughLinksAtTheTarget)
 TEST_F(TreeWorlds, LinksAreAsNewAsTheyAre)
 {
     makeLinks();
+    fs::rename(temp.path("source/pipe"), temp.path("target/file"));
+    fs::create_symlink("round", temp.path("round"));
+    EXPECT_EQ(copyTree(*temp.directory("source"), *temp.directory("round/new")).failures.at(0).code.value(), LINK_LOOP);
+    EXPECT_EQ(
+        failuresOf(copyTree(*temp.directory("source"), *temp.directory("target"), {.overwrite = Overwrite::Always})),
+        (Failures{{"source/file", UNSUPPORTED}}));
+    EXPECT_TRUE(fs::is_fifo(temp.path("target/file")));
     // A link of its own time on one side, a file on the other one.
     const FileTime old = std::chrono::sys_days(std::chrono::year(2001) / 1 / 1);
     const auto prepare = [&](const char* link, const char* file, bool isLinkNewer)
@@ -149,7 +156,9 @@ TEST_F(TreeWorlds, LinksAreAsNewAsTheyAre)
         {
             prepare(isLinkCopied ? "source/entry" : "target/entry", isLinkCopied ? "target/entry" : "source/entry",
                     isLinkNewer);
-            copyTree(*temp.directory("source"), *temp.directory("target"), {.overwrite = Overwrite::IfNewer});
+            // The pipe is passed over.
+            EXPECT_FALSE(
+                copyTree(*temp.directory("source"), *temp.directory("target"), {.overwrite = Overwrite::IfNewer}));
             EXPECT_EQ(fs::is_symlink(temp.path("target/entry")), isLinkNewer) << isLinkCopied;
         }
     EXPECT_EQ(temp.read("outside/x"), "outside/x");
@@ -195,6 +204,7 @@ TEST_F(TreeWorlds, TheTotalsAreReached)
         TreeProgress last;
         EXPECT_TRUE(act({.countFirst = true, .progress = [&](const TreeProgress& each) { last = each; }}));
         EXPECT_EQ(last.files, last.totalFiles);
+        EXPECT_EQ(last.bytes, last.totalBytes);
         EXPECT_GE(last.totalFiles, 1U);
         // Who asks to stop before it begins, gets nothing done.
         makeEmpty(temp);
@@ -227,6 +237,91 @@ TEST_F(TreeWorlds, NamesOfAnyBytesInFoldersOfAnyDepthNeedFewHandles)
     EXPECT_EQ(counted, 400U);
     EXPECT_EQ(removed.files, 200U);
     EXPECT_EQ(worldIn(temp), source);
+}
+
+TEST_F(TreeWorlds, WhatGoesMeanwhileIsNotMissed)
+{
+    const auto gone = [&](const char* name) { return [&, name] { fs::remove_all(temp.path(name)); }; };
+    const auto makeNew = [&] { fs::create_directory(temp.path("new")); };
+    const struct
+    {
+        std::function<bool()> act;
+        std::function<void()> disturb;
+    } cases[] = {
+        {[&] { return removeTree(*temp.directory("source")).isDone(); }, gone("source")},
+        {[&]
+         {
+             TreeWalk walk(*temp.directory("source"));
+             for (const WalkEntry& entry : walk) static_cast<void>(entry);
+             return walk.isWhole();
+         },
+         gone("source/dir")},
+        {[&] {
+             return copyTree(*temp.directory("source"), *temp.directory("target"), {.overwrite = Overwrite::Always})
+                 .isDone();
+         },
+         gone("target/file")},
+        // Another one's folder is filled up.
+        {[&] { return copyTree(*temp.directory("source"), *temp.directory("new")).isDone(); }, makeNew},
+        {[&] { return moveTree(*temp.directory("source"), *temp.directory("new")).isDone(); }, makeNew},
+    };
+    for (const auto& [act, disturb] : cases)
+        for (int number = 1, calls = 1; number <= calls; ++number)
+        {
+            makeEmpty(temp);
+            for (const char* const file : {"source/file", "source/dir/sub/below", "target/file"})
+                temp.write(file, file);
+            const SystemCalls hook(
+                [&](int call)
+                {
+                    if (call == number) disturb();
+                    return 0;
+                });
+            EXPECT_TRUE(act()) << &act - &cases[0].act << " at call " << number;
+            calls = hook.count();
+        }
+}
+
+TEST_F(TreeWorlds, AFileThatReplacesAnotherAlwaysHasAName)
+{
+    for (const OnFailure onFailure : {OnFailure::GoOn, OnFailure::RollBack})
+    {
+        temp.write("source", "new");
+        temp.write("target", "old");
+        bool isNameless = false;
+        const SystemCalls watch(
+            [&](int)
+            {
+                isNameless = isNameless || (!temp.has("source") && temp.read("target") != "new");
+                return 0;
+            });
+        EXPECT_TRUE(moveFile(*temp.file("source"), *temp.file("target"),
+                             {.overwrite = Overwrite::Always, .onFailure = onFailure}));
+        EXPECT_FALSE(isNameless);
+    }
+}
+
+TEST_F(TreeWorlds, FilesWithoutAnEndAreStopped)
+{
+    constexpr std::uint64_t MIB = 1 << 20;
+    const std::string more(MIB, 'x');
+    temp.write("source/file", more);
+    const fs::path file = temp.path("source/file");
+    std::stop_source stop;
+    const SystemCalls grow(
+        [&](int)
+        {
+            if (fs::file_size(file) < 64 * MIB) std::ofstream(file, std::ios::app) << more;
+            return 0;
+        });
+    const TreeReport report = copyTree(*temp.directory("source"), *temp.directory("target"),
+                                       {.stop = stop.get_token(),
+                                        .progress = [&](const TreeProgress& done)
+                                        {
+                                            if (done.bytes > 8 * MIB) stop.request_stop();
+                                        }});
+    EXPECT_TRUE(report.isStopped);
+    EXPECT_FALSE(temp.has("target/file"));
 }
 
 /// Two folders on different disks.
@@ -288,6 +383,11 @@ TEST_F(TwoDisks, AreBridgedByCopies)
     makeSource();
     struct stat before = {};
     struct stat after = {};
+    const char* const owned[] = {"b", "b/c", "b/link"};
+    const bool isRoot = geteuid() == 0;
+    for (const std::string name : owned)
+        EXPECT_TRUE(!isRoot || lchown(temp.path("source/" + name).c_str(), 1234, 1234) == 0);
+    EXPECT_EQ(chmod(temp.path("source/b/c").c_str(), 04755), 0);
     stat(temp.path("source/b/d").c_str(), &before);
     const TreeReport report = move();
     EXPECT_TRUE(report);
@@ -300,6 +400,9 @@ TEST_F(TwoDisks, AreBridgedByCopies)
     EXPECT_EQ(before.st_mode, after.st_mode);
     EXPECT_EQ(before.st_mtim.tv_nsec, after.st_mtim.tv_nsec);
     EXPECT_EQ(fs::status(m_far / "target/b").permissions(), fs::perms::owner_all);
+    EXPECT_EQ(fs::status(m_far / "target/b/c").permissions(), fs::perms(04755));
+    for (const std::string name : owned)
+        EXPECT_TRUE(lstat((m_far / "target" / name).c_str(), &after) == 0 && (!isRoot || after.st_uid == 1234)) << name;
 
     temp.write("one", "1");
     EXPECT_TRUE(moveFile(*temp.file("one"), *File::fromPath(m_far / "two")));
@@ -341,6 +444,11 @@ TEST_F(TwoDisks, KeepOneSideWholeWhateverFails)
             if (report)
             {
                 EXPECT_TRUE(there == whole && hasLink && !temp.has("source"));
+            }
+            else
+            {
+                EXPECT_TRUE(std::ranges::any_of(
+                    report.failures, [](const Failure& failure) { return failure.code == std::errc::io_error; }));
             }
             if (report.isRolledBack)
             {

@@ -33,10 +33,9 @@ TEST(ErrorCode, TheWayBackGivesTheNearestErrno)
     {
         std::uint32_t code;
         int number;
-    } cases[] = {{0, 0},         {2, ENOENT},  {3, ENOENT},       {267, ENOTDIR},    {5, EACCES},
-                 {32, EBUSY},    {80, EEXIST}, {183, EEXIST},     {39, ENOSPC},      {123, EINVAL},
-                 {87, EINVAL},   {53, ENONET}, {1223, ECANCELED}, {1235, ECANCELED}, {0x20000001, 0},
-                 {0xFFFFFFFF, 0}};
+    } cases[] = {{0, 0},       {2, ENOENT},       {3, ENOENT},       {267, ENOTDIR},  {5, EACCES},    {32, EBUSY},
+                 {80, EEXIST}, {183, EEXIST},     {39, ENOSPC},      {123, EINVAL},   {161, EINVAL},  {87, EINVAL},
+                 {53, ENONET}, {1223, ECANCELED}, {1235, ECANCELED}, {0x20000001, 0}, {0xFFFFFFFF, 0}};
     for (const auto& [code, number] : cases) EXPECT_EQ(errnoOfErrorCode(code), number) << code;
 }
 

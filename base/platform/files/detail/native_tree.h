@@ -23,9 +23,11 @@ bool isLink(const Folder& folder, TextView name);
 std::optional<EntryKind> readKind(const Folder& folder, TextView name);
 std::optional<FileIdentity> readOwnIdentity(const Folder& folder, TextView name);
 std::optional<FileTicks> readOwnLastWrite(const Folder& folder, TextView name);
-bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName);
+bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName,
+                   const CopyProgress& progress);
 bool makeFolder(const Folder& folder, TextView name, NewFolder access);
 bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess access);
+void takeOwner(const Folder& folder, const Folder& from);
 bool takeTimes(const Folder& folder, const Folder& from);
 bool unlock(Folder& folder);
 bool canRename(const Folder& folder, const Folder& target);
@@ -33,9 +35,10 @@ bool deleteFile(const Folder& folder, TextView name, ReadOnlyFiles readOnly);
 bool removeFolder(const Folder& folder, TextView name);
 bool renameEntry(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
 bool addName(const Folder& folder, TextView name, TextView newName);
-bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFiles readOnly);
+bool replace(const Folder& folder, TextView name, const Folder& target, TextView replaced, ReadOnlyFiles readOnly);
 bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
               bool failIfExists, const CopyProgress& progress, Kept kept);
-bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists);
+bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists,
+              Kept kept);
 
 }  // namespace Oxa_1_1::platform::native

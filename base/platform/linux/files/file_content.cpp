@@ -56,9 +56,10 @@ class MappedPiece
 
 void CopyReporter::advance(std::uint64_t done)
 {
-    if (!m_progress || done - m_reported < PROGRESS_STEP || done >= m_total) return;
+    if (!m_progress || done - m_reported < PROGRESS_STEP || done == m_total) return;
     m_reported = done;
-    m_progress(done, m_total);
+    // A file that grows meanwhile, or has more in it than its size tells, has no known end.
+    m_progress(done, std::max(m_total, done + 1));
 }
 
 void CopyReporter::finish() const

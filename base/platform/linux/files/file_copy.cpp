@@ -134,17 +134,20 @@ class Target
 };
 
 /// Who may write a file need not own it; then it keeps what it has.
-void copyModeAndTimes(const struct stat& source, int to, Kept kept)
+void copyModeAndTimes(int from, const struct stat& source, int to, Kept kept)
 {
+    // Only with its owner has it the rights of that one.
+    const mode_t bits = kept.owner && takeOwner(source, to) ? 07777 : 0777;
+    const mode_t mode = source.st_mode & bits;
     const struct timespec times[]
     {
         {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, source.st_mtim
     };
     // A new file may have all of it already, and to look is less than to set.
     struct stat target;
-    const bool isSet =
-        !kept.permissions || (fstat(to, &target) == 0 && (target.st_mode & 0777) == (source.st_mode & 0777));
-    if (!isSet) (void)!fchmod(to, source.st_mode & 0777);
+    const bool isSet = !kept.permissions || (fstat(to, &target) == 0 && (target.st_mode & bits) == mode);
+    if (!isSet) (void)!fchmod(to, mode);
+    if (kept.owner) takeExtendedAttributes(from, to);
     if (kept.times) futimens(to, times);
 }
 
@@ -153,7 +156,7 @@ bool copyInto(int target, int source, const struct stat& status, CopyReporter& r
 {
     FileContent content(source, target, status, reporter);
     if (!content.copy()) return false;
-    copyModeAndTimes(status, target, kept);
+    copyModeAndTimes(source, status, target, kept);
     reporter.setDone(content.done());
     return true;
 }
@@ -217,7 +220,7 @@ bool copyFile(const ReachablePath& sourcePath, const ReachablePath& targetPath, 
     return true;
 }
 
-bool copyLink(const ReachablePath& source, const ReachablePath& target, bool failIfExists)
+bool copyLink(const ReachablePath& source, const ReachablePath& target, bool failIfExists, Kept kept)
 {
     struct stat status;
     if (!source.readOwnStatus(status)) return false;
@@ -239,6 +242,8 @@ bool copyLink(const ReachablePath& source, const ReachablePath& target, bool fai
     {
         {.tv_sec = 0, .tv_nsec = UTIME_OMIT}, status.st_mtim
     };
+    if (kept.owner)
+        (void)!fchownat(target.folder(), target.itself(), status.st_uid, status.st_gid, AT_SYMLINK_NOFOLLOW);
     utimensat(target.folder(), target.itself(), times, AT_SYMLINK_NOFOLLOW);
     return true;
 }

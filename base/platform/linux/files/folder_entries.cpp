@@ -77,12 +77,19 @@ bool FolderEntries::rewind()
     return lseek(m_folder.get(), 0, SEEK_SET) == 0 || failWith(errno);
 }
 
+/// Whoever removes a folder empties it first.
+bool FolderEntries::isRemoved() const
+{
+    struct stat status;
+    return fstat(m_folder.get(), &status) == 0 && status.st_nlink == 0;
+}
+
 bool FolderEntries::fill()
 {
     if (m_buffer == nullptr) m_buffer = std::make_unique_for_overwrite<std::byte[]>(BUFFER_SIZE);
     const ssize_t size = uninterrupted([&] { return getdents64(m_folder.get(), m_buffer.get(), BUFFER_SIZE); });
-    if (size < 0) return failWith(errno);
-    if (size == 0)
+    if (size < 0 && !(errno == ENOENT && isRemoved())) return failWith(errno);
+    if (size <= 0)
     {
         m_buffer.reset();
         m_position = m_end = 0;

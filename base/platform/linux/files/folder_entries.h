@@ -31,6 +31,7 @@ class FolderEntries
 
    private:
     bool fill();
+    bool isRemoved() const;
 
     FileDescriptor m_folder;
     std::unique_ptr<std::byte[]> m_buffer;

@@ -24,11 +24,15 @@ namespace
 
 constexpr const char* ACCESS_LIST = "system.posix_acl_access";
 
-/// The finer permissions, where the file system has them.
+/// The finer permissions, where the file system has them. What the folder has given the new file goes with them.
 void copyAccessList(int from, int to)
 {
     const ssize_t size = fgetxattr(from, ACCESS_LIST, nullptr, 0);
-    if (size <= 0) return;
+    if (size <= 0)
+    {
+        fremovexattr(to, ACCESS_LIST);
+        return;
+    }
     std::vector<char> list(static_cast<std::size_t>(size));
     const ssize_t length = fgetxattr(from, ACCESS_LIST, list.data(), list.size());
     if (length > 0) fsetxattr(to, ACCESS_LIST, list.data(), static_cast<std::size_t>(length), 0);
@@ -52,7 +56,7 @@ bool takeOverPermissions(const ReachablePath& replacement, const ReachablePath& 
     }
     if (!hasMode && fchmod(file.get(), mode) != 0) return replacement.fail();
     const FileDescriptor old(target.open(O_RDONLY));
-    if (old.isOpen()) copyAccessList(old.get(), file.get());
+    copyAccessList(old.get(), file.get());
     return true;
 }
 

@@ -15,7 +15,7 @@ bool renameFile(const ReachablePath& from, const ReachablePath& to, bool failIfE
 bool replaceByRenaming(const ReachablePath& from, const ReachablePath& to, ReadOnlyFiles readOnly);
 bool copyFile(const ReachablePath& from, const ReachablePath& to, bool failIfExists, const CopyProgress& progress,
               Kept kept = {});
-bool isSameContent(const ReachablePath& a, const ReachablePath& b);
-bool copyLink(const ReachablePath& from, const ReachablePath& to, bool failIfExists);
+bool isSameContent(const ReachablePath& a, const ReachablePath& b, const CopyProgress& progress);
+bool copyLink(const ReachablePath& from, const ReachablePath& to, bool failIfExists, Kept kept = {});
 
 }  // namespace Oxa_1_1::platform::native

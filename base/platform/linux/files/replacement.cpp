@@ -53,6 +53,8 @@ bool withFreeName(const Attempt& attempt)
     return false;
 }
 
+}  // namespace
+
 bool takeOwner(const struct stat& from, int to)
 {
     struct stat status;
@@ -61,7 +63,6 @@ bool takeOwner(const struct stat& from, int to)
     return fchown(to, from.st_uid, from.st_gid) == 0;
 }
 
-/// But those that belong to the system, which gives every file its own.
 bool takeExtendedAttributes(int from, int to)
 {
     const ssize_t length = flistxattr(from, nullptr, 0);
@@ -79,8 +80,6 @@ bool takeExtendedAttributes(int from, int to)
     }
     return true;
 }
-
-}  // namespace
 
 std::optional<FilePlace> placeBehind(int folder, std::string path)
 {

@@ -24,6 +24,12 @@ std::optional<FilePlace> placeBehind(int folder, std::string path);
 /// Puts a new link to `text` in the place of a file or link, which stays until it can be done. False leaves `errno`.
 bool replaceByLink(int folder, const char* name, const char* text);
 
+/// Gives an open file or folder the owner that another one has, by its status. False when this user may not.
+bool takeOwner(const struct stat& from, int to);
+/// The extended attributes of an open file or folder, with the finer permissions, but those that belong to the system,
+/// which gives every file its own. False when one could not be taken over.
+bool takeExtendedAttributes(int from, int to);
+
 /// A new file that is written aside, and takes the place of another when it is whole. Until then it has no name where
 /// the file system has files without; what is not put in place is gone at the end.
 class Replacement

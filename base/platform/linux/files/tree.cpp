@@ -15,6 +15,7 @@
 #include "base/platform/linux/files/folder_entries.h"
 #include "base/platform/linux/files/native_path.h"
 #include "base/platform/linux/files/places.h"
+#include "base/platform/linux/files/replacement.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::platform::native
@@ -222,9 +223,10 @@ std::optional<FileTicks> readOwnLastWrite(const Folder& folder, TextView name)
     return ticksOfUnixTime(status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
 }
 
-bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName)
+bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName,
+                   const CopyProgress& progress)
 {
-    return isSameContent(folder.entry(name), other.entry(otherName));
+    return isSameContent(folder.entry(name), other.entry(otherName), progress);
 }
 
 bool makeFolder(const Folder& folder, TextView name, NewFolder access)
@@ -243,6 +245,14 @@ bool takePermissions(const Folder& folder, const Folder& from, OwnerAccess acces
     const mode_t kept = own->st_mode & (S_ISUID | S_ISGID);
     const mode_t owner = access == OwnerAccess::FULL ? S_IRWXU : 0;
     return folder.setMode((source->st_mode & 01777) | owner | kept);
+}
+
+void takeOwner(const Folder& folder, const Folder& from)
+{
+    const struct stat* const source = from.status();
+    if (source == nullptr) return;
+    platform::takeOwner(*source, folder.number());
+    takeExtendedAttributes(from.number(), folder.number());
 }
 
 bool takeTimes(const Folder& folder, const Folder& from)
@@ -292,11 +302,9 @@ bool addName(const Folder& folder, TextView name, TextView newName)
     return linkat(entry.folder(), entry.path(), added.folder(), added.path(), 0) == 0 || entry.fail();
 }
 
-bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFiles readOnly)
+bool replace(const Folder& folder, TextView name, const Folder& target, TextView replaced, ReadOnlyFiles readOnly)
 {
-    const ReachablePath entry = folder.entry(name);
-    const ReachablePath target = folder.entry(replaced);
-    return replaceByRenaming(entry, target, readOnly);
+    return replaceByRenaming(folder.entry(name), target.entry(replaced), readOnly);
 }
 
 bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder& target, TextView targetName,
@@ -307,9 +315,10 @@ bool copyFile(const Folder& folder, TextView name, EntryKind kind, const Folder&
     return copyFile(source, target.entry(targetName), failIfExists, progress, kept);
 }
 
-bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists)
+bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists,
+              Kept kept)
 {
-    return copyLink(folder.entry(name), target.entry(targetName), failIfExists);
+    return copyLink(folder.entry(name), target.entry(targetName), failIfExists, kept);
 }
 
 }  // namespace Oxa_1_1::platform::native

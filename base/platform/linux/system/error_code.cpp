@@ -45,6 +45,7 @@ constexpr Pair PAIRS[]{
     {ENOENT, 18},
     {EINVAL, 87},
     {EINVAL, 123},
+    {EINVAL, 161},
     {EINVAL, 4390},
     {ESTALE, 1006},
     {EUCLEAN, 1392},

@@ -248,8 +248,24 @@ bool setWritten(const FileHandle& file, LARGE_INTEGER time)
     return SetFileInformationByHandle(file.get(), FileBasicInfo, &info, sizeof info) != 0;
 }
 
-bool isSameBytes(const FileHandle& a, const FileHandle& b)
+bool differ()
 {
+    SetLastError(ERROR_FILE_INVALID);
+    return false;
+}
+
+bool isSameLink(TextView a, TextView b)
+{
+    const Text textOfA = native::readLink(a);
+    const Text textOfB = textOfA.empty() ? Text() : native::readLink(b);
+    return !textOfB.empty() && (textOfA == textOfB || differ());
+}
+
+bool isSameBytes(const FileHandle& a, const FileHandle& b, const CopyProgress& progress)
+{
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(a.get(), &size)) return false;
+    std::uint64_t done = 0;
     std::vector<std::byte> pieceOfA(BUFFER_SIZE);
     std::vector<std::byte> pieceOfB(BUFFER_SIZE);
     for (;;)
@@ -259,8 +275,10 @@ bool isSameBytes(const FileHandle& a, const FileHandle& b)
         if (!ReadFile(a.get(), pieceOfA.data(), BUFFER_SIZE, &sizeOfA, nullptr) ||
             !ReadFile(b.get(), pieceOfB.data(), BUFFER_SIZE, &sizeOfB, nullptr))
             return false;
-        if (sizeOfA != sizeOfB || std::memcmp(pieceOfA.data(), pieceOfB.data(), sizeOfA) != 0) return false;
+        if (sizeOfA != sizeOfB || std::memcmp(pieceOfA.data(), pieceOfB.data(), sizeOfA) != 0) return differ();
         if (sizeOfA == 0) return true;
+        done += sizeOfA;
+        if (progress) progress(done, static_cast<std::uint64_t>(size.QuadPart));
     }
 }
 
@@ -401,16 +419,18 @@ std::optional<FileTicks> readOwnLastWrite(const Folder& folder, TextView name)
     return join(info->ftLastWriteTime.dwHighDateTime, info->ftLastWriteTime.dwLowDateTime);
 }
 
-bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName)
+bool isSameContent(const Folder& folder, TextView name, const Folder& other, TextView otherName,
+                   const CopyProgress& progress)
 {
     const FileHandle a = openItself(folder, name, FILE_GENERIC_READ);
     const FileHandle b = openItself(other, otherName, FILE_GENERIC_READ);
     FILE_ATTRIBUTE_TAG_INFO tagOfA{};
     FILE_ATTRIBUTE_TAG_INFO tagOfB{};
     if (!a.isOpen() || !b.isOpen() || !hasAttributes(a.get(), tagOfA) || !hasAttributes(b.get(), tagOfB)) return false;
-    if (isLinkTag(tagOfA) != isLinkTag(tagOfB)) return false;
-    if (isLinkTag(tagOfA)) return native::readLink(folder.pathOf(name)) == native::readLink(other.pathOf(otherName));
-    return ((tagOfA.FileAttributes | tagOfB.FileAttributes) & FOLDER) == 0 && isSameBytes(a, b);
+    if (isLinkTag(tagOfA) != isLinkTag(tagOfB)) return differ();
+    if (isLinkTag(tagOfA)) return isSameLink(folder.pathOf(name), other.pathOf(otherName));
+    const bool areFiles = ((tagOfA.FileAttributes | tagOfB.FileAttributes) & FOLDER) == 0;
+    return areFiles ? isSameBytes(a, b, progress) : differ();
 }
 
 bool makeFolder(const Folder& folder, TextView name, NewFolder /*access*/)
@@ -421,6 +441,9 @@ bool makeFolder(const Folder& folder, TextView name, NewFolder /*access*/)
 
 /// A new folder has those of the one that it lies in.
 bool takePermissions(const Folder& /*folder*/, const Folder& /*from*/, OwnerAccess /*access*/) { return true; }
+
+/// New items are their maker's.
+void takeOwner(const Folder& /*folder*/, const Folder& /*from*/) {}
 
 bool takeTimes(const Folder& folder, const Folder& from)
 {
@@ -494,13 +517,13 @@ bool addName(const Folder& folder, TextView name, TextView newName)
     return CreateHardLinkW(folder.pathOf(newName).c_str(), folder.pathOf(name).c_str(), nullptr) != 0;
 }
 
-bool replace(const Folder& folder, TextView name, TextView replaced, ReadOnlyFiles readOnly)
+bool replace(const Folder& folder, TextView name, const Folder& target, TextView replaced, ReadOnlyFiles readOnly)
 {
     if (readOnly == ReadOnlyFiles::GO)
-        if (const FileHandle target = openItself(folder, replaced, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES);
-            target.isOpen())
-            makeWritable(target);
-    return renameEntry(folder, name, folder, replaced, false);
+        if (const FileHandle there = openItself(target, replaced, FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES);
+            there.isOpen())
+            makeWritable(there);
+    return renameEntry(folder, name, target, replaced, false);
 }
 
 /// The system copies by paths; those of folders that stay open do not change.
@@ -520,7 +543,8 @@ bool copyFile(const Folder& folder, TextView name, EntryKind /*kind*/, const Fol
     return true;
 }
 
-bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists)
+bool copyLink(const Folder& folder, TextView name, const Folder& target, TextView targetName, bool failIfExists,
+              Kept /*kept*/)
 {
     FILE_ATTRIBUTE_TAG_INFO info{};
     {

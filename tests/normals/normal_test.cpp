@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/object/scan_normal.h"
+#include "base/object/vector/normal_kernels.h"
 
 namespace Oxa_1_1
 {
@@ -178,34 +179,50 @@ TEST(Normal, EveryCodeIsAUnitVector)
     }
 }
 
-TEST(Normal, ManyAreLikeOne)
+TEST(Normal, ManyAreLikeOneOnEveryProcessor)
 {
     auto directions = randomDirections(1000);
     directions[3] = {NOT_A_NUMBER, -INF, 0};
     directions[700] = {};
-    for (const std::size_t count : {0u, 1u, 2u, 7u, 8u, 9u, 31u, 1000u})
+    std::vector<Vec3d<float>> floats;
+    floats.reserve(directions.size());
+    for (const auto& [x, y, z] : directions)
+        floats.push_back({static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
+    for (const detail::NormalKernels* const kernels : detail::availableNormalKernels())
     {
-        std::vector<std::uint16_t> codes(count + 1, 0xABCD);
-        const std::span given = std::span(directions).first(count);
-        EXPECT_EQ(encodeNormals(given, codes), count);
-        EXPECT_EQ(codes.back(), 0xABCD);
-        std::vector<Vec3d<float>> floats;
-        for (const auto& [x, y, z] : given)
-            floats.push_back({static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
-        std::vector<std::uint16_t> floatCodes(count);
-        EXPECT_EQ(encodeNormals(floats, floatCodes), count);
-        std::vector<Vec3d<double>> normals(count);
-        EXPECT_EQ(decodeNormals(codes, normals), count);
-        for (std::size_t i = 0; i < count; ++i)
+        for (const std::size_t count : {0u, 1u, 2u, 7u, 8u, 9u, 31u, 1000u})
         {
-            ASSERT_EQ(codes[i], encodeNormal(directions[i])) << i;
-            ASSERT_EQ(floatCodes[i], encodeNormal(floats[i])) << i;
-            ASSERT_EQ(normals[i], decodeNormal(codes[i])) << i;
+            std::vector<std::uint16_t> codes(count + 1, 0xABCD);
+            kernels->encodeDoubles(directions.data(), count, codes.data());
+            EXPECT_EQ(codes.back(), 0xABCD);
+            std::vector<std::uint16_t> floatCodes(count + 1, 0xABCD);
+            kernels->encodeFloats(floats.data(), count, floatCodes.data());
+            EXPECT_EQ(floatCodes.back(), 0xABCD);
+            std::vector<Vec3d<double>> normals(count + 1, {7, 7, 7});
+            kernels->decode(codes.data(), count, NORMAL_SCALES.data(), normals.data());
+            EXPECT_EQ(normals.back(), (Vec3d<double>{7, 7, 7}));
+            for (std::size_t i = 0; i < count; ++i)
+            {
+                ASSERT_EQ(codes[i], encodeNormal(directions[i])) << i;
+                ASSERT_EQ(floatCodes[i], encodeNormal(floats[i])) << i;
+                ASSERT_EQ(normals[i], decodeNormal(codes[i])) << i;
+            }
         }
     }
-    std::uint16_t few[2] = {};
-    EXPECT_EQ(encodeNormals(directions, few), 2u);
-    EXPECT_EQ(few[1], encodeNormal(directions[1]));
+}
+
+TEST(Normal, AsManyAsBothSpansHave)
+{
+    const auto directions = randomDirections(3);
+    std::uint16_t codes[2] = {};
+    EXPECT_EQ(encodeNormals(directions, codes), 2u);
+    EXPECT_EQ(codes[1], encodeNormal(directions[1]));
+    const Vec3d<float> floats[] = {{1, 0, 0}};
+    EXPECT_EQ(encodeNormals(floats, codes), 1u);
+    EXPECT_EQ(codes[0], 255);
+    Vec3d<double> normals[3] = {};
+    EXPECT_EQ(decodeNormals(codes, normals), 2u);
+    EXPECT_EQ(normals[1], decodeNormal(codes[1]));
 }
 
 }  // namespace
