@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/platform/files/files.h"
+#include "base/platform/system/last_error.h"
 #include "base/platform/system/wide_values.h"
 
 namespace Oxa_1_1::detail
@@ -34,6 +35,8 @@ bool saysMissing(DWORD error) noexcept
     constexpr std::array<DWORD, 5> CODES{2, 3, 53, 123, 267};
     return std::ranges::find(CODES, error) != CODES.end();
 }
+
+bool saysLost(DWORD error) noexcept { return saysMissing(error) || error == platform::TOO_MANY_LINKS; }
 
 bool readCreationTime(const String& path, FILETIME* time)
 {

@@ -11,6 +11,8 @@ namespace Oxa_1_1::detail
 
 /// Whether this code of a failed question says that there is no such file or folder. All others leave that open.
 bool saysMissing(DWORD error) noexcept;
+/// Whether it says of a link that it leads nowhere.
+bool saysLost(DWORD error) noexcept;
 
 /// False for null.
 bool readCreationTime(const String& path, FILETIME* time);

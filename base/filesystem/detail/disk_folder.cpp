@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/items.h"
 #include "base/filesystem/windows/oxa_windows_file_system_directory.h"
+#include "base/platform/files/files.h"
 #include "base/platform/system/last_error.h"
 
 namespace Oxa_1_1::detail
@@ -27,7 +29,7 @@ OpenFolder DiskFolder::openNearest() const
     for (;;)
     {
         OpenFolder folder = OpenFolder::at(readablePath(place), Links::FOLLOW);
-        if (folder.isOpen() || place.levels.empty()) return folder;
+        if (folder.isOpen() || place.levels.empty() || !saysMissing(platform::lastError())) return folder;
         place.levels.pop_back();
     }
 }
@@ -39,6 +41,13 @@ OpenFolder DiskFolder::openParent() const
     path->levels.pop_back();
     const auto parent = makeDirectory(std::move(path));
     return parent->create() ? DiskFolder(*parent).open(Links::FOLLOW) : OpenFolder();
+}
+
+std::optional<bool> isFolderThere(const Directory& folder)
+{
+    if (const auto attributes = platform::readAttributes(windowsImpl(folder)->getFullNameUnicode()))
+        return (*attributes & platform::FOLDER) != 0;
+    return saysMissing(platform::lastError()) ? std::optional(false) : std::nullopt;
 }
 
 OpenTarget openOrMake(const Directory& folder)

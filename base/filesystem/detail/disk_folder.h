@@ -23,7 +23,7 @@ class DiskFolder
     /// @}
 
     platform::OpenFolder open(platform::Links links) const;
-    /// What lies nearest above it, or it itself, of all that is there.
+    /// What lies nearest above it, or it itself, of all that is there; none when the system does not tell.
     platform::OpenFolder openNearest() const;
     /// What it lies in, made if that is missing; none, after a report, when it cannot be made.
     platform::OpenFolder openParent() const;
@@ -34,6 +34,9 @@ class DiskFolder
     SharedDirectory m_written;
     SharedDirectory m_absolute;
 };
+
+/// None, with the last error, when the system does not tell.
+std::optional<bool> isFolderThere(const Directory& folder);
 
 /// A folder to put something in.
 struct OpenTarget

@@ -25,9 +25,9 @@ using platform::FileIdentity;
 using platform::Links;
 using platform::OpenFolder;
 
-bool refuseCopy(const DiskFolder& from, const DiskFolder& to)
+bool refuseCopy(DWORD code, const DiskFolder& from, const DiskFolder& to)
 {
-    return platform::failStep(platform::INVALID_PARAMETER, "copyFolder", fullName(from.written(), SEPARATOR),
+    return platform::failStep(code, "copyFolder", fullName(from.written(), SEPARATOR),
                               fullName(to.written(), SEPARATOR));
 }
 
@@ -53,10 +53,11 @@ class SizeVisitor final : public TreeVisitor
     {
         const auto information = way.current().readInformation(name);
         // A link that leads nowhere is there, and holds nothing.
-        if (!information) return way.current().isLink(name);
+        if (!information) return saysLost(platform::lastError()) && way.current().isLink(name);
         m_bytes += information->size;
         // What became a folder has not been looked into.
-        return (information->attributes & platform::FOLDER) == 0;
+        return (information->attributes & platform::FOLDER) == 0 ||
+               platform::failStep(EXCHANGED, "readInformation", way.fullName(name));
     }
 
     Circles m_circles;
@@ -94,11 +95,16 @@ class SearchVisitor final : public TreeVisitor
     bool visit(FolderWay& way, const FolderContents& contents) override
     {
         const auto isWanted = [&](const auto& entry)
-        { return !entry.isLink() && contains(m_wanted, way.current().readIdentity(contents.nameOf(entry))); };
+        { return !entry.isLink() && mayBeWanted(way.current().readIdentity(contents.nameOf(entry))); };
         return std::ranges::none_of(contents.folders(), isWanted) && std::ranges::none_of(contents.files(), isWanted);
     }
 
    private:
+    bool mayBeWanted(const std::optional<FileIdentity>& found) const
+    {
+        return found ? contains(m_wanted, found) : !saysMissing(platform::lastError());
+    }
+
     const std::vector<FileIdentity>& m_wanted;
 };
 
@@ -118,15 +124,57 @@ void removeMade(const DiskFolder& place, OpenTarget target)
         reportFolderThatStays(fullName(*place.absolute(), SEPARATOR));
 }
 
-/// Whether a link in one folder can come to another place without anything being lost.
-bool canMoveLink(const OpenFolder& led, const OpenFolder& holder, const OpenFolder& target)
+/// Both are open, and are read from their beginnings.
+bool mayLieIn(const FolderWay& source, OpenFolder sourceTop, const FolderWay& folder, OpenFolder folderTop)
+{
+    const auto aboveSource = sourceTop.ancestry();
+    const auto identity = folderTop.identity();
+    if (aboveSource.empty() || !identity || contains(aboveSource, identity)) return true;
+    LinkVisitor links;
+    if (!sourceTop.rewind() || !walkTree(source, links)) return true;
+    if (links.found().empty()) return false;
+    const auto above = folderTop.ancestry();
+    if (above.empty() || std::ranges::find_first_of(above, links.found()) != above.end()) return true;
+    SearchVisitor search(links.found());
+    return !folderTop.rewind() || !walkTree(folder, search);
+}
+
+/// Removes a target that was there, unless another one stands in its place by now. Of a link, the link itself. False
+/// when something stays.
+bool removeFound(const DiskFolder& place, OpenTarget target)
+{
+    ParsedDirectory path = *place.absolute();
+    const Text name(path.levels.back().view());
+    path.levels.pop_back();
+    const OpenFolder parent = OpenFolder::at(readablePath(path), Links::FOLLOW);
+    const auto identity = target.folder.identity();
+    if (!parent.isOpen() || !identity) return false;
+    const auto inPlace = parent.readIdentity(name);
+    if (!inPlace) return saysMissing(platform::lastError());
+    if (inPlace != identity) return platform::failStep(EXCHANGED, "openFolder", fullName(*place.absolute(), SEPARATOR));
+    OpenFolder found;
+    if (!parent.isLink(name))
+    {
+        found = parent.open(name, Links::REFUSE);
+        if (!found.isOpen() || found.identity() != identity) return false;
+    }
+    target = {};
+    if (found.isOpen()) removeTreeContents(place.way(std::move(found)), true, platform::ReadOnlyFiles::STAY);
+    if (removeEmptied([&] { return parent.removeFolder(name); })) return true;
+    reportFolderThatStays(fullName(*place.absolute(), SEPARATOR));
+    return false;
+}
+
+/// Why a link in one folder cannot come to another place without anything being lost; 0 when it can.
+DWORD refusalOfLink(const OpenFolder& led, const OpenFolder& holder, const OpenFolder& target)
 {
     const auto aboveLink = holder.ancestry();
-    const auto aboveLed = led.ancestry();
-    if (aboveLink.empty() || aboveLed.empty()) return false;
-    if (!target.isOpen()) return true;
+    const auto aboveLed = !aboveLink.empty() ? led.ancestry() : std::vector<FileIdentity>();
+    if (aboveLed.empty()) return platform::lastError();
+    if (!target.isOpen()) return 0;
     const auto place = target.identity();
-    return place && !contains(aboveLink, place) && !contains(aboveLed, place);
+    if (!place) return platform::lastError();
+    return contains(aboveLink, place) || contains(aboveLed, place) ? platform::INVALID_PARAMETER : 0;
 }
 
 }  // namespace
@@ -159,9 +207,10 @@ bool copyContentsOnDisk(const Directory& source, const Directory& target, bool r
     OpenFolder toTop = fromTop.isOpen() ? to.open(Links::FOLLOW) : OpenFolder();
     if (!toTop.isOpen()) return false;
     const auto identity = fromTop.identity();
-    if (toTop.identity() == identity) return refuseCopy(from, to);
-    const auto places = toTop.ancestry();
-    if (places.empty() || (recursive && contains(places, identity))) return refuseCopy(from, to);
+    const auto places = identity ? toTop.ancestry() : std::vector<FileIdentity>();
+    if (places.empty()) return refuseCopy(platform::lastError(), from, to);
+    if (recursive ? contains(places, identity) : places.front() == identity)
+        return refuseCopy(platform::INVALID_PARAMETER, from, to);
     TreeCopy copy(from.way(std::move(fromTop)), *from.absolute(), to.way(std::move(toTop)), to.written());
     copy.setRecursive(recursive);
     copy.setOverwrite(overwrite);
@@ -175,15 +224,17 @@ bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, 
     const DiskFolder to(copy);
     OpenFolder fromTop = from.open(Links::FOLLOW);
     if (!fromTop.isOpen()) return false;
-    const auto places = ancestryOfNearest(to);
-    if (places.empty() || contains(places, fromTop.identity())) return refuseCopy(from, to);
+    const auto identity = fromTop.identity();
+    const auto places = identity ? ancestryOfNearest(to) : std::vector<FileIdentity>();
+    if (places.empty()) return refuseCopy(platform::lastError(), from, to);
+    if (contains(places, identity)) return refuseCopy(platform::INVALID_PARAMETER, from, to);
     if (!to.written().absolute) return copy.create();
     OpenTarget target = openOrMake(copy);
     if (!target.folder.isOpen()) return false;
 
     bool cameToItself = false;
     {
-        TreeCopy work(from.way(std::move(fromTop)), *from.absolute(), to.way(target.folder), to.written());
+        TreeCopy work(from.way(fromTop), *from.absolute(), to.way(target.folder), to.written());
         work.setOverwrite(overwrite);
         work.setProgress(std::move(progress));
         if (work.run(target.isMade)) return true;
@@ -191,17 +242,12 @@ bool copyOnDisk(const Directory& source, const Directory& copy, bool overwrite, 
     }
     // Why it failed counts, not what became of the rest.
     platform::KeptFailure reason;
-    const bool isMade = target.isMade;
-    if (isMade)
-    {
+    // What was there before is no half-made copy when the source is part of it, nor is the target itself.
+    const bool mayGo = !cameToItself && !isDots(copy.getName()) && !to.absolute()->levels.empty();
+    if (target.isMade)
         removeMade(to, std::move(target));
-    }
-    else
-    {
-        target = {};
-        // What was there before is no half-made copy when the source is part of it, nor is the target itself.
-        if (!cameToItself && !isDots(copy.getName()) && !mayLieIn(source, copy)) copy.remove(true);
-    }
+    else if (mayGo && !mayLieIn(from.way(fromTop), fromTop, to.way(target.folder), target.folder))
+        removeFound(to, std::move(target));
     return reason.restore();
 }
 
@@ -212,15 +258,7 @@ bool mayLieIn(const Directory& source, const Directory& folder)
     const OpenFolder sourceTop = from.open(Links::FOLLOW);
     const OpenFolder folderTop = to.open(Links::FOLLOW);
     if (!sourceTop.isOpen() || !folderTop.isOpen()) return true;
-    const auto aboveSource = sourceTop.ancestry();
-    if (aboveSource.empty() || contains(aboveSource, folderTop.identity())) return true;
-    LinkVisitor links;
-    if (!walkTree(from.way(sourceTop), links)) return true;
-    if (links.found().empty()) return false;
-    const auto above = folderTop.ancestry();
-    if (above.empty() || std::ranges::find_first_of(above, links.found()) != above.end()) return true;
-    SearchVisitor search(links.found());
-    return !walkTree(to.way(folderTop), search);
+    return mayLieIn(from.way(sourceTop), sourceTop, to.way(folderTop), folderTop);
 }
 
 bool moveContentsOnDisk(const Directory& source, const Directory& target, bool overwrite)
@@ -231,12 +269,13 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     if (!fromTop.isOpen()) return false;
     const OpenFolder nearest = to.openNearest();
     const auto places = nearest.isOpen() ? nearest.ancestry() : std::vector<FileIdentity>();
-    if (places.empty() || contains(places, fromTop.identity()))
-        return refuseMove(platform::INVALID_PARAMETER, from, to);
-    const bool wasThere = target.exists();
+    const auto above = !places.empty() ? fromTop.ancestry() : std::vector<FileIdentity>();
+    if (above.empty()) return refuseMove(platform::lastError(), from, to);
+    const std::optional<bool> isThere = isFolderThere(target);
+    if (!isThere) return refuseMove(platform::lastError(), from, to);
+    const bool wasThere = *isThere;
     const bool isEmptied = overwrite && wasThere;
-    const auto above = fromTop.ancestry();
-    if (above.empty() || (isEmptied && contains(above, places.front())))
+    if (contains(places, above.front()) || (isEmptied && contains(above, places.front())))
         return refuseMove(platform::INVALID_PARAMETER, from, to);
 
     TreeMove move(from.way(std::move(fromTop)), overwrite);
@@ -251,7 +290,9 @@ bool moveContentsOnDisk(const Directory& source, const Directory& target, bool o
     if (!isFolderItself) place = openOrMake(target);
     if (!place.folder.isOpen()) return false;
     // Somebody may have put another folder there, or a link to one, of which nothing is known.
-    if (wasThere && place.folder.identity() != places.front()) return refuseMove(EXCHANGED, from, to);
+    const auto found = place.folder.identity();
+    if (!found) return refuseMove(platform::lastError(), from, to);
+    if (wasThere && found != places.front()) return refuseMove(EXCHANGED, from, to);
     if (isFolderItself)
     {
         removeTreeContents(to.way(place.folder), true, platform::ReadOnlyFiles::STAY);
@@ -274,14 +315,16 @@ bool moveLinkOnDisk(const Directory& link, const Directory& target, bool overwri
     const OpenFolder led = from.open(Links::FOLLOW);
     const OpenFolder holder = from.openParent();
     if (!led.isOpen() || !holder.isOpen()) return false;
-    const bool isThere = target.exists();
-    if (!canMoveLink(led, holder, isThere ? to.open(Links::FOLLOW) : OpenFolder()))
-        return refuseMove(platform::INVALID_PARAMETER, from, to);
-    if (isThere && !overwrite) return refuseMove(platform::ALREADY_EXISTS, from, to);
+    const std::optional<bool> isThere = isFolderThere(target);
+    OpenFolder replaced = isThere.value_or(false) ? to.open(Links::FOLLOW) : OpenFolder();
+    if (!isThere || *isThere != replaced.isOpen()) return refuseMove(platform::lastError(), from, to);
+    const DWORD refusal = refusalOfLink(led, holder, replaced);
+    if (refusal != 0) return refuseMove(refusal, from, to);
+    if (*isThere && !overwrite) return refuseMove(platform::ALREADY_EXISTS, from, to);
     const OpenFolder place = to.openParent();
     if (!place.isOpen()) return false;
     if (!holder.canRenameTo(place)) return false;
-    if (isThere && !target.remove(true)) return false;
+    if (*isThere && !removeFound(to, {.folder = std::move(replaced), .parent = {}})) return false;
     const TextView name = from.absolute()->levels.back();
     return holder.isLink(name) && holder.rename(name, place, to.absolute()->levels.back(), true);
 }

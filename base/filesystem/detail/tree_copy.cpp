@@ -1,8 +1,10 @@
 #include "base/filesystem/detail/tree_copy.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
+#include "base/filesystem/detail/disk.h"
 #include "base/filesystem/detail/path_text.h"
 #include "base/platform/files/failed_step.h"
 #include "base/platform/system/last_error.h"
@@ -97,8 +99,11 @@ bool TreeCopy::copyFolder(const FolderContents& contents, const FolderContents::
     if (place == Place::FAILED && !m_overwrites) return false;
     const bool withContents = m_isRecursive && !(isLink && m_circles.closesAt(m_source, name));
     const bool isMade = place == Place::MADE;
+    std::optional<platform::KeptFailure> refusal;
+    if (place == Place::FAILED) refusal.emplace();
     // Where a file stands, there is no folder in spite of all.
-    if (!m_target.enter(name, isMade ? Links::REFUSE : Links::FOLLOW)) return !withContents;
+    if (!m_target.enter(name, isMade ? Links::REFUSE : Links::FOLLOW))
+        return !withContents || (refusal && refusal->restore());
     if (!m_source.enter(name, isLink ? Links::FOLLOW : Links::REFUSE)) return !withContents && m_target.leave();
     if (!notePlace(isMade)) return false;
     return !(withContents && goesIntoItself(isLink)) && begin(isMade, withContents);
@@ -120,8 +125,8 @@ bool TreeCopy::goesIntoItself(bool throughLink)
     const auto places = throughLink ? m_source.current().ancestry() : std::vector{*own};
     m_cameToItself = places.empty() || std::ranges::find_first_of(places, m_places) != places.end();
     if (m_cameToItself)
-        platform::failStep(platform::INVALID_PARAMETER, "copyFolder", fullName(m_source.path(), SEPARATOR),
-                           fullName(m_target.path(), SEPARATOR));
+        platform::failStep(places.empty() ? platform::lastError() : platform::INVALID_PARAMETER, "copyFolder",
+                           fullName(m_source.path(), SEPARATOR), fullName(m_target.path(), SEPARATOR));
     return m_cameToItself;
 }
 
@@ -134,7 +139,7 @@ bool TreeCopy::copyFile(const FolderContents& contents, const FolderContents::En
     if (source.copyFile(name, file.kind, target, name, !m_overwrites, m_report)) return true;
     platform::KeptFailure reason;
     const auto leadsNowhere = [name](const platform::OpenFolder& folder)
-    { return folder.isLink(name) && !folder.readInformation(name); };
+    { return folder.isLink(name) && !folder.readInformation(name) && saysLost(platform::lastError()); };
     const bool isLost = file.isLink() && leadsNowhere(source);
     // There is no content, so the link itself is copied; content of others does not give way to it.
     if (isLost && source.copyLink(name, target, name, !m_overwrites || !leadsNowhere(target)))

@@ -295,7 +295,8 @@ bool TreeMove::walk(Step& step)
         if (!isEntered) continue;
         if (!*isEntered || !m_source.enter(name, Links::REFUSE)) return false;
         // Somebody may have put another folder in its place.
-        if (m_source.current().identity() != m_folders[below].identity) return failWith(EXCHANGED, m_source);
+        const auto found = m_source.current().identity();
+        if (found != m_folders[below].identity) return found && failWith(EXCHANGED, m_source);
         levels.push_back({.folder = below});
         if (!step.begin(m_folders[below])) return false;
     }

@@ -62,10 +62,11 @@ bool FolderWay::leave()
 bool FolderWay::isSame(Level& level)
 {
     if (!level.folder.isOpen()) return false;
-    if (!level.identity || level.folder.identity() == level.identity) return true;
+    if (!level.identity) return true;
+    const auto found = level.folder.identity();
+    if (found == level.identity) return true;
     level.folder.close();
-    platform::failStep(EXCHANGED, "openFolder", level.name);
-    return false;
+    return found && platform::failStep(EXCHANGED, "openFolder", level.name);
 }
 
 /// From the folder below it, or else on the way from the nearest one that is open.

@@ -62,8 +62,9 @@ bool OxaWindowsFileSystemFile::getFileSize(ULARGE_INTEGER& size) const
 {
     const String path = getFullNameUnicode();
     const auto information = platform::readInformation(path);
-    if (!information && !platform::isLink(path)) return false;
     // A link that leads nowhere is there, and holds nothing.
+    const bool mayBeLost = !information && detail::saysLost(platform::lastError());
+    if (!information && !(mayBeLost && platform::isLink(path))) return false;
     platform::store(information ? information->size : 0, size);
     return true;
 }

@@ -38,8 +38,7 @@ int codeOfLastError()
 bool leadsNowhere(const String& link)
 {
     if (!platform::isLink(link) || platform::readAttributes(link)) return false;
-    const DWORD reason = platform::lastError();
-    return detail::saysMissing(reason) || reason == platform::TOO_MANY_LINKS;
+    return detail::saysLost(platform::lastError());
 }
 
 int copyOnDisk(const OxaWindowsFileSystemFile& source, const OxaWindowsFileSystemFile& target, bool overwrite,

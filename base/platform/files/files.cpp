@@ -123,7 +123,11 @@ bool removeFolder(TextView path)
 
 bool isEmptyFolder(TextView path)
 {
-    return asked("isEmptyFolder", path, [&] { return native::isEmptyFolder(path); });
+    setLastError(0);
+    const bool isEmpty = asked("isEmptyFolder", path, [&] { return native::isEmptyFolder(path); });
+    // That of a folder with something in it is no failure.
+    if (!isEmpty && lastError() != 0) noteFailedStep("isEmptyFolder", path);
+    return isEmpty;
 }
 
 std::unique_ptr<FolderReader> openFolder(TextView path)

@@ -12,6 +12,7 @@
 #include <span>
 #include <string_view>
 
+#include "base/filesystem/failure.h"
 #include "base/filesystem/safe_writer.h"
 #include "base/filesystem/tree_operations.h"
 #include "base/filesystem/tree_walk.h"
@@ -91,7 +92,10 @@ constexpr std::array OPERATIONS{
               [](const TempFolder& t)
               {
                   unsigned long long bytes = 0;
-                  return t.directory("source")->size(bytes) && bytes == 59;
+                  unsigned long long more = 0;
+                  if (!t.directory("source")->size(bytes) || !t.file("link")->size(more)) return false;
+                  EXPECT_EQ(bytes + more, 59 + 5);
+                  return true;
               },
               true},
     Operation{"copy a folder",
@@ -109,6 +113,10 @@ constexpr std::array OPERATIONS{
     Operation{"move over a folder",
               [](const TempFolder& t) { return t.directory("source")->move(*t.directory("target"), true); }, false,
               "outside", "target"},
+    Operation{"move into itself",
+              [](const TempFolder& t) { return t.directory("source")->move(*t.directory("source/b"), true); }, true},
+    Operation{"move a link over its place",
+              [](const TempFolder& t) { return t.directory("source/way")->move(*t.directory("outside"), true); }, true},
     Operation{"remove a folder",
               [](const TempFolder& t)
               {
@@ -234,6 +242,28 @@ TEST_P(FailingCalls, AreNotKeptSecret)
         }
 }
 
+// Not what followed from it.
+TEST(FailingCall, IsTheReasonThatIsTold)
+{
+    const TempFolder temp;
+    Messages messages;
+    const std::array<Act, 3> acts{
+        [](const TempFolder& t) { return t.file("single")->copy(*t.file("other"), true, {}) == 0; },
+        [](const TempFolder& t) { return t.directory("source/b")->copy(*t.directory("target"), true, {}) != nullptr; },
+        [](const TempFolder& t) { return t.directory("source/b")->move(*t.directory("target"), true); }};
+    for (const Act act : acts)
+        for (int number = 1;; ++number)
+        {
+            makeWorld(temp);
+            SystemCalls failing([&](int call) { return call == number ? EIO : 0; });
+            forgetFailure();
+            const bool isDone = act(temp);
+            if (failing.count() < number) break;
+            if (isDone) continue;
+            EXPECT_EQ(lastFailure()->code, std::errc::io_error) << number << ": " << failing.failed();
+        }
+}
+
 TEST_P(FailingCalls, FindNoWayOutsideThroughExchangedFolders)
 {
     const std::string name = GetParam().name;
@@ -284,6 +314,30 @@ TEST(ReplacingMove, DoesNotGoWhereAnExchangedTargetLeads)
             });
         temp.directory("source")->move(*temp.directory("target"), true);
         EXPECT_EQ(temp.read("outside/a"), "another") << "before call " << number;
+    }
+}
+
+// What goes then is the target, not what somebody has put in its place.
+TEST(FailedCopy, RemovesNoFolderInThePlaceOfItsTarget)
+{
+    const TempFolder temp;
+    Messages messages;
+    for (int number = 1; number < 80; ++number)
+    {
+        makeWorld(temp);
+        temp.write("target/source/a", "in the way");
+        int left = number;
+        SystemCalls calls(
+            [&](int)
+            {
+                const bool hasBegun = left != number || temp.has("target/source/b");
+                if (hasBegun && --left == 0)
+                    renameat2(AT_FDCWD, temp.path("target/source").c_str(), AT_FDCWD, temp.path("outside").c_str(),
+                              RENAME_EXCHANGE);
+                return 0;
+            });
+        EXPECT_EQ(temp.directory("source")->copy(*temp.directory("target"), false, {}), nullptr);
+        EXPECT_TRUE(temp.has("outside/x") || temp.has("target/source/x")) << "after call " << number;
     }
 }
 
