@@ -265,7 +265,7 @@ TEST_F(TreeWorlds, WhatGoesMeanwhileIsNotMissed)
         {[&] { return copyTree(*temp.directory("source"), *temp.directory("new")).isDone(); }, makeNew},
         {[&] { return moveTree(*temp.directory("source"), *temp.directory("new")).isDone(); }, makeNew},
     };
-    for (const auto& [act, disturb] : cases)
+    for (const auto& c : cases)
         for (int number = 1, calls = 1; number <= calls; ++number)
         {
             makeEmpty(temp);
@@ -274,10 +274,10 @@ TEST_F(TreeWorlds, WhatGoesMeanwhileIsNotMissed)
             const SystemCalls hook(
                 [&](int call)
                 {
-                    if (call == number) disturb();
+                    if (call == number) c.disturb();
                     return 0;
                 });
-            EXPECT_TRUE(act()) << &act - &cases[0].act << " at call " << number;
+            EXPECT_TRUE(c.act()) << &c - cases << " at call " << number;
             calls = hook.count();
         }
 }
