@@ -28,15 +28,11 @@ LevelList::Block* LevelList::Block::make(std::size_t room)
     return block;
 }
 
-void LevelList::Block::truncate(std::size_t count) noexcept
-{
-    const std::size_t last = used.exchange(count, std::memory_order_relaxed);
-    std::destroy(levels() + count, levels() + last);
-}
-
 void LevelList::Block::release(Block* block) noexcept
 {
-    if (block == nullptr || block->owners.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+    if (block == nullptr) return;
+    // The only owner needs no locked operation.
+    if (!block->hasOneOwner() && block->owners.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
     block->truncate(0);
     block->~Block();
     ::operator delete(block);
@@ -61,25 +57,40 @@ LevelList& LevelList::operator=(LevelList other) noexcept
 
 LevelList::~LevelList() { Block::release(m_block); }
 
-void LevelList::reserve(std::size_t count)
+void LevelList::moveTo(std::size_t room)
 {
-    if (m_block != nullptr && isOnlyOne() ? count <= m_block->room : count <= m_size) return;
     LevelList larger;
-    larger.m_block = Block::make(count);
-    for (const String& level : *this) larger.append(level);
+    larger.m_block = Block::make(room);
+    for (const String& level : *this)
+    {
+        new (larger.m_block->levels() + larger.m_size) String(level);
+        larger.m_block->used.store(++larger.m_size, std::memory_order_relaxed);
+    }
     *this = std::move(larger);
 }
 
-void LevelList::appendShared(String level)
+void LevelList::reserve(std::size_t count)
 {
+    const bool isOwn = m_block != nullptr && m_block->hasOneOwner();
+    if (count > (isOwn ? m_block->room : m_size)) moveTo(count);
+}
+
+/// The one behind the last level, unless another list has it.
+bool LevelList::claimPlace() noexcept
+{
+    if (m_block == nullptr) return false;
     // What others have added is gone with them.
-    if (m_block != nullptr && isOnlyOne()) m_block->truncate(m_size);
+    if (m_block->hasOneOwner()) m_block->truncate(m_size);
     std::size_t end = m_size;
-    const bool hasRoom = m_block != nullptr && m_size < m_block->room;
-    if (!hasRoom || !m_block->used.compare_exchange_strong(end, m_size + 1, std::memory_order_acq_rel))
+    return m_size < m_block->room && m_block->used.compare_exchange_strong(end, m_size + 1, std::memory_order_acq_rel);
+}
+
+void LevelList::append(String level)
+{
+    if (!claimPlace())
     {
-        reserve(roomFor(m_size + 1));
-        return append(level.view());
+        moveTo(roomFor(m_size + 1));
+        claimPlace();
     }
     // Nobody else reads this place before it has got a copy of this list.
     new (m_block->levels() + m_size++) String(std::move(level));
@@ -88,13 +99,28 @@ void LevelList::appendShared(String level)
 void LevelList::append(std::span<const String> levels)
 {
     reserve(m_size + levels.size());
-    for (const String& level : levels) append(level.view());
+    for (const String& level : levels) append(level);
 }
 
-void LevelList::dropBack() noexcept
+void LevelWriter::finish() noexcept
 {
-    --m_size;
-    if (isOnlyOne()) m_block->truncate(m_size);
+    if (m_list.m_block == nullptr) return;
+    m_list.m_size = static_cast<std::size_t>(m_end - m_list.begin());
+    m_list.m_block->used.store(m_list.m_size, std::memory_order_relaxed);
+}
+
+void LevelWriter::takeRoom(std::size_t room)
+{
+    finish();
+    m_list.reserve(std::max<std::size_t>(room, 1));
+    m_end = m_list.m_block->levels() + m_list.m_size;
+    m_limit = m_list.m_block->levels() + m_list.m_block->room;
+}
+
+LevelList LevelWriter::take() noexcept
+{
+    finish();
+    return std::move(m_list);
 }
 
 LevelVector& LevelVector::operator=(const LevelVector& other) noexcept

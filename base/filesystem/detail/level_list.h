@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -31,19 +32,19 @@ class LevelList
 
     /// Takes room for as many levels in all.
     void reserve(std::size_t count);
-    void append(TextView level)
-    {
-        if (!hasOwnRoom()) return appendShared(String(level));
-        new (m_block->levels() + m_size) String(level);
-        m_block->used.store(++m_size, std::memory_order_relaxed);
-    }
+    void append(String level);
     /// Of another list.
     void append(std::span<const String> levels);
     /// There must be one.
-    void dropBack() noexcept;
-    void clear() noexcept { *this = LevelList(); }
+    void dropBack() noexcept
+    {
+        --m_size;
+        if (m_block->hasOneOwner()) m_block->truncate(m_size);
+    }
 
    private:
+    friend class LevelWriter;
+
     /// In one piece of memory with its levels, of which each list has the first ones. Who is at the end of those that
     /// are used may add one.
     struct Block
@@ -53,22 +54,54 @@ class LevelList
         std::size_t room = 0;
 
         String* levels() noexcept { return reinterpret_cast<String*>(this + 1); }
-        void truncate(std::size_t count) noexcept;
+        bool hasOneOwner() const noexcept { return owners.load(std::memory_order_acquire) == 1; }
+        /// For the only owner.
+        void truncate(std::size_t count) noexcept
+        {
+            const std::size_t last = used.load(std::memory_order_relaxed);
+            std::destroy(levels() + count, levels() + last);
+            used.store(count, std::memory_order_relaxed);
+        }
         static Block* make(std::size_t room);
         static void release(Block* block) noexcept;
     };
 
-    /// Whether nobody else has the block.
-    bool isOnlyOne() const noexcept { return m_block->owners.load(std::memory_order_acquire) == 1; }
-    bool hasOwnRoom() const noexcept
-    {
-        return m_block != nullptr && isOnlyOne() && m_size < m_block->room &&
-               m_size == m_block->used.load(std::memory_order_relaxed);
-    }
-    void appendShared(String level);
+    bool claimPlace() noexcept;
+    /// To a block of its own.
+    void moveTo(std::size_t room);
 
     Block* m_block = nullptr;
     std::size_t m_size = 0;
+};
+
+/// Makes a new list, without a look at what others might have of it.
+class LevelWriter
+{
+   public:
+    /// `room` is a hint.
+    explicit LevelWriter(std::size_t room) { takeRoom(room); }
+    LevelWriter(const LevelWriter&) = delete;
+    LevelWriter& operator=(const LevelWriter&) = delete;
+    ~LevelWriter() { finish(); }
+
+    bool empty() const noexcept { return m_end == m_list.begin(); }
+    void append(TextView level)
+    {
+        if (m_end == m_limit) takeRoom(2 * m_list.m_block->room);
+        new (m_end) String(level);
+        ++m_end;
+    }
+    void dropBack() noexcept { std::destroy_at(--m_end); }
+    /// The end of the writer.
+    LevelList take() noexcept;
+
+   private:
+    void takeRoom(std::size_t room);
+    void finish() noexcept;
+
+    LevelList m_list;
+    String* m_end = nullptr;
+    String* m_limit = nullptr;
 };
 
 /// The same levels for who asks for a vector, made by whichever thread is the first to ask. Copies have none yet.

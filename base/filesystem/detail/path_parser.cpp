@@ -31,15 +31,10 @@ enum class Split
     BEYOND_ROOT
 };
 
-/// Adds one level; false when ".." finds none to take back.
-bool addLevel(LevelList& levels, TextView name, Dots dots)
+/// "." is dropped, and ".." takes back a level; false when there is none.
+bool collapse(LevelWriter& levels, TextView dots)
 {
-    if (dots == Dots::KEEP || name[0] != '.' || !isDots(name))
-    {
-        levels.append(name);
-        return true;
-    }
-    if (name.size() == 1) return true;
+    if (dots.size() == 1) return true;
     if (levels.empty()) return false;
     levels.dropBack();
     return true;
@@ -54,10 +49,10 @@ std::size_t countParts(TextView text)
     return separators + std::size_t{1};
 }
 
-/// Adds the parts between separators. Characters are checked before anything is said about parents.
+/// Takes the parts between separators. Characters are checked before anything is said about parents.
 Split splitInto(LevelList& levels, TextView text, Dots dots)
 {
-    levels.reserve(countParts(text));
+    LevelWriter parts(countParts(text));
     bool isBeyondRoot = false;
     for (std::size_t begin = 0; begin < text.size();)
     {
@@ -67,9 +62,14 @@ Split splitInto(LevelList& levels, TextView text, Dots dots)
         const TextView name(text.data() + begin, end - begin);
         begin = end + 1;
         if (name.empty()) continue;
-        if ((name.back() == ' ' || name.back() == '.') && !isDots(name)) return Split::INVALID;
-        if (!addLevel(levels, name, dots)) isBeyondRoot = true;
+        const bool hasDots = isDots(name);
+        if ((name.back() == ' ' || name.back() == '.') && !hasDots) return Split::INVALID;
+        if (!hasDots || dots == Dots::KEEP)
+            parts.append(name);
+        else if (!collapse(parts, name))
+            isBeyondRoot = true;
     }
+    levels = parts.take();
     return isBeyondRoot ? Split::BEYOND_ROOT : Split::DONE;
 }
 
@@ -118,7 +118,6 @@ SharedDirectory parseLevels(std::shared_ptr<ParsedDirectory> path, TextView rest
     const Split split = splitInto(path->levels, rest, path->absolute ? Dots::COLLAPSE : Dots::KEEP);
     if (split == Split::DONE) return path;
     if (split == Split::INVALID) return refuse(refused, INVALID_CHARACTERS, text);
-    path->levels.clear();
     splitInto(path->levels, rest, Dots::KEEP);
     return refuse(refused, BEYOND_ROOT, fullName(*path, SEPARATOR));
 }
@@ -208,15 +207,19 @@ SharedDirectory parseDirectory(TextView text)
 bool normalizeLevels(ParsedDirectory& path)
 {
     if (std::ranges::none_of(path.levels, [](const String& level) { return isDots(level); })) return true;
-    LevelList kept;
-    kept.reserve(path.levels.size());
+    LevelWriter kept(path.levels.size());
     for (const String& level : path.levels)
     {
-        if (addLevel(kept, level, Dots::COLLAPSE)) continue;
+        if (!isDots(level))
+        {
+            kept.append(level);
+            continue;
+        }
+        if (collapse(kept, level)) continue;
         refuseText(BEYOND_ROOT, fullName(path, SEPARATOR));
         return false;
     }
-    path.levels = std::move(kept);
+    path.levels = kept.take();
     return true;
 }
 
