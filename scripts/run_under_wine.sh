@@ -18,4 +18,8 @@ make_prefix() {
 if [ ! -e "$WINEPREFIX/made" ]; then
   (flock 9; [ -e "$WINEPREFIX/made" ] || make_prefix >/dev/null 2>&1) 9>"$WINEPREFIX.lock" || true
 fi
-exec wine "$@"
+# Wine needs a fixed address that is free in its loader. Where the system puts things anywhere, one start in some thousands
+# finds it taken, and ends without a word.
+fixed=(setarch -R)
+"${fixed[@]}" true 2>/dev/null || fixed=()
+exec "${fixed[@]}" wine "$@"

@@ -145,8 +145,8 @@ class OXA_API Directory : public FileSystemItem
     bool openInExplorer() const;
 
     /// Whether the last list that this thread asked for, by one of these, holds everything that was to be seen. Folders
-    /// that could not be read to their end give what was read until then. What other implementations cannot read may
-    /// not be told.
+    /// that could not be read to their end give what was read until then, and a link whose target the system does not
+    /// tell counts as a file. What other implementations cannot read may not be told.
     static bool isLastListWhole() noexcept;
     /// What matches in this folder, in the system's order. Empty for a search string that is none.
     /// @{

@@ -50,7 +50,7 @@ class ContentsCopy
     bool copy(const Directory& source, const Directory& target)
     {
         const auto folders = source.findDirectories(OXA_TEXT("*"));
-        if (!detail::ListScope::wasWhole()) return false;
+        if (!detail::ListScope::wasRead()) return false;
         // Through links, what is copied may come to stand in the source itself. Other implementations have none.
         const bool mayGrow = detail::windowsImpl(source) != nullptr;
         std::shared_ptr<FileIterator> files;
@@ -66,7 +66,7 @@ class ContentsCopy
     static bool readFiles(const Directory& source, std::shared_ptr<FileIterator>& files)
     {
         files = source.findFiles(OXA_TEXT("*"));
-        return detail::ListScope::wasWhole();
+        return detail::ListScope::wasRead();
     }
 
     bool copyFolder(const Directory& folder, const Directory& target)

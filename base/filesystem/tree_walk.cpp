@@ -22,16 +22,6 @@ using detail::EntryStream;
 using platform::FileInformation;
 using platform::Links;
 
-namespace
-{
-
-bool isFolderKind(platform::EntryKind kind) noexcept
-{
-    return kind == platform::EntryKind::SUBFOLDER || kind == platform::EntryKind::FOLDER_LINK;
-}
-
-}  // namespace
-
 struct WalkEntry::Data
 {
     Data(const Directory& folder, WalkOptions wanted)
@@ -73,13 +63,12 @@ struct WalkEntry::Data
     /// Goes into the folder that was shown last, if that is wanted and possible.
     void descend()
     {
+        if (isSkipped || depth == options.maxDepth || !isKnown() || !platform::isFolder(entry.kind)) return;
         const bool isLink = entry.kind == platform::EntryKind::FOLDER_LINK;
-        if (!isFolderKind(entry.kind) || isSkipped || depth == options.maxDepth) return;
         if (isLink && (!options.followLinks || circles->closesAt(stream->way(), entry.name))) return;
         if (stream->enter(entry.name, isLink ? Links::FOLLOW : Links::REFUSE))
         {
             ++depth;
-            folderPath = nullptr;
             if (options.order == WalkOrder::FoldersFirst) stream->readAhead();
             return;
         }
@@ -88,6 +77,19 @@ struct WalkEntry::Data
         // Who is told may throw, and go on nevertheless.
         isSkipped = true;
         if (!isGone) fail("openFolder", stream->way().fullName(entry.name, true), reason);
+    }
+
+    /// Whether the entry is known to be a folder or none. What is behind a link matters only to who follows it.
+    bool isKnown()
+    {
+        if (!platform::isUnknown(entry.kind) || (platform::isLink(entry.kind) && !options.followLinks)) return true;
+        // It may have been but a moment.
+        entry.kind = stream->current().readKind(entry.name).value_or(entry.kind);
+        if (!platform::isUnknown(entry.kind)) return true;
+        const DWORD reason = platform::lastError();
+        isSkipped = true;
+        fail("readInformation", stream->way().fullName(entry.name), reason);
+        return false;
     }
 
     /// False when there is no way back up.
@@ -100,24 +102,19 @@ struct WalkEntry::Data
             return false;
         }
         --depth;
-        folderPath = nullptr;
         return true;
     }
 
     bool isWanted() const
     {
-        const bool isFolder = isFolderKind(entry.kind);
+        const bool isFolder = platform::isFolder(entry.kind);
         const bool isOfKind = options.kinds == WalkedKinds::All || isFolder == (options.kinds == WalkedKinds::Folders);
         return isOfKind && (showsAll || pattern.matches(entry.name));
     }
 
-    String folderName() { return detail::fullName(stream->way().path(), '\\'); }
+    String folderName() { return detail::fullName(*folder(), '\\'); }
 
-    const detail::SharedDirectory& folder()
-    {
-        if (folderPath == nullptr) folderPath = std::make_shared<detail::ParsedDirectory>(stream->way().path());
-        return folderPath;
-    }
+    const detail::SharedDirectory& folder() { return stream->way().path(); }
 
     const FileInformation* information()
     {
@@ -139,7 +136,7 @@ struct WalkEntry::Data
     std::optional<detail::DiskFolder> place;
     std::optional<EntryStream> stream;
     std::optional<detail::Circles> circles;
-    platform::TreeEntry entry;
+    platform::FolderEntry entry;
     std::size_t depth = 1;
     std::uint64_t passed = 0;
     bool isStarted = false;
@@ -148,7 +145,6 @@ struct WalkEntry::Data
     bool isSkipped = false;
     bool isAsked = false;
     std::optional<FileInformation> asked;
-    detail::SharedDirectory folderPath;
 };
 
 String WalkEntry::name() const { return {TextView(m_data->entry.name)}; }
@@ -157,15 +153,12 @@ std::size_t WalkEntry::depth() const noexcept { return m_data->depth; }
 
 WalkEntry::Kind WalkEntry::kind() const noexcept
 {
-    if (isFolderKind(m_data->entry.kind)) return Kind::Folder;
-    return m_data->entry.kind == platform::EntryKind::OTHER ? Kind::Other : Kind::File;
+    if (platform::isFolder(m_data->entry.kind)) return Kind::Folder;
+    const bool isFile = m_data->entry.kind == platform::EntryKind::PLAIN_FILE || isLink();
+    return isFile ? Kind::File : Kind::Other;
 }
 
-bool WalkEntry::isLink() const noexcept
-{
-    const platform::EntryKind kind = m_data->entry.kind;
-    return kind == platform::EntryKind::FILE_LINK || kind == platform::EntryKind::FOLDER_LINK;
-}
+bool WalkEntry::isLink() const noexcept { return platform::isLink(m_data->entry.kind); }
 
 std::optional<std::uint64_t> WalkEntry::size() const
 {
@@ -187,9 +180,7 @@ std::shared_ptr<const File> WalkEntry::file() const
 std::shared_ptr<const Directory> WalkEntry::directory() const
 {
     if (!isFolder()) return nullptr;
-    auto path = detail::copyForChange(*m_data->folder(), 1);
-    path->levels.push_back(name());
-    return detail::makeDirectory(std::move(path));
+    return detail::makeDirectory(detail::appendLevel(*m_data->folder(), m_data->entry.name));
 }
 
 std::shared_ptr<const FileSystemItem> WalkEntry::item() const
@@ -203,11 +194,8 @@ String WalkEntry::fullName() const { return m_data->stream->way().fullName(m_dat
 String WalkEntry::relativeName() const
 {
     if (depth() == 1) return name();
-    detail::ParsedDirectory path = m_data->stream->way().path();
-    const auto above = static_cast<std::ptrdiff_t>(m_data->place->absolute()->levels.size());
-    path.levels.erase(path.levels.begin(), path.levels.begin() + above);
-    path.absolute = false;
-    path.root = {};
+    detail::ParsedDirectory path;
+    path.levels.append(std::span(m_data->folder()->levels).subspan(m_data->place->absolute()->levels.size()));
     return detail::fullName(path, '\\', m_data->entry.name);
 }
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <random>
+#include <thread>
 
 #include "base/filesystem/directory.h"
 #include "base/filesystem/file.h"
@@ -272,6 +273,76 @@ TEST(PathAlgebra, AgreesWithListsOfNames)
         EXPECT_EQ(reference->appendPath(*difference)->equals(*parsed), FileSystemItem::Equal);
         EXPECT_EQ(nameOf(folder(difference->getFullName())), difference->getFullName());
     }
+}
+
+/// A path and what it must say.
+struct Derived
+{
+    std::shared_ptr<const Directory> path;
+    std::vector<String> levels;
+
+    bool isRight() const
+    {
+        String text("C:\\");
+        for (const String& level : levels) text += level + "\\";
+        return path->getFullName() == text && windowsPath().getLevels() == levels &&
+               &windowsPath().getLevels() == &windowsPath().getLevels();
+    }
+
+    const OxaWindowsFileSystemDirectory& windowsPath() const
+    {
+        return dynamic_cast<const OxaWindowsFileSystemDirectory&>(*path->getImpl());
+    }
+};
+
+Derived derive(const Derived& from, unsigned kind, const String& name)
+{
+    Derived to = from;
+    if (kind < 2)
+    {
+        to.path = to.path->appendLevel(name);
+        to.levels.push_back(name);
+    }
+    else if (to.levels.empty())
+    {
+        return to;
+    }
+    else if (kind == 2)
+    {
+        to.path = to.path->getParent();
+        to.levels.pop_back();
+    }
+    else
+    {
+        const auto renamed = std::make_shared<Directory>(*to.path);
+        renamed->setName(name);
+        to.path = renamed;
+        to.levels.back() = name;
+    }
+    return to;
+}
+
+// However they share what they begin with, and whichever of them goes first.
+TEST(PathAlgebra, KeepsDerivedPathsApart)
+{
+    std::vector<Derived> shared{{folder("C:\\"), {}}};
+    for (int depth = 0; depth < 40; ++depth) shared.push_back(derive(shared.back(), 0, "a long name of a level"));
+    const auto work = [&shared](unsigned seed)
+    {
+        std::mt19937 random(seed);
+        std::vector<Derived> own = shared;
+        for (int i = 0; i < 2000; ++i)
+        {
+            Derived& place = own[random() % own.size()];
+            place = derive(own[random() % own.size()], random() % 4, String("from thread ") << seed << '.' << i);
+            ASSERT_TRUE(place.isRight()) << *place.path;
+        }
+        for (const Derived& each : own) ASSERT_TRUE(each.isRight()) << *each.path;
+    };
+    std::vector<std::jthread> threads;
+    for (unsigned seed = 0; seed < 4; ++seed) threads.emplace_back(work, seed);
+    threads.clear();
+    for (const Derived& each : shared) EXPECT_TRUE(each.isRight()) << *each.path;
 }
 
 }  // namespace

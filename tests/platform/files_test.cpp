@@ -238,8 +238,8 @@ TEST_F(Files, Entries)
         FolderEntry entry;
         while (reader->next(entry))
         {
-            EXPECT_FALSE(entry.isLink);
-            EXPECT_TRUE(found.emplace(entry.name, entry.isFolder).second);
+            EXPECT_FALSE(isLink(entry.kind));
+            EXPECT_TRUE(found.emplace(entry.name, isFolder(entry.kind)).second);
         }
         EXPECT_EQ(lastError(), 18u);
         EXPECT_FALSE(reader->next(entry));

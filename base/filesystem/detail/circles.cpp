@@ -25,7 +25,7 @@ void Circles::read()
     ParsedDirectory above = m_path;
     while (!above.levels.empty())
     {
-        above.levels.pop_back();
+        above.levels.dropBack();
         if (const auto found = platform::readIdentity(longName(above))) m_above.push_back(*found);
     }
 }

@@ -30,14 +30,6 @@ bool readTime(const String& path, platform::FileTicks platform::FileInformation:
 
 }  // namespace
 
-bool saysMissing(DWORD error) noexcept
-{
-    constexpr std::array<DWORD, 5> CODES{2, 3, 53, 123, 267};
-    return std::ranges::find(CODES, error) != CODES.end();
-}
-
-bool saysLost(DWORD error) noexcept { return saysMissing(error) || error == platform::TOO_MANY_LINKS; }
-
 bool readCreationTime(const String& path, FILETIME* time)
 {
     return readTime(path, &platform::FileInformation::created, time);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/platform/platform_types.h"
+#include "base/platform/system/last_error.h"
 #include "base/string/oxa_string.h"
 
 struct _stat64i32;
@@ -9,10 +10,8 @@ struct _stat64i32;
 namespace Oxa_1_1::detail
 {
 
-/// Whether this code of a failed question says that there is no such file or folder. All others leave that open.
-bool saysMissing(DWORD error) noexcept;
-/// Whether it says of a link that it leads nowhere.
-bool saysLost(DWORD error) noexcept;
+using platform::saysLost;
+using platform::saysMissing;
 
 /// False for null.
 bool readCreationTime(const String& path, FILETIME* time);

@@ -30,7 +30,7 @@ OpenFolder DiskFolder::openNearest() const
     {
         OpenFolder folder = OpenFolder::at(readablePath(place), Links::FOLLOW);
         if (folder.isOpen() || place.levels.empty() || !saysMissing(platform::lastError())) return folder;
-        place.levels.pop_back();
+        place.levels.dropBack();
     }
 }
 
@@ -38,7 +38,7 @@ OpenFolder DiskFolder::openParent() const
 {
     if (m_absolute->levels.empty()) return {};
     auto path = copyForChange(*m_absolute);
-    path->levels.pop_back();
+    path->levels.dropBack();
     const auto parent = makeDirectory(std::move(path));
     return parent->create() ? DiskFolder(*parent).open(Links::FOLLOW) : OpenFolder();
 }

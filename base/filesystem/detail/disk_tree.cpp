@@ -145,7 +145,7 @@ bool removeFound(const DiskFolder& place, OpenTarget target)
 {
     ParsedDirectory path = *place.absolute();
     const Text name(path.levels.back().view());
-    path.levels.pop_back();
+    path.levels.dropBack();
     const OpenFolder parent = OpenFolder::at(readablePath(path), Links::FOLLOW);
     const auto identity = target.folder.identity();
     if (!parent.isOpen() || !identity) return false;

@@ -19,7 +19,7 @@ constexpr std::size_t MOST_LINKS = 40;
 
 EntryStream::EntryStream(FolderWay way) : m_way(std::move(way)) { m_levels.push_back({.folder = m_way.current()}); }
 
-bool EntryStream::next(platform::TreeEntry& entry)
+bool EntryStream::next(platform::FolderEntry& entry)
 {
     Level& level = m_levels.back();
     if (!level.isKept) return level.folder.next(entry);

@@ -19,7 +19,7 @@ class EntryStream
     platform::OpenFolder& current() noexcept { return m_way.current(); }
 
     /// The next entry of the current folder. False at its end (the last error is 18), or when reading fails.
-    bool next(platform::TreeEntry& entry);
+    bool next(platform::FolderEntry& entry);
     /// Reads the rest of the current folder, so that its folders come first.
     void readAhead() { keepRest(m_levels.back()); }
 

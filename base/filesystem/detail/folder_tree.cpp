@@ -25,9 +25,9 @@ using platform::FileIdentity;
 void appendTree(FolderTree& tree, const Directory& directory)
 {
     for (const auto& file : directory.findFiles(OXA_TEXT("*"))) tree.files.push_back(file);
-    tree.isWhole = tree.isWhole && ListScope::wasWhole();
+    tree.isWhole = tree.isWhole && ListScope::wasRead();
     const auto below = directory.collectDirectories(OXA_TEXT("*"), false);
-    tree.isWhole = tree.isWhole && ListScope::wasWhole();
+    tree.isWhole = tree.isWhole && ListScope::wasRead();
     tree.directories.insert(tree.directories.end(), below.begin(), below.end());
     for (const auto& folder : below)
         if (!isLinkItself(*folder)) appendTree(tree, *folder);
@@ -192,7 +192,7 @@ bool leadsToAncestor(const Directory& directory)
     ParsedDirectory ancestor = path;
     while (!ancestor.levels.empty())
     {
-        ancestor.levels.pop_back();
+        ancestor.levels.dropBack();
         if (platform::readIdentity(longName(ancestor)) == identity) return true;
     }
     return false;

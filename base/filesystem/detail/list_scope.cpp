@@ -7,19 +7,24 @@ namespace
 {
 
 thread_local constinit int depth = 0;
-thread_local constinit bool isWhole = true;
+thread_local constinit bool isRead = true;
+thread_local constinit bool isSure = true;
 
 }  // namespace
 
 ListScope::ListScope() noexcept
 {
-    if (depth++ == 0) isWhole = true;
+    if (depth++ == 0) isRead = isSure = true;
 }
 
 ListScope::~ListScope() { --depth; }
 
-void ListScope::setPartial() noexcept { isWhole = false; }
+void ListScope::setPartial() noexcept { isRead = false; }
 
-bool ListScope::wasWhole() noexcept { return isWhole; }
+void ListScope::setUnsure() noexcept { isSure = false; }
+
+bool ListScope::wasWhole() noexcept { return isRead && isSure; }
+
+bool ListScope::wasRead() noexcept { return isRead; }
 
 }  // namespace Oxa_1_1::detail

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
+#include "base/filesystem/detail/level_list.h"
 #include "base/string/oxa_string.h"
 
 namespace Oxa_1_1::detail
@@ -14,9 +14,10 @@ struct ParsedDirectory
     /// Whether it starts at a root.
     bool absolute = false;
     /// From the root outwards; none of them empty.
-    std::vector<String> levels;
+    LevelList levels;
     /// "C:", "\\server\share" or NIL.
     String root;
+    LevelVector levelVector;
 
     /// The drive letter; 0 for network paths and paths without root.
     Char driveLetter() const noexcept
@@ -48,8 +49,10 @@ String longName(const ParsedDirectory& path, TextView name = {});
 /// The spelling to read the folder by: for paths of any length, unless there are dots, which nothing resolves in it.
 String readablePath(const ParsedDirectory& path);
 
-/// A copy that can be changed, with room for `extra` levels.
-std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path, std::size_t extra = 0);
+/// A copy that can be changed.
+std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path);
+/// With one level more.
+std::shared_ptr<ParsedDirectory> appendLevel(const ParsedDirectory& path, TextView level);
 
 /// Null, after a report, when the current folder is not known.
 SharedDirectory makeAbsolute(const SharedDirectory& path);

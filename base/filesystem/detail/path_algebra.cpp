@@ -71,13 +71,15 @@ String readablePath(const ParsedDirectory& path)
     return hasDots ? fullName(path, SEPARATOR) : longName(path);
 }
 
-std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path, std::size_t extra)
+std::shared_ptr<ParsedDirectory> copyForChange(const ParsedDirectory& path)
 {
-    auto copy = std::make_shared<ParsedDirectory>();
-    copy->absolute = path.absolute;
-    copy->root = path.root;
-    copy->levels.reserve(path.levels.size() + extra);
-    copy->levels = path.levels;
+    return std::make_shared<ParsedDirectory>(path);
+}
+
+std::shared_ptr<ParsedDirectory> appendLevel(const ParsedDirectory& path, TextView level)
+{
+    auto copy = copyForChange(path);
+    copy->levels.append(level);
     return copy;
 }
 
@@ -96,8 +98,8 @@ SharedDirectory makeAbsolute(const SharedDirectory& path)
         FileSystemItem::reportError(OXA_TEXT("Current working directory is invalid."));
         return nullptr;
     }
-    auto result = copyForChange(*start, path->levels.size());
-    result->levels.insert(result->levels.end(), path->levels.begin(), path->levels.end());
+    auto result = copyForChange(*start);
+    result->levels.append(path->levels);
     if (!normalizeLevels(*result)) return nullptr;
     return result;
 }
@@ -109,8 +111,8 @@ SharedDirectory makeRelative(const SharedDirectory& path, const ParsedDirectory&
     const auto up = static_cast<std::size_t>(reference.levels.end() - from);
     auto result = std::make_shared<ParsedDirectory>();
     result->levels.reserve(up + static_cast<std::size_t>(path->levels.end() - to));
-    for (std::size_t i = 0; i < up; ++i) result->levels.emplace_back(TextView(OXA_TEXT("..")));
-    result->levels.insert(result->levels.end(), to, path->levels.end());
+    for (std::size_t i = 0; i < up; ++i) result->levels.append(OXA_TEXT(".."));
+    result->levels.append(std::span(to, path->levels.end()));
     return result;
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <span>
 #include <utility>
 
 #include "base/filesystem/detail/parsed_directory.h"
@@ -31,16 +32,16 @@ enum class Split
 };
 
 /// Adds one level; false when ".." finds none to take back.
-bool addLevel(std::vector<String>& levels, TextView name, Dots dots)
+bool addLevel(LevelList& levels, TextView name, Dots dots)
 {
     if (dots == Dots::KEEP || name[0] != '.' || !isDots(name))
     {
-        levels.emplace_back(name);
+        levels.append(name);
         return true;
     }
     if (name.size() == 1) return true;
     if (levels.empty()) return false;
-    levels.pop_back();
+    levels.dropBack();
     return true;
 }
 
@@ -54,7 +55,7 @@ std::size_t countParts(TextView text)
 }
 
 /// Adds the parts between separators. Characters are checked before anything is said about parents.
-Split splitInto(std::vector<String>& levels, TextView text, Dots dots)
+Split splitInto(LevelList& levels, TextView text, Dots dots)
 {
     levels.reserve(countParts(text));
     bool isBeyondRoot = false;
@@ -148,7 +149,7 @@ SharedDirectory parseLocal(TextView text, RefusedText& refused)
 SharedDirectory parseShare(TextView text, RefusedText& refused)
 {
     auto path = std::make_shared<ParsedDirectory>();
-    auto& levels = path->levels;
+    LevelList levels;
     if (splitInto(levels, text, Dots::KEEP) == Split::INVALID) return refuse(refused, INVALID_CHARACTERS, text);
     if (levels.size() < 2)
         return refuse(refused, OXA_TEXT("The network path '%ls' is missing the server and/or share name."), text);
@@ -156,7 +157,7 @@ SharedDirectory parseShare(TextView text, RefusedText& refused)
     root.append(levels[0].view()).append(1, SEPARATOR).append(levels[1].view());
     path->root = String(std::move(root));
     path->absolute = true;
-    levels.erase(levels.begin(), levels.begin() + 2);
+    path->levels.append(std::span(levels).subspan(2));
     return path;
 }
 
@@ -206,7 +207,8 @@ SharedDirectory parseDirectory(TextView text)
 
 bool normalizeLevels(ParsedDirectory& path)
 {
-    std::vector<String> kept;
+    if (std::ranges::none_of(path.levels, [](const String& level) { return isDots(level); })) return true;
+    LevelList kept;
     kept.reserve(path.levels.size());
     for (const String& level : path.levels)
     {

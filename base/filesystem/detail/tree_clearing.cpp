@@ -76,7 +76,7 @@ void TreeClearing::begin(FolderWay& source, FolderWay& target, const LeftEntries
     level.keepsSomething = left.contains(source.current(), {});
     if (level.keepsSomething) return;
     level.keepsSomething = !level.contents.read(source.current());
-    if (level.keepsSomething) m_work.fail("readFolder", fullName(source.path(), SEPARATOR));
+    if (level.keepsSomething) m_work.fail("readFolder", fullName(*source.path(), SEPARATOR));
     const auto clear = [&](const FolderContents::Entry& entry)
     {
         const TextView name = level.contents.nameOf(entry);
@@ -100,7 +100,7 @@ TreeClearing::Step TreeClearing::enter(FolderWay& source, FolderWay& target, Tex
 
 bool TreeClearing::failLost(const FolderWay& source)
 {
-    m_work.fail("openFolder", fullName(source.path(), SEPARATOR));
+    m_work.fail("openFolder", fullName(*source.path(), SEPARATOR));
     return false;
 }
 

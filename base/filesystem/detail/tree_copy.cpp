@@ -126,7 +126,7 @@ bool TreeCopy::goesIntoItself(bool throughLink)
     m_cameToItself = places.empty() || std::ranges::find_first_of(places, m_places) != places.end();
     if (m_cameToItself)
         platform::failStep(places.empty() ? platform::lastError() : platform::INVALID_PARAMETER, "copyFolder",
-                           fullName(m_source.path(), SEPARATOR), fullName(m_target.path(), SEPARATOR));
+                           fullName(*m_source.path(), SEPARATOR), fullName(*m_target.path(), SEPARATOR));
     return m_cameToItself;
 }
 

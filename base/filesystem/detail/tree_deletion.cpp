@@ -33,7 +33,7 @@ void TreeDeletion::run(const DiskFolder& folder)
         return;
     }
     const String name = abovePath.levels.back();
-    abovePath.levels.pop_back();
+    abovePath.levels.dropBack();
     const OpenFolder above = OpenFolder::at(readablePath(abovePath), Links::FOLLOW);
     const auto kind = above.isOpen() ? above.readKind(name) : std::nullopt;
     if (!kind)
@@ -42,8 +42,7 @@ void TreeDeletion::run(const DiskFolder& folder)
         return;
     }
     // A link that leads nowhere may have led to a folder.
-    const bool isLink =
-        kind == EntryKind::FOLDER_LINK || (kind == EntryKind::FILE_LINK && !above.readInformation(name));
+    const bool isLink = kind == EntryKind::FOLDER_LINK || (platform::isLink(*kind) && !above.readInformation(name));
     if (!isLink && kind != EntryKind::SUBFOLDER)
     {
         m_work.fail(REMOVING, path, platform::NOT_A_FOLDER);
@@ -80,7 +79,7 @@ bool TreeDeletion::removeContents(FolderWay way)
         if (m_levels.empty()) return !keepsSomething;
         if (!way.leave())
         {
-            m_work.fail("openFolder", fullName(way.path(), SEPARATOR));
+            m_work.fail("openFolder", fullName(*way.path(), SEPARATOR));
             return false;
         }
         Level& above = m_levels.back();
@@ -98,7 +97,7 @@ void TreeDeletion::begin(FolderWay& way)
     if (!level.contents.read(way.current()))
     {
         level.keepsSomething = true;
-        m_work.fail("readFolder", fullName(way.path(), SEPARATOR));
+        m_work.fail("readFolder", fullName(*way.path(), SEPARATOR));
     }
     for (const auto& file : level.contents.files())
         if (isEnded() || !removeFile(way, level.contents.nameOf(file), file.isLink())) level.keepsSomething = true;

@@ -22,7 +22,7 @@ namespace
 
 bool failWith(DWORD code, const FolderWay& place)
 {
-    return platform::failStep(code, "moveFolder", fullName(place.path(), SEPARATOR));
+    return platform::failStep(code, "moveFolder", fullName(*place.path(), SEPARATOR));
 }
 
 /// Whether the entry is a link to what stands in the target: put in its place, it would lead to itself.
@@ -234,10 +234,9 @@ bool TreeMove::canGetTo(const Destination& destination, const Folder& folder)
     const bool hasLinks = folder.entries.size() < folder.contents.folders().size();
     if ((files.empty() && !hasLinks) || m_source.current().canRenameTo(destination.nearest)) return true;
     if (files.empty()) return false;
-    const ParsedDirectory from = m_source.path();
-    ParsedDirectory to = destination.place.path();
-    to.levels.insert(to.levels.end(), from.levels.end() - static_cast<std::ptrdiff_t>(m_source.depth()),
-                     from.levels.end());
+    const ParsedDirectory& from = *m_source.path();
+    ParsedDirectory to = *destination.place.path();
+    to.levels.append(std::span(from.levels).last(m_source.depth()));
     const TextView name = folder.contents.nameOf(files.front());
     platform::noteFailedStep("renameFile", longName(from, name), longName(to, name));
     return reportFailedMove(longName(from, name), longName(to, name));

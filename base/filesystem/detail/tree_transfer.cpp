@@ -30,7 +30,7 @@ bool TreeTransfer::openTarget(const DiskFolder& target)
         nearest = OpenFolder::at(readablePath(place), Links::FOLLOW);
         if (nearest.isOpen() || place.levels.empty() || !saysMissing(platform::lastError())) break;
         m_missing.emplace_back(place.levels.back().view());
-        place.levels.pop_back();
+        place.levels.dropBack();
     }
     if (!nearest.isOpen())
     {
@@ -40,7 +40,7 @@ bool TreeTransfer::openTarget(const DiskFolder& target)
     m_target.emplace(std::move(nearest), std::make_shared<ParsedDirectory>(std::move(place)));
     m_targetAncestry = m_target->current().ancestry();
     if (!m_targetAncestry.empty()) return true;
-    fail(OPEN_FOLDER, fullName(m_target->path(), SEPARATOR));
+    fail(OPEN_FOLDER, fullName(*m_target->path(), SEPARATOR));
     return false;
 }
 
@@ -87,7 +87,7 @@ bool TreeTransfer::isOutsideSource(const ParsedDirectory& target)
 {
     // The nearest folder that is there begins its own ancestry.
     if (!contains(m_targetAncestry, m_sourceTop)) return true;
-    m_work.fail(m_entries.operation(), fullName(m_source->way().path(), SEPARATOR), platform::INVALID_PARAMETER,
+    m_work.fail(m_entries.operation(), fullName(*m_source->way().path(), SEPARATOR), platform::INVALID_PARAMETER,
                 fullName(target, SEPARATOR));
     return false;
 }
@@ -113,7 +113,7 @@ void TreeTransfer::guarded(const Act& act)
     bool isAtTop = true;
     while (isAtTop && m_target->depth() != 0) isAtTop = m_target->leave();
     if (!isAtTop)
-        fail("openFolder", fullName(m_target->path(), SEPARATOR));
+        fail("openFolder", fullName(*m_target->path(), SEPARATOR));
     else if (!m_journal.commit(*m_target, m_work) && !m_clearing.hasRemoved())
         rollBack();
 }
@@ -126,7 +126,7 @@ void TreeTransfer::rollBack()
     while (isAtTop && m_source && m_source->way().depth() != 0) isAtTop = m_source->leave();
     if (!isAtTop)
     {
-        fail("rollBack", fullName(m_target->path(), SEPARATOR));
+        fail("rollBack", fullName(*m_target->path(), SEPARATOR));
         return;
     }
     if (!m_journal.undo(*m_target, m_entries.isMove() && m_source ? &m_source->way() : nullptr, m_work)) return;
@@ -161,7 +161,7 @@ void TreeTransfer::moveFolder(const DiskFolder& source, const DiskFolder& target
         return;
     }
     const Text name(abovePath.levels.back().view());
-    abovePath.levels.pop_back();
+    abovePath.levels.dropBack();
     const OpenFolder above = OpenFolder::at(readablePath(abovePath), Links::FOLLOW);
     guarded(
         [&]
@@ -250,7 +250,7 @@ void TreeTransfer::moveEntry(const DiskFolder& source, TextView name, const Disk
 
 bool TreeTransfer::walk()
 {
-    platform::TreeEntry entry;
+    platform::FolderEntry entry;
     for (;;)
     {
         if (m_work.isStopped()) return false;
@@ -269,7 +269,7 @@ bool TreeTransfer::walk()
 bool TreeTransfer::failReading(DWORD reason)
 {
     if (m_entries.isMove()) m_entries.leaveFolder(m_source->current());
-    return m_work.fail("readFolder", fullName(m_source->way().path(), SEPARATOR), reason);
+    return m_work.fail("readFolder", fullName(*m_source->way().path(), SEPARATOR), reason);
 }
 
 void TreeTransfer::begin(bool isMade, std::size_t inJournal)
@@ -304,16 +304,19 @@ bool TreeTransfer::end()
     if (m_levels.empty()) return true;
     if (m_source->leave() && m_target->leave()) return true;
     // There is no way on.
-    fail("openFolder", fullName(m_source->way().path(), SEPARATOR));
+    fail("openFolder", fullName(*m_source->way().path(), SEPARATOR));
     return false;
 }
 
-bool TreeTransfer::transfer(const platform::TreeEntry& entry)
+bool TreeTransfer::transfer(const platform::FolderEntry& entry)
 {
-    if (entry.kind == EntryKind::SUBFOLDER) return transferFolder(entry.name, Links::REFUSE);
-    if (entry.kind == EntryKind::FOLDER_LINK && !m_entries.keepsLink(entry.kind))
-        return transferFolder(entry.name, Links::FOLLOW);
-    return m_entries.transfer(place(), {.source = entry.name, .target = entry.name}, entry.kind);
+    EntryKind kind = entry.kind;
+    const bool keepsLink = m_entries.keepsLink(kind);
+    // That the system did not tell may have been but a moment.
+    if (platform::isUnknown(kind) && !keepsLink) kind = m_source->current().readKind(entry.name).value_or(kind);
+    if (kind == EntryKind::SUBFOLDER) return transferFolder(entry.name, Links::REFUSE);
+    if (kind == EntryKind::FOLDER_LINK && !keepsLink) return transferFolder(entry.name, Links::FOLLOW);
+    return m_entries.transfer(place(), {.source = entry.name, .target = entry.name}, kind);
 }
 
 bool TreeTransfer::transferFolder(const Text& name, Links links)

@@ -60,7 +60,7 @@ class TreeTransfer
     bool failReading(DWORD reason);
     void begin(bool isMade, std::size_t inJournal);
     bool end();
-    bool transfer(const platform::TreeEntry& entry);
+    bool transfer(const platform::FolderEntry& entry);
     bool transferFolder(const Text& name, platform::Links links);
     bool leadsToTarget() const;
     bool isTarget(const platform::OpenFolder& folder) const;

@@ -21,9 +21,11 @@ constexpr std::size_t OPEN_FOLDERS = 24;
 
 bool FolderContents::read(platform::OpenFolder& folder)
 {
-    platform::TreeEntry entry;
+    platform::FolderEntry entry;
     while (folder.next(entry))
     {
+        // That the system does not tell may have been but a moment.
+        if (platform::isUnknown(entry.kind)) entry.kind = folder.readKind(entry.name).value_or(entry.kind);
         auto& list = platform::isFolder(entry.kind) ? m_folders : m_files;
         list.push_back({.begin = m_names.size(), .length = entry.name.size(), .kind = entry.kind});
         m_names += entry.name;
@@ -31,9 +33,9 @@ bool FolderContents::read(platform::OpenFolder& folder)
     return platform::lastError() == platform::NO_MORE_FILES;
 }
 
-FolderWay::FolderWay(platform::OpenFolder top, SharedDirectory path) : m_path(std::move(path))
+FolderWay::FolderWay(platform::OpenFolder top, SharedDirectory path)
 {
-    m_levels.push_back({.folder = std::move(top), .name = {}});
+    m_levels.push_back({.folder = std::move(top), .name = {}, .path = std::move(path)});
 }
 
 bool FolderWay::enter(TextView name, platform::Links links)
@@ -102,23 +104,22 @@ bool FolderWay::passes(const platform::FileIdentity& folder) const
     return std::ranges::any_of(m_levels, [&](const Level& level) { return identityOf(level) == folder; });
 }
 
-ParsedDirectory FolderWay::path() const
+const SharedDirectory& FolderWay::path() const
 {
-    ParsedDirectory path = *m_path;
-    path.levels.reserve(path.levels.size() + m_levels.size());
-    for (std::size_t i = 1; i < m_levels.size(); ++i) path.levels.emplace_back(TextView(m_levels[i].name));
-    return path;
+    std::size_t known = depth();
+    while (m_levels[known].path == nullptr) --known;
+    for (; known < depth(); ++known)
+        m_levels[known + 1].path = appendLevel(*m_levels[known].path, m_levels[known + 1].name);
+    return m_levels.back().path;
 }
 
 String FolderWay::fullName(TextView entry, bool isFolder) const
 {
-    ParsedDirectory place = path();
-    if (!isFolder) return detail::fullName(place, SEPARATOR, entry);
-    place.levels.emplace_back(entry);
-    return detail::fullName(place, SEPARATOR);
+    if (!isFolder) return detail::fullName(*path(), SEPARATOR, entry);
+    return detail::fullName(*appendLevel(*path(), entry), SEPARATOR);
 }
 
-String FolderWay::longName(TextView entry) const { return detail::longName(path(), entry); }
+String FolderWay::longName(TextView entry) const { return detail::longName(*path(), entry); }
 
 bool TreeVisitor::follows(FolderWay& /*way*/, TextView /*link*/) { return false; }
 

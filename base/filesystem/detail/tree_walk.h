@@ -65,7 +65,7 @@ class FolderWay
     bool passes(const platform::FileIdentity& folder) const;
 
     /// Of the current folder.
-    ParsedDirectory path() const;
+    const SharedDirectory& path() const;
     /// Of an entry in it.
     /// @{
     String fullName(TextView entry, bool isFolder = false) const;
@@ -79,6 +79,8 @@ class FolderWay
         Text name;
         bool wasLink = false;
         std::optional<platform::FileIdentity> identity = std::nullopt;
+        /// Null until it is asked for.
+        mutable SharedDirectory path = nullptr;
     };
 
     static std::optional<platform::FileIdentity> identityOf(const Level& level);
@@ -86,7 +88,6 @@ class FolderWay
 
     bool reopen(std::size_t index);
 
-    SharedDirectory m_path;
     std::vector<Level> m_levels;
 };
 

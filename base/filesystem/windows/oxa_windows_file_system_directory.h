@@ -51,7 +51,7 @@ class OXA_API OxaWindowsFileSystemDirectory final : public IDirectoryImpl
     /// An independent copy of the path.
     std::unique_ptr<OxaWindowsFileSystemDirectory> duplicate() const;
     /// The parts of the path behind the root, outermost first.
-    const std::vector<String>& getLevels() const noexcept;
+    const std::vector<String>& getLevels() const;
     /// 0 for a path without drive.
     Char getDriveLetter() const noexcept;
     /// The parsed form; never null.

@@ -30,11 +30,6 @@ std::unique_ptr<OxaWindowsFileSystemDirectory> makeImpl(SharedDirectory path)
     return std::make_unique<OxaWindowsFileSystemDirectory>(std::move(path));
 }
 
-void appendLevels(detail::ParsedDirectory& path, const std::vector<String>& levels)
-{
-    path.levels.insert(path.levels.end(), levels.begin(), levels.end());
-}
-
 /// Of a folder of any implementation; null when it has none on this system.
 SharedDirectory absolutePath(const Directory& directory)
 {
@@ -101,7 +96,10 @@ std::unique_ptr<OxaWindowsFileSystemDirectory> OxaWindowsFileSystemDirectory::du
 
 std::unique_ptr<IDirectoryImpl> OxaWindowsFileSystemDirectory::duplicateImpl() const { return duplicate(); }
 
-const std::vector<String>& OxaWindowsFileSystemDirectory::getLevels() const noexcept { return m_path->levels; }
+const std::vector<String>& OxaWindowsFileSystemDirectory::getLevels() const
+{
+    return m_path->levelVector.of(m_path->levels);
+}
 
 Char OxaWindowsFileSystemDirectory::getDriveLetter() const noexcept { return m_path->driveLetter(); }
 
@@ -134,7 +132,8 @@ void OxaWindowsFileSystemDirectory::setName(const String& name)
 {
     if (m_path->levels.empty() || !detail::isValidComponent(name)) return;
     auto path = detail::copyForChange(*m_path);
-    path->levels.back() = name;
+    path->levels.dropBack();
+    path->levels.append(name);
     m_path = std::move(path);
 }
 
@@ -142,7 +141,7 @@ std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::getParent() cons
 {
     if (m_path->levels.empty()) return nullptr;
     auto path = detail::copyForChange(*m_path);
-    path->levels.pop_back();
+    path->levels.dropBack();
     return detail::makeDirectory(std::move(path));
 }
 
@@ -170,9 +169,7 @@ std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::appendLevel(cons
         detail::refuseText(detail::INVALID_CHARACTERS, name);
         return nullptr;
     }
-    auto path = detail::copyForChange(*m_path, 1);
-    path->levels.push_back(name);
-    return detail::makeDirectory(std::move(path));
+    return detail::makeDirectory(detail::appendLevel(*m_path, name));
 }
 
 std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::appendPath(const Directory& relative) const
@@ -185,8 +182,8 @@ std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::appendPath(const
     }
     const auto* const impl = detail::windowsImpl(relative);
     if (impl == nullptr) return nullptr;
-    auto path = detail::copyForChange(*m_path, impl->getLevels().size());
-    appendLevels(*path, impl->getLevels());
+    auto path = detail::copyForChange(*m_path);
+    path->levels.append(impl->path()->levels);
     return detail::normalizeLevels(*path) ? detail::makeDirectory(std::move(path)) : nullptr;
 }
 
@@ -194,8 +191,8 @@ std::shared_ptr<const Directory> OxaWindowsFileSystemDirectory::combine(const Di
 {
     const auto* const impl = detail::windowsImpl(other);
     if (impl == nullptr) return detail::makeDirectory(m_path);
-    auto path = detail::copyForChange(*m_path, impl->getLevels().size());
-    appendLevels(*path, impl->getLevels());
+    auto path = detail::copyForChange(*m_path);
+    path->levels.append(impl->path()->levels);
     // Kept on purpose: levels that lead beyond the root stay as they are.
     static_cast<void>(detail::normalizeLevels(*path));
     return detail::makeDirectory(std::move(path));

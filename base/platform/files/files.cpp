@@ -25,7 +25,7 @@ class ObservedFolderReader : public FolderReader
         do
         {
             if (!asked("nextEntry", m_path, [&] { return m_reader->next(entry); })) return false;
-        } while (!isOf(entry, kinds));
+        } while (!isOf(entry.kind, kinds));
         return true;
     }
 

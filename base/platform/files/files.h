@@ -97,22 +97,50 @@ bool removeFolder(TextView path);
 /// Whether the folder is there and holds nothing.
 bool isEmptyFolder(TextView path);
 
+enum class EntryKind : std::uint8_t
+{
+    PLAIN_FILE,
+    SUBFOLDER,
+    /// To a file, to something else or to nothing.
+    FILE_LINK,
+    FOLDER_LINK,
+    /// The system does not tell what it leads to.
+    UNKNOWN_LINK,
+    /// A pipe, a device and the like.
+    OTHER,
+    /// The system does not tell what it is.
+    UNKNOWN
+};
+
+constexpr bool isFolder(EntryKind kind) noexcept
+{
+    return kind == EntryKind::SUBFOLDER || kind == EntryKind::FOLDER_LINK;
+}
+constexpr bool isLink(EntryKind kind) noexcept
+{
+    return kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK || kind == EntryKind::UNKNOWN_LINK;
+}
+/// Whether it counts as a file, but may be a folder or lead to one.
+constexpr bool isUnknown(EntryKind kind) noexcept
+{
+    return kind == EntryKind::UNKNOWN_LINK || kind == EntryKind::UNKNOWN;
+}
+
 struct FolderEntry
 {
     Text name;
-    /// Of what a link leads to; false when that is nowhere.
-    bool isFolder = false;
-    bool isLink = false;
+    EntryKind kind = EntryKind::PLAIN_FILE;
 };
+/// What is unknown is among all of them.
 enum class EntryKinds
 {
     ALL,
     FILES,
     FOLDERS
 };
-inline bool isOf(const FolderEntry& entry, EntryKinds kinds) noexcept
+constexpr bool isOf(EntryKind kind, EntryKinds kinds) noexcept
 {
-    return kinds == EntryKinds::ALL || entry.isFolder == (kinds == EntryKinds::FOLDERS);
+    return kinds == EntryKinds::ALL || isUnknown(kind) || isFolder(kind) == (kinds == EntryKinds::FOLDERS);
 }
 /// Reads a folder an entry at a time, without "." and "..", in the system's order.
 class FolderReader

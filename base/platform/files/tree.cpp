@@ -40,7 +40,7 @@ OpenFolder OpenFolder::at(TextView path, Links links)
     return OpenFolder(observed("openFolder", path, [&] { return native::openTop(path, links); }));
 }
 
-bool OpenFolder::next(TreeEntry& entry, EntryKinds kinds)
+bool OpenFolder::next(FolderEntry& entry, EntryKinds kinds)
 {
     if (asked("nextEntry", {}, [&] { return native::nextEntry(*m_folder, entry, kinds); })) return true;
     if (lastError() != NO_MORE_FILES) noteFailedStep("nextEntry", native::pathOf(*m_folder, {}));

@@ -18,36 +18,6 @@ namespace native
 class Folder;
 }
 
-enum class EntryKind : std::uint8_t
-{
-    PLAIN_FILE,
-    SUBFOLDER,
-    /// To a file, to something else or to nothing.
-    FILE_LINK,
-    FOLDER_LINK,
-    /// A pipe, a device and the like.
-    OTHER
-};
-
-constexpr bool isFolder(EntryKind kind) noexcept
-{
-    return kind == EntryKind::SUBFOLDER || kind == EntryKind::FOLDER_LINK;
-}
-constexpr bool isLink(EntryKind kind) noexcept
-{
-    return kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK;
-}
-constexpr bool isOf(EntryKind kind, EntryKinds kinds) noexcept
-{
-    return kinds == EntryKinds::ALL || isFolder(kind) == (kinds == EntryKinds::FOLDERS);
-}
-
-struct TreeEntry
-{
-    Text name;
-    EntryKind kind = EntryKind::PLAIN_FILE;
-};
-
 /// What happens to a link in the place of what is opened.
 enum class Links
 {
@@ -103,7 +73,7 @@ class OpenFolder
 
     /// Reads an entry of these kinds, without "." and "..", in the system's order. False at the end (the last error is
     /// 18), or when reading fails.
-    bool next(TreeEntry& entry, EntryKinds kinds = EntryKinds::ALL);
+    bool next(FolderEntry& entry, EntryKinds kinds = EntryKinds::ALL);
     /// Goes back to the first entry.
     bool rewind();
     /// Asks the system once.
@@ -122,7 +92,7 @@ class OpenFolder
     std::optional<FileIdentity> readIdentity(TextView name) const;
     bool isLink(TextView name) const;
     /// @}
-    /// What next() would say of it. None when it is not there.
+    /// What next() would say of it. None when it is not there. Of what is UNKNOWN, the last error tells why.
     std::optional<EntryKind> readKind(TextView name) const;
     /// Of the entry itself, be it a link.
     std::optional<FileIdentity> readOwnIdentity(TextView name) const;

@@ -35,4 +35,13 @@ inline constexpr DWORD REQUEST_ABORTED = 1235;
 inline constexpr DWORD TOO_MANY_LINKS = 1921;
 inline constexpr DWORD NOT_A_LINK = 4390;
 
+/// Whether this code of a failed question says that there is no such file or folder. All others leave that open.
+constexpr bool saysMissing(DWORD code) noexcept
+{
+    return code == FILE_NOT_FOUND || code == PATH_NOT_FOUND || code == SHARE_NOT_FOUND || code == INVALID_NAME ||
+           code == NOT_A_FOLDER;
+}
+/// Whether it says of a link that it leads nowhere.
+constexpr bool saysLost(DWORD code) noexcept { return saysMissing(code) || code == TOO_MANY_LINKS; }
+
 }  // namespace Oxa_1_1::platform

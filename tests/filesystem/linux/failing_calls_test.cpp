@@ -71,6 +71,15 @@ bool save(const TempFolder& temp, const char* name)
     return writer.commit();
 }
 
+bool isAllSeen(const TempFolder& temp, bool followLinks, std::size_t count)
+{
+    TreeWalk walk(*temp.directory("source"), {.followLinks = followLinks});
+    std::set<String> names;
+    for (const WalkEntry& entry : walk) names.insert(entry.fullName());
+    EXPECT_TRUE(!walk.isWhole() || names.size() == count);
+    return walk.isWhole();
+}
+
 constexpr std::array OPERATIONS{
     Operation{"copy a file", [](const TempFolder& t) { return t.file("single")->copy(*t.file("new"), false, {}) == 0; },
               true},
@@ -154,14 +163,16 @@ constexpr std::array OPERATIONS{
     Operation{"clear a folder",
               [](const TempFolder& t) { return removeTree(*t.directory("source"), {.readOnlyToo = true}).isDone(); },
               false, "outside", "source"},
-    Operation{"walk",
+    Operation{"walk", [](const TempFolder& t) { return isAllSeen(t, false, 9) && isAllSeen(t, true, 10); }, true},
+    Operation{"list",
               [](const TempFolder& t)
               {
-                  TreeWalk walk(*t.directory("source"));
-                  std::set<String> names;
-                  for (const WalkEntry& entry : walk) names.insert(entry.fullName());
-                  EXPECT_TRUE(!walk.isWhole() || names.size() == 9);
-                  return walk.isWhole();
+                  const auto all = t.directory("source")->collectContents("*", true);
+                  EXPECT_TRUE(!Directory::isLastListWhole() || all.size() == 10);
+                  if (!Directory::isLastListWhole()) return false;
+                  const auto folders = t.directory("source")->collectDirectories("*", false);
+                  EXPECT_TRUE(!Directory::isLastListWhole() || folders.size() == 3);
+                  return Directory::isLastListWhole();
               },
               true},
     Operation{"empty a folder", [](const TempFolder& t) { return !t.directory("target")->removeContents(true); }, false,

@@ -78,8 +78,8 @@ TEST_F(SpecialFiles, Links)
     std::vector<std::string> found;
     const auto reader = openFolder(folder / "");
     for (FolderEntry entry; reader->next(entry);)
-        found.push_back(text::encodeUtf8(entry.name) + (entry.isFolder ? " folder" : "") +
-                        (entry.isLink ? " link" : ""));
+        found.push_back(text::encodeUtf8(entry.name) + (isFolder(entry.kind) ? " folder" : "") +
+                        (isLink(entry.kind) ? " link" : ""));
     std::ranges::sort(found);
     EXPECT_EQ(found, (std::vector<std::string>{"file", "sub folder", "to_file link", "to_itself link",
                                                "to_nothing link", "to_sub folder link"}));

@@ -30,7 +30,12 @@ void listFolder(const Directory& directory, const String& pattern, Kinds kinds, 
     const platform::EntryKinds kindsToRead = maker.kindsToRead();
     platform::FolderEntry entry;
     while (reader->nextOf(entry, kindsToRead))
-        if (wildcard.matches(entry.name)) maker.make(entry.name, entry.isFolder, entry.isLink, receiver);
+    {
+        if (!wildcard.matches(entry.name)) continue;
+        const bool isUnknown = platform::isUnknown(entry.kind);
+        if (isUnknown) ListScope::setUnsure();
+        if (!isUnknown || kinds != Kinds::DIRECTORIES) maker.make(entry, receiver);
+    }
     if (platform::lastError() == platform::NO_MORE_FILES) return;
     platform::noteFailedStep("nextEntry", maker.pathToRead());
     ListScope::setPartial();

@@ -32,14 +32,15 @@ platform::EntryKinds ItemMaker::kindsToRead() const noexcept
     return m_kinds == Kinds::FILES ? platform::EntryKinds::FILES : platform::EntryKinds::FOLDERS;
 }
 
-void ItemMaker::make(TextView name, bool isFolder, bool isLink, ItemReceiver& receiver) const
+void ItemMaker::make(const platform::FolderEntry& entry, ItemReceiver& receiver) const
 {
+    const Text& name = entry.name;
     if (m_path == nullptr)
         askFor(m_fullName + String(name), receiver);
     else if (!isValidFileName(name))
         askFor(fullName(*m_path, SEPARATOR, name), receiver);
-    else if (isFolder)
-        receiver.take(makeDirectory(pathOf(name)), isLink);
+    else if (platform::isFolder(entry.kind))
+        receiver.take(makeDirectory(pathOf(name)), platform::isLink(entry.kind));
     else
         receiver.take(makeFile(OxaWindowsFileSystemFile::fromCheckedName(m_impl, name)));
 }
@@ -55,11 +56,6 @@ void ItemMaker::askFor(const String& path, ItemReceiver& receiver) const
         receiver.take(std::move(directory), true);
 }
 
-SharedDirectory ItemMaker::pathOf(TextView name) const
-{
-    auto path = copyForChange(*m_path, 1);
-    path->levels.emplace_back(name);
-    return path;
-}
+SharedDirectory ItemMaker::pathOf(TextView name) const { return appendLevel(*m_path, name); }
 
 }  // namespace Oxa_1_1::detail

@@ -45,7 +45,7 @@ class ItemMaker
     String pathToRead() const;
     /// What has to be read for items of these kinds. Only the library's own items are what their entries are.
     platform::EntryKinds kindsToRead() const noexcept;
-    void make(TextView name, bool isFolder, bool isLink, ItemReceiver& receiver) const;
+    void make(const platform::FolderEntry& entry, ItemReceiver& receiver) const;
     /// Of a folder whose name is one.
     SharedDirectory pathOf(TextView name) const;
 

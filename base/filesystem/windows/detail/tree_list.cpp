@@ -88,7 +88,7 @@ class TreeList
         Level& level = m_levels.emplace_back();
         auto listed = m_listed.begin();
         read(platform::EntryKinds::FOLDERS,
-             [&](const platform::TreeEntry& entry)
+             [&](const platform::FolderEntry& entry)
              {
                  if (!isValidFileName(entry.name)) return;
                  level.folders.push_back({.begin = level.names.size(),
@@ -106,22 +106,21 @@ class TreeList
     {
         std::optional<ItemMaker> maker;
         read(kinds == Kinds::FILES ? platform::EntryKinds::FILES : platform::EntryKinds::FOLDERS,
-             [&](const platform::TreeEntry& entry)
+             [&](const platform::FolderEntry& entry)
              {
                  if (!m_wildcard.matches(entry.name)) return;
                  // Many folders hold nothing that is wanted, and need no path.
-                 if (m_path == nullptr) m_path = std::make_shared<const ParsedDirectory>(m_way.path());
+                 if (m_path == nullptr) m_path = m_way.path();
                  if (!maker) maker.emplace(m_path, kinds);
                  take(*maker, entry);
              });
     }
 
-    void take(const ItemMaker& maker, const platform::TreeEntry& entry)
+    void take(const ItemMaker& maker, const platform::FolderEntry& entry)
     {
-        const bool isLink = platform::isLink(entry.kind);
-        if (!platform::isFolder(entry.kind) || !isValidFileName(entry.name))
-            return maker.make(entry.name, platform::isFolder(entry.kind), isLink, m_receiver);
-        m_receiver.take(makeDirectory(m_listed.emplace_back(maker.pathOf(entry.name))), isLink);
+        if (!platform::isFolder(entry.kind) || !isValidFileName(entry.name)) return maker.make(entry, m_receiver);
+        auto path = m_listed.emplace_back(maker.pathOf(entry.name));
+        m_receiver.take(makeDirectory(std::move(path)), platform::isLink(entry.kind));
     }
 
     template <class Take>
@@ -129,7 +128,12 @@ class TreeList
     {
         platform::OpenFolder& folder = m_way.current();
         if (std::exchange(m_isRead, true) && !folder.rewind()) return ListScope::setPartial();
-        while (folder.next(m_entry, kinds)) take(m_entry);
+        while (folder.next(m_entry, kinds))
+        {
+            const bool isUnknown = platform::isUnknown(m_entry.kind);
+            if (isUnknown) ListScope::setUnsure();
+            if (!isUnknown || kinds != platform::EntryKinds::FOLDERS) take(m_entry);
+        }
         if (platform::lastError() != platform::NO_MORE_FILES) ListScope::setPartial();
     }
 
@@ -141,7 +145,7 @@ class TreeList
     std::span<const Kinds> m_kinds;
     ItemReceiver& m_receiver;
     std::vector<Level> m_levels;
-    platform::TreeEntry m_entry;
+    platform::FolderEntry m_entry;
     // Of the current folder.
     /// Null until it is needed.
     SharedDirectory m_path;

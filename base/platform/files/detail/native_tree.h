@@ -13,7 +13,7 @@ Text pathOf(const Folder& folder, TextView name);
 SharedFolder openTop(TextView path, Links links);
 SharedFolder open(const Folder& folder, TextView name, Links links);
 SharedFolder openParent(const Folder& folder);
-bool nextEntry(Folder& folder, TreeEntry& entry, EntryKinds kinds);
+bool nextEntry(Folder& folder, FolderEntry& entry, EntryKinds kinds);
 bool rewind(Folder& folder);
 std::optional<FileIdentity> readIdentity(const Folder& folder);
 std::vector<FileIdentity> readAncestry(const Folder& folder);

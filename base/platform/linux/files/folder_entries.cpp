@@ -26,8 +26,10 @@ EntryKind kindOfMode(mode_t mode)
 EntryKind kindOfLink(int folder, const char* name)
 {
     struct stat status;
-    const bool leadsToFolder = fstatat(folder, name, &status, 0) == 0 && S_ISDIR(status.st_mode);
-    return leadsToFolder ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+    if (fstatat(folder, name, &status, 0) == 0)
+        return S_ISDIR(status.st_mode) ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+    failWith(errno);
+    return saysLost(lastError()) ? EntryKind::FILE_LINK : EntryKind::UNKNOWN_LINK;
 }
 
 }  // namespace
@@ -51,7 +53,9 @@ EntryKind kindOf(int folder, const struct dirent64& entry)
             return kindOfLink(folder, entry.d_name);
         case DT_UNKNOWN:
             // A few file systems do not tell.
-            return readKind(folder, entry.d_name).value_or(EntryKind::OTHER);
+            if (const auto kind = readKind(folder, entry.d_name)) return *kind;
+            failWith(errno);
+            return saysMissing(lastError()) ? EntryKind::OTHER : EntryKind::UNKNOWN;
         default:
             return EntryKind::OTHER;
     }

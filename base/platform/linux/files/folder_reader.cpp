@@ -27,10 +27,8 @@ class NativeFolderReader : public FolderReader
         {
             found = m_entries.next();
             if (found == nullptr) return false;
-            const EntryKind kind = kindOf(m_entries.folder(), *found);
-            entry.isLink = kind == EntryKind::FILE_LINK || kind == EntryKind::FOLDER_LINK;
-            entry.isFolder = kind == EntryKind::SUBFOLDER || kind == EntryKind::FOLDER_LINK;
-        } while (!isOf(entry, kinds));
+            entry.kind = kindOf(m_entries.folder(), *found);
+        } while (!isOf(entry.kind, kinds));
         spellName(found->d_name, entry.name);
         return true;
     }

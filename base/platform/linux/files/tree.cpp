@@ -143,7 +143,7 @@ SharedFolder openParent(const Folder& folder)
     return parent;
 }
 
-bool nextEntry(Folder& folder, TreeEntry& entry, EntryKinds kinds)
+bool nextEntry(Folder& folder, FolderEntry& entry, EntryKinds kinds)
 {
     const struct dirent64* found = nullptr;
     do

@@ -1,6 +1,7 @@
 // Folders, read in large pieces as the system has them.
 
 #include "base/platform/files/detail/native_files.h"
+#include "base/platform/system/last_error.h"
 #include "base/platform/windows/files/system_names.h"
 #include "base/platform/windows/windows_api.h"
 
@@ -33,21 +34,31 @@ class NativeFolderReader : public FolderReader
 
     bool nextOf(FolderEntry& entry, EntryKinds kinds) override
     {
-        do
+        for (;;)
         {
             if (!advance()) return false;
-            entry.isFolder = (m_found.dwFileAttributes & FOLDER) != 0;
-        } while (isDots(m_found.cFileName) || !isOf(entry, kinds));
+            if (isDots(m_found.cFileName)) continue;
+            entry.kind = kindOfFound();
+            if (isOf(entry.kind, kinds)) break;
+        }
         entry.name = m_found.cFileName;
-        // The tag of what is no link, but marked in the same way by other services, has other bits.
-        entry.isLink = (m_found.dwFileAttributes & LINK) != 0 && IsReparseTagNameSurrogate(m_found.dwReserved0);
-        // A link is marked as a folder even when the folder is gone.
-        if (entry.isLink && entry.isFolder)
-            entry.isFolder = (readAttributes(m_folder + entry.name).value_or(0) & FOLDER) != 0;
         return true;
     }
 
    private:
+    EntryKind kindOfFound() const
+    {
+        const bool isFolder = (m_found.dwFileAttributes & FOLDER) != 0;
+        // The tag of what is no link, but marked in the same way by other services, has other bits.
+        const bool isLink = (m_found.dwFileAttributes & LINK) != 0 && IsReparseTagNameSurrogate(m_found.dwReserved0);
+        if (!isLink) return isFolder ? EntryKind::SUBFOLDER : EntryKind::PLAIN_FILE;
+        if (!isFolder) return EntryKind::FILE_LINK;
+        // It is marked as a folder even when the folder is gone.
+        if (const auto behind = readAttributes(m_folder + m_found.cFileName))
+            return (*behind & FOLDER) != 0 ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+        return saysLost(GetLastError()) ? EntryKind::FILE_LINK : EntryKind::UNKNOWN_LINK;
+    }
+
     static bool isDots(TextView name) { return name == L"." || name == L".."; }
 
     bool advance()

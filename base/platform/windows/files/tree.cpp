@@ -1,7 +1,9 @@
 // Open folders: entries are opened relative to their handles. While such a handle is open, nobody renames or removes
 // the folder, nor one above it.
 
-// clang-format off: it stands on the other one
+// It stands on the third one, and its macros would replace names of the first one.
+// clang-format off
+#include "base/platform/system/last_error.h"
 #include <winternl.h>
 #include "base/platform/windows/windows_api.h"
 // clang-format on
@@ -217,8 +219,9 @@ EntryKind kindOfLink(const Folder& folder, TextView name, bool isFolder)
 {
     if (!isFolder) return EntryKind::FILE_LINK;
     // It is marked as a folder even when the folder is gone.
-    const auto behind = informationBehind(folder, name);
-    return behind && (behind->dwFileAttributes & FOLDER) != 0 ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+    if (const auto behind = informationBehind(folder, name))
+        return (behind->dwFileAttributes & FOLDER) != 0 ? EntryKind::FOLDER_LINK : EntryKind::FILE_LINK;
+    return saysLost(GetLastError()) ? EntryKind::FILE_LINK : EntryKind::UNKNOWN_LINK;
 }
 
 EntryKind kindOf(const Folder& folder, const FILE_ID_BOTH_DIR_INFO& found, TextView name)
@@ -323,7 +326,7 @@ SharedFolder openParent(const Folder& folder)
     return nullptr;
 }
 
-bool nextEntry(Folder& folder, TreeEntry& entry, EntryKinds kinds)
+bool nextEntry(Folder& folder, FolderEntry& entry, EntryKinds kinds)
 {
     for (;;)
     {
