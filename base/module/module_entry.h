@@ -5,6 +5,7 @@
 
 #include "base/export.h"
 #include "base/module/module.h"
+#include "base/module/module_start.h"
 
 /// @file
 /// What makes a program or shared library a module of the suite: its own record, and start-up code that initialises it
@@ -12,9 +13,6 @@
 
 namespace Oxa_1_1
 {
-
-/// The handle of the module whose code or data lies at `address`; null when there is none.
-OXA_API HINSTANCE moduleHandleOf(const void* address) noexcept;
 
 /// Makes a compiled resource script that is embedded in a module known, on systems whose modules have no resources of
 /// their own. The bytes must stay until they are withdrawn.
@@ -57,11 +55,5 @@ class ModuleEntry
 
 /// The record of the module that the call is compiled into.
 OXA_HIDDEN inline const Module& ownModule() { return ModuleEntry::record(); }
-
-/// The system's entry points of a module call these two; each module defines them once. False refuses to be loaded.
-/// @{
-OXA_HIDDEN bool attachModule(HINSTANCE handle, std::span<const std::byte> compiledScript);
-OXA_HIDDEN void detachModule();
-/// @}
 
 }  // namespace Oxa_1_1

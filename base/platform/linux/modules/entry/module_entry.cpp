@@ -1,7 +1,7 @@
 // The entry point of a shared library or program, which is attached after all static objects of the module were made.
 // It lies in an archive, out of which modules take it by this name.
 
-#include "base/module/module_entry.h"
+#include "base/module/module_start.h"
 
 extern "C"
 {

@@ -3,7 +3,7 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
-#include "base/module/module_entry.h"
+#include "base/module/module_start.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE handle, DWORD reason, LPVOID)
 {

@@ -1,7 +1,7 @@
 // The start and end of a program. Linked first, since static objects are made against the order of linking: it is
 // attached after all others were made.
 
-#include "base/module/module_entry.h"
+#include "base/module/module_start.h"
 
 namespace Oxa_1_1
 {
