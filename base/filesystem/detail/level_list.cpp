@@ -30,7 +30,6 @@ LevelList::Block* LevelList::Block::make(std::size_t room)
 
 void LevelList::Block::release(Block* block) noexcept
 {
-    if (block == nullptr) return;
     // The only owner needs no locked operation.
     if (!block->hasOneOwner() && block->owners.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
     block->truncate(0);
@@ -42,20 +41,6 @@ LevelList::LevelList(const LevelList& other) noexcept : m_block(other.m_block), 
 {
     if (m_block != nullptr) m_block->owners.fetch_add(1, std::memory_order_relaxed);
 }
-
-LevelList::LevelList(LevelList&& other) noexcept
-    : m_block(std::exchange(other.m_block, nullptr)), m_size(std::exchange(other.m_size, 0))
-{
-}
-
-LevelList& LevelList::operator=(LevelList other) noexcept
-{
-    std::swap(m_block, other.m_block);
-    std::swap(m_size, other.m_size);
-    return *this;
-}
-
-LevelList::~LevelList() { Block::release(m_block); }
 
 void LevelList::moveTo(std::size_t room)
 {
@@ -109,12 +94,11 @@ void LevelWriter::finish() noexcept
     m_list.m_block->used.store(m_list.m_size, std::memory_order_relaxed);
 }
 
-void LevelWriter::takeRoom(std::size_t room)
+void LevelWriter::grow()
 {
     finish();
-    m_list.reserve(std::max<std::size_t>(room, 1));
-    m_end = m_list.m_block->levels() + m_list.m_size;
-    m_limit = m_list.m_block->levels() + m_list.m_block->room;
+    m_list.moveTo(2 * m_list.m_block->room);
+    begin();
 }
 
 LevelList LevelWriter::take() noexcept

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "base/string/oxa_string.h"
@@ -19,9 +20,20 @@ class LevelList
    public:
     LevelList() noexcept = default;
     LevelList(const LevelList& other) noexcept;
-    LevelList(LevelList&& other) noexcept;
-    LevelList& operator=(LevelList other) noexcept;
-    ~LevelList();
+    LevelList(LevelList&& other) noexcept
+        : m_block(std::exchange(other.m_block, nullptr)), m_size(std::exchange(other.m_size, 0))
+    {
+    }
+    LevelList& operator=(LevelList other) noexcept
+    {
+        std::swap(m_block, other.m_block);
+        std::swap(m_size, other.m_size);
+        return *this;
+    }
+    ~LevelList()
+    {
+        if (m_block != nullptr) Block::release(m_block);
+    }
 
     std::size_t size() const noexcept { return m_size; }
     bool empty() const noexcept { return m_size == 0; }
@@ -79,7 +91,11 @@ class LevelWriter
 {
    public:
     /// `room` is a hint.
-    explicit LevelWriter(std::size_t room) { takeRoom(room); }
+    explicit LevelWriter(std::size_t room)
+    {
+        m_list.m_block = LevelList::Block::make(room != 0 ? room : 1);
+        begin();
+    }
     LevelWriter(const LevelWriter&) = delete;
     LevelWriter& operator=(const LevelWriter&) = delete;
     ~LevelWriter() { finish(); }
@@ -87,7 +103,7 @@ class LevelWriter
     bool empty() const noexcept { return m_end == m_list.begin(); }
     void append(TextView level)
     {
-        if (m_end == m_limit) takeRoom(2 * m_list.m_block->room);
+        if (m_end == m_limit) grow();
         new (m_end) String(level);
         ++m_end;
     }
@@ -96,7 +112,12 @@ class LevelWriter
     LevelList take() noexcept;
 
    private:
-    void takeRoom(std::size_t room);
+    void begin() noexcept
+    {
+        m_end = m_list.m_block->levels() + m_list.m_size;
+        m_limit = m_list.m_block->levels() + m_list.m_block->room;
+    }
+    void grow();
     void finish() noexcept;
 
     LevelList m_list;
