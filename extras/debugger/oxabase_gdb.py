@@ -27,7 +27,8 @@ INFO_MAP = 16
 ITEM_IMPLEMENTATION = 8
 FILE_BASE_NAME, FILE_FOLDER, FILE_EXTENSION = 8, 48, 72
 FOLDER_PATH = 8
-PATH_ABSOLUTE, PATH_LEVELS, PATH_ROOT = 0, 8, 32
+PATH_ABSOLUTE, PATH_LEVELS, PATH_ROOT = 0, 8, 24
+BLOCK_LEVELS = 24
 
 
 class Unreadable(Exception):
@@ -95,14 +96,14 @@ def plain(name):
 def folder_text(address):
     """The full name of the implementation of a folder."""
     path = number(address + FOLDER_PATH)
-    begin, end = number(path + PATH_LEVELS), number(path + PATH_LEVELS + 8)
-    if begin > end or (end - begin) % STRING_SIZE or (end - begin) // STRING_SIZE > MOST_ENTRIES:
+    block, count = number(path + PATH_LEVELS), number(path + PATH_LEVELS + 8)
+    if count > MOST_ENTRIES or (block == 0 and count):
         raise Unreadable()
     text = text_at(path + PATH_ROOT) or ""
     if number(path + PATH_ABSOLUTE, 1):
         text += "\\"
-    for level in range(begin, end, STRING_SIZE):
-        text += shown(text_at(level)) + "\\"
+    for index in range(count):
+        text += shown(text_at(block + BLOCK_LEVELS + index * STRING_SIZE)) + "\\"
     return text or ".\\"
 
 

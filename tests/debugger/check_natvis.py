@@ -43,7 +43,7 @@ def pointee(kind):
 
 
 def unknown_members(kind, expression, known):
-    for chain in re.findall(r"(?<![\w.>])[A-Za-z_]\w*(?:(?:\.|->)\w+)*", re.sub(r"0x\w+", "", expression)):
+    for chain in re.findall(r"(?<![\w.>])[A-Za-z_]\w*(?:(?:\.|->)\w+)*", re.sub(r"0x\w+|\([\w:]+\*\)", "", expression)):
         names = re.split(r"\.|->", chain)
         if names[0] in known:
             continue
