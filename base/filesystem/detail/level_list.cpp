@@ -83,8 +83,15 @@ void LevelList::append(String level)
 
 void LevelList::append(std::span<const String> levels)
 {
+    if (levels.empty()) return;
     reserve(m_size + levels.size());
-    for (const String& level : levels) append(level);
+    // The block is its own now.
+    m_block->truncate(m_size);
+    for (const String& level : levels)
+    {
+        new (m_block->levels() + m_size) String(level);
+        m_block->used.store(++m_size, std::memory_order_relaxed);
+    }
 }
 
 void LevelWriter::finish() noexcept

@@ -110,9 +110,10 @@ SharedDirectory makeRelative(const SharedDirectory& path, const ParsedDirectory&
     const auto [from, to] = std::ranges::mismatch(reference.levels, path->levels, isSameLevel);
     const auto up = static_cast<std::size_t>(reference.levels.end() - from);
     auto result = std::make_shared<ParsedDirectory>();
-    result->levels.reserve(up + static_cast<std::size_t>(path->levels.end() - to));
-    for (std::size_t i = 0; i < up; ++i) result->levels.append(OXA_TEXT(".."));
-    result->levels.append(std::span(to, path->levels.end()));
+    LevelWriter levels(up + static_cast<std::size_t>(path->levels.end() - to));
+    for (std::size_t i = 0; i < up; ++i) levels.append(OXA_TEXT(".."));
+    std::for_each(to, path->levels.end(), [&](const String& level) { levels.append(level); });
+    result->levels = levels.take();
     return result;
 }
 
